@@ -1,0 +1,16 @@
+# Every outside library in one place; docs/decisions/ gives the reason for each.
+find_package(PkgConfig REQUIRED)
+find_package(Threads REQUIRED)
+find_package(Qt6 REQUIRED COMPONENTS Core Gui Widgets DBus)
+find_package(nlohmann_json REQUIRED)
+find_package(ZLIB REQUIRED)
+pkg_check_modules(UTF8PROC REQUIRED IMPORTED_TARGET libutf8proc)
+pkg_check_modules(ISAL REQUIRED IMPORTED_TARGET libisal)
+pkg_check_modules(XCB REQUIRED IMPORTED_TARGET
+  xcb xcb-shm xcb-randr xcb-xfixes xcb-composite xcb-damage xcb-shape xcb-render xcb-res xcb-xkb)
+
+if(LUMAFRAME_BUILD_TESTS)
+  find_package(GTest REQUIRED)
+  find_package(PNG REQUIRED)
+  pkg_check_modules(XCB_XTEST REQUIRED IMPORTED_TARGET xcb-xtest)
+endif()

@@ -1,0 +1,19 @@
+#pragma once
+
+#include <string>
+
+namespace base {
+
+/// What the session allows this process. The probes never prompt. Main thread.
+class Permissions {
+  public:
+    virtual ~Permissions() = default;
+    /// Whether the contents of the screen can be read.
+    [[nodiscard]] virtual bool canCaptureScreen() const = 0;
+    /// Whether the process may see and steer the keyboard of other applications.
+    [[nodiscard]] virtual bool isAccessibilityTrusted() const = 0;
+    /// Opens the page of the system's settings that `url` names.
+    virtual void openSettingsPage(const std::string& url) = 0;
+};
+
+}  // namespace base

@@ -1,0 +1,25 @@
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "base/image.h"
+#include "base/result.h"
+
+namespace capture {
+
+/// One line of text in a picture.
+struct TextObservation {
+    /// What it may read, the likeliest first; may be empty.
+    std::vector<std::string> candidates;
+};
+
+/// Reads the text in pictures. Main thread.
+class TextRecognizer {
+  public:
+    virtual ~TextRecognizer() = default;
+    /// The lines in reading order; returns when the recognition is done.
+    virtual base::Result<std::vector<TextObservation>> recognize(const base::Image& image) = 0;
+};
+
+}  // namespace capture

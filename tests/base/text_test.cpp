@@ -1,0 +1,19 @@
+#include "base/text.h"
+
+#include <gtest/gtest.h>
+
+TEST(DecimalText, a_whole_number_keeps_a_fractional_digit) {
+    EXPECT_EQ(base::decimalText(100), "100.0");
+    EXPECT_EQ(base::decimalText(-3), "-3.0");
+    EXPECT_EQ(base::decimalText(0), "0.0");
+}
+
+TEST(DecimalText, a_fraction_is_written_in_its_shortest_exact_form) {
+    EXPECT_EQ(base::decimalText(0.25), "0.25");
+    EXPECT_EQ(base::decimalText(80.2), "80.2");
+    EXPECT_EQ(base::decimalText(1066.6666666666667), "1066.6666666666667");
+}
+
+TEST(DecimalText, an_exponent_needs_no_further_digit) {
+    EXPECT_EQ(base::decimalText(1e20), "1e+20");
+}
