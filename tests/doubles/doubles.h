@@ -1,0 +1,23 @@
+#pragma once
+
+// Every fake at once, for tests that need most of them.
+#include "doubles/call_log.h"
+#include "doubles/fake_capture_service.h"
+#include "doubles/fake_displays.h"
+#include "doubles/fake_file_manager.h"
+#include "doubles/fake_hot_key_service.h"
+#include "doubles/fake_image_encoder.h"
+#include "doubles/fake_keyboard_tap.h"
+#include "doubles/fake_log.h"
+#include "doubles/fake_overlay_surface.h"
+#include "doubles/fake_pasteboard.h"
+#include "doubles/fake_permissions.h"
+#include "doubles/fake_pointer.h"
+#include "doubles/fake_sound_player.h"
+#include "doubles/fake_text_recognizer.h"
+#include "doubles/fake_user_notifications.h"
+#include "doubles/fake_windows.h"
+#include "doubles/fake_workspace.h"
+#include "doubles/manual_clock.h"
+#include "doubles/manual_main_queue.h"
+#include "doubles/memory_settings_backend.h"
