@@ -28,6 +28,14 @@ enum class StageMode {
     frozen,
 };
 
+/// Whether a window of the overlay may be painted now.
+enum class PaintPermission {
+    granted,
+    /// A capture waits until the overlay has left the screen. The window gets an Expose event when
+    /// that is over, and then paints everything it has to show.
+    later,
+};
+
 /// What the overlay's windows and the capture know of each other: which windows are up, the
 /// snapshots behind them, and when the last trace of them has left the screen. The one place that
 /// decides between live and frozen. Main thread.
@@ -47,13 +55,26 @@ class OverlayStage {
     /// is the stage's from here on.
     virtual void windowMapped(xcb_window_t window, const NativeRect& frame,
                               std::shared_ptr<const Snapshot> snapshot) = 0;
+    /// To be asked before each painting of a mapped window, the answer to be kept to. A window that
+    /// never asked holds nothing that a capture would have to wait for.
+    [[nodiscard]] virtual PaintPermission requestPaint(xcb_window_t window) = 0;
     /// The overlay is done with the window: it is cleared to transparent at once (live), takes no
-    /// more input, and is destroyed when the screen has repainted (live) or at once (frozen).
+    /// more input, and is destroyed when the screen has repainted (live) or at once (frozen). The
+    /// window is no longer the caller's. Live windows need the background pixel 0, since it is the
+    /// server that clears them.
     virtual void windowClosed(xcb_window_t window) = 0;
     /// Calls `clear` exactly once, in a later turn: when no overlay pixel is left on the screen
     /// inside `region` (native pixels). Windows that are still up are cleared first. Bounded in
     /// time.
     virtual void whenClear(const NativeRect& region, std::function<void()> clear) = 0;
+
+    /// The snapshot to cut captures of the display `frame` from: of the overlay that is up there,
+    /// or that was until a moment ago; null when the live screen is to be read.
+    [[nodiscard]] virtual std::shared_ptr<const Snapshot> snapshotInUse(
+        const NativeRect& frame) const = 0;
+    /// Whether the window is one of the overlay's, closed ones that are still on the screen
+    /// included.
+    [[nodiscard]] virtual bool holds(xcb_window_t window) const = 0;
 };
 
 }  // namespace platform::x11
