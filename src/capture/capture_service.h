@@ -80,8 +80,8 @@ struct StreamConfiguration {
     WindowShadow singleWindowShadow = WindowShadow::included;
 };
 
-/// Reads the screen. The calls are made on the main thread; each completion is called exactly once,
-/// later, on a thread of the service's choosing.
+/// Reads the screen. The calls are made on the main thread; each completion is called there exactly
+/// once, in a later turn.
 class CaptureService {
   public:
     using ContentCompletion =

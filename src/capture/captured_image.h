@@ -21,7 +21,9 @@ class CapturedImage {
 
     /// In points.
     [[nodiscard]] base::Size size() const { return size_; }
-    /// The bytes of a PNG file; null when the picture cannot be encoded. Valid as long as this is.
+    [[nodiscard]] bool hasPngRepresentation() const { return png_ && png_->hasValue(); }
+    /// The bytes of a PNG file, encoded at the first call; null when the picture cannot be encoded.
+    /// Valid as long as this is.
     const std::vector<std::uint8_t>* pngRepresentation();
 
   private:

@@ -21,9 +21,9 @@ class UserNotifications {
     /// Asks whether alerts and sounds may be shown; `completion` is called exactly once, later, on
     /// a thread of the service's choosing.
     virtual void requestAuthorization(std::function<void(Authorization)> completion) = 0;
-    /// Shows a notification at once. Any thread.
+    /// Shows a notification at once.
     virtual void add(const NotificationRequest& request) = 0;
-    /// A fresh random UUID in its string form. Any thread.
+    /// A fresh random UUID in its string form.
     [[nodiscard]] virtual std::string makeIdentifier() = 0;
 };
 
