@@ -1,0 +1,125 @@
+#include "capture/image_delivery.h"
+
+#include <array>
+#include <ctime>
+#include <optional>
+
+#include "app/settings_keys.h"
+#include "base/file_path.h"
+
+namespace capture {
+
+namespace {
+
+/// "2025-03-07 at 14.05.09"
+std::string dateText(const std::tm& time) {
+    std::array<char, 64> buffer{};
+    const std::size_t length =
+        std::strftime(buffer.data(), buffer.size(), "%Y-%m-%d at %H.%M.%S", &time);
+    return {buffer.data(), length};
+}
+
+}  // namespace
+
+void ImageDelivery::deliverRegionImage(const Delivery& delivery) {
+    deliver(delivery, "Retina screenshot copied!");
+}
+
+void ImageDelivery::deliverWindowImage(const Delivery& delivery, WindowID windowID) {
+    deliver(delivery, "Window screenshot copied! ID: " + std::to_string(windowID));
+}
+
+void ImageDelivery::deliver(const Delivery& delivery, const std::string& copiedLine) {
+    if (mediator_.settings.boolForKey(app::keys::copyToClipboard)) {
+        copyToPasteboard(delivery.image);
+        mediator_.log.line(copiedLine);
+    }
+    saveScreenshot(*delivery.image);
+    switch (delivery.mode) {
+        case base::CaptureMode::screenshot:
+            if (mediator_.settings.boolForKey(app::keys::showNotifications)) {
+                postNotification("Screenshot Captured", "Saved to " + savedToFolderName());
+            }
+            if (mediator_.settings.boolForKey(app::keys::playSounds)) {
+                playSound("Hero");
+            }
+            return;
+        case base::CaptureMode::ocr:
+            mediator_.textRecognition.performOCR(delivery.pixelImage);
+            return;
+    }
+}
+
+void ImageDelivery::copyToPasteboard(const std::shared_ptr<CapturedImage>& image) {
+    mediator_.pasteboard.clearContents();
+    mediator_.pasteboard.writeImage(image);
+    // A picture that no file step encodes would keep its raw pixels (33 MB at 4K) for as long as it
+    // is offered; the encoded form is a fifth of that, and ready when somebody pastes.
+    mediator_.mainQueue.post([weakImage = std::weak_ptr<CapturedImage>(image)] {
+        if (const auto offered = weakImage.lock()) {
+            offered->pngRepresentation();
+        }
+    });
+}
+
+std::string ImageDelivery::savedToFolderName() const {
+    const std::optional<std::string> path =
+        mediator_.settings.stringForKey(app::keys::screenshotSavePath);
+    return path && !path->empty() ? base::lastPathComponent(*path) : "Downloads";
+}
+
+void ImageDelivery::saveScreenshot(CapturedImage& image) {
+    if (!mediator_.settings.boolForKey(app::keys::saveToDownloads)) {
+        return;
+    }
+    const std::string fileName = "Screenshot " + dateText(mediator_.clock.localTime()) + ".png";
+    std::string folder =
+        mediator_.settings.stringForKey(app::keys::screenshotSavePath).value_or("");
+    if (folder.empty()) {
+        const auto downloads = mediator_.fileManager.downloadsDirectories();
+        if (downloads.empty()) {
+            mediator_.log.line("Could not find save directory");
+            return;
+        }
+        folder = downloads.front();
+    }
+    const std::string target = base::appendingPathComponent(folder, fileName);
+    const auto* png = image.pngRepresentation();
+    if (png == nullptr) {
+        mediator_.log.line("Failed to convert image to PNG");
+        return;
+    }
+    const base::Status written = mediator_.fileManager.write(target, *png);
+    if (written) {
+        mediator_.log.line("Screenshot saved to: " + target);
+    } else {
+        mediator_.log.line("Failed to save screenshot: " + written.error().sentence);
+    }
+}
+
+void ImageDelivery::playSound(const std::string& name) {
+    std::optional<Sound> sound = mediator_.soundPlayer.soundNamed(name);
+    if (!sound) {
+        sound = mediator_.soundPlayer.soundInFallbackFile(name);
+    }
+    if (!sound) {
+        mediator_.log.line("Failed to play sound: " + name);
+        return;
+    }
+    mediator_.soundPlayer.play(*sound);
+}
+
+void ImageDelivery::postNotification(const std::string& title, const std::string& body) {
+    UserNotifications& notifications = mediator_.notifications;
+    notifications.requestAuthorization([&notifications, title, body](Authorization answer) {
+        switch (answer) {
+            case Authorization::granted:
+                notifications.add({notifications.makeIdentifier(), title, body});
+                return;
+            case Authorization::denied:
+                return;
+        }
+    });
+}
+
+}  // namespace capture
