@@ -60,14 +60,21 @@ PropertyRequest askForProperty(Connection& connection, xcb_window_t window,
 
 std::optional<std::uint32_t> readNumber(Connection& connection, PropertyRequest request,
                                         xcb_atom_t type) {
+    const auto numbers = readNumbers(connection, request, type);
+    return numbers.empty() ? std::nullopt : std::optional(numbers.front());
+}
+
+std::vector<std::uint32_t> readNumbers(Connection& connection, PropertyRequest request,
+                                       xcb_atom_t type) {
     const auto reply = receive(connection, request);
-    std::uint32_t number = 0;
-    if (!reply || reply->type != type || reply->format != 32 ||
-        bytesOf(*reply).size() < sizeof number) {
-        return std::nullopt;
+    if (!reply || reply->type != type || reply->format != 32) {
+        return {};
     }
-    std::memcpy(&number, bytesOf(*reply).data(), sizeof number);
-    return number;
+    std::vector<std::uint32_t> numbers(bytesOf(*reply).size() / sizeof(std::uint32_t));
+    if (!numbers.empty()) {
+        std::memcpy(numbers.data(), bytesOf(*reply).data(), numbers.size() * sizeof(std::uint32_t));
+    }
+    return numbers;
 }
 
 bool readPresence(Connection& connection, PropertyRequest request) {

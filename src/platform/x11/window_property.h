@@ -28,6 +28,9 @@ PropertyRequest askForProperty(Connection& connection, xcb_window_t window,
 /// The first number of a property of 32-bit numbers of the type `type`.
 std::optional<std::uint32_t> readNumber(Connection& connection, PropertyRequest request,
                                         xcb_atom_t type);
+/// All numbers of such a property, as far as they were asked for; empty when there is none.
+std::vector<std::uint32_t> readNumbers(Connection& connection, PropertyRequest request,
+                                       xcb_atom_t type);
 /// Whether the property is there at all, whatever it holds.
 bool readPresence(Connection& connection, PropertyRequest request);
 /// The texts of a property of the type STRING or UTF8_STRING, which are separated by zero bytes,
