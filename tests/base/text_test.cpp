@@ -17,3 +17,18 @@ TEST(DecimalText, a_fraction_is_written_in_its_shortest_exact_form) {
 TEST(DecimalText, an_exponent_needs_no_further_digit) {
     EXPECT_EQ(base::decimalText(1e20), "1e+20");
 }
+
+TEST(Latin1Text, letters_of_latin_1_become_one_byte_each) {
+    EXPECT_EQ(base::latin1Text("Größe"),
+              "Gr\xF6\xDF"
+              "e");
+    EXPECT_EQ(base::latin1Text(""), "");
+}
+
+TEST(Latin1Text, what_latin_1_cannot_hold_becomes_a_question_mark) {
+    EXPECT_EQ(base::latin1Text("5 € 日本"), "5 ? ??");
+    EXPECT_EQ(base::latin1Text("a\xC3"), "a?");
+    EXPECT_EQ(base::latin1Text("\xFF\xFE"
+                               "b"),
+              "??b");
+}
