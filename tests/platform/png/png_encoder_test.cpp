@@ -1,0 +1,200 @@
+#include "platform/png/png_encoder.h"
+
+#include <gtest/gtest.h>
+#include <png.h>
+
+#include "allocation_limit.h"
+#include "png_reader.h"
+#include "sample_pictures.h"
+
+namespace {
+
+using base::AlphaChannel;
+using platform::png::PngEncoder;
+
+std::vector<std::uint8_t> encoded(const base::Image& image) {
+    PngEncoder encoder;
+    auto file = encoder.encodePng(
+        image, {static_cast<double>(image.width()), static_cast<double>(image.height())});
+    EXPECT_TRUE(file) << file.error().sentence;
+    return file ? std::move(file.value()) : std::vector<std::uint8_t>{};
+}
+
+/// Red, green, blue of every pixel, as an opaque picture has them.
+std::vector<std::uint8_t> opaqueColors(const base::Image& image) {
+    std::vector<std::uint8_t> colors;
+    for (int y = 0; y < image.height(); ++y) {
+        for (int x = 0; x < image.width(); ++x) {
+            const std::uint8_t* pixel = image.row(y) + static_cast<std::ptrdiff_t>(x) * 4;
+            colors.insert(colors.end(), {pixel[2], pixel[1], pixel[0]});
+        }
+    }
+    return colors;
+}
+
+std::uint8_t divided(int color, int alpha) {
+    return static_cast<std::uint8_t>(alpha == 0 ? 0 : (2 * color * 255 + alpha) / (2 * alpha));
+}
+
+/// Red, green, blue, alpha of every pixel with the multiplication undone.
+std::vector<std::uint8_t> straightColors(const base::Image& image) {
+    std::vector<std::uint8_t> colors;
+    for (int y = 0; y < image.height(); ++y) {
+        for (int x = 0; x < image.width(); ++x) {
+            const std::uint8_t* pixel = image.row(y) + static_cast<std::ptrdiff_t>(x) * 4;
+            colors.insert(colors.end(), {divided(pixel[2], pixel[3]), divided(pixel[1], pixel[3]),
+                                         divided(pixel[0], pixel[3]), pixel[3]});
+        }
+    }
+    return colors;
+}
+
+struct Extent {
+    int width;
+    int height;
+};
+
+class PngEncoderSizes : public testing::TestWithParam<Extent> {};
+
+TEST_P(PngEncoderSizes, an_opaque_picture_comes_back_pixel_for_pixel) {
+    const auto image =
+        sample_pictures::noise(GetParam().width, GetParam().height, AlphaChannel::none);
+
+    const auto decoded = png_reader::decode(encoded(image));
+
+    EXPECT_EQ(decoded.problem, "");
+    EXPECT_EQ(decoded.colorType, PNG_COLOR_TYPE_RGB);
+    EXPECT_EQ(decoded.bitDepth, 8);
+    EXPECT_EQ(decoded.width, static_cast<std::uint32_t>(GetParam().width));
+    EXPECT_EQ(decoded.height, static_cast<std::uint32_t>(GetParam().height));
+    EXPECT_TRUE(decoded.pixels == opaqueColors(image));
+}
+
+TEST_P(PngEncoderSizes, a_translucent_picture_comes_back_with_its_multiplication_undone) {
+    const auto image =
+        sample_pictures::noise(GetParam().width, GetParam().height, AlphaChannel::premultiplied);
+
+    const auto decoded = png_reader::decode(encoded(image));
+
+    EXPECT_EQ(decoded.problem, "");
+    EXPECT_EQ(decoded.colorType, PNG_COLOR_TYPE_RGB_ALPHA);
+    EXPECT_EQ(decoded.bitDepth, 8);
+    EXPECT_TRUE(decoded.pixels == straightColors(image));
+}
+
+TEST_P(PngEncoderSizes, a_picture_that_repeats_its_rows_comes_back_pixel_for_pixel) {
+    for (const auto& image : {sample_pictures::gradient(GetParam().width, GetParam().height),
+                              sample_pictures::page(GetParam().width, GetParam().height)}) {
+        const auto decoded = png_reader::decode(encoded(image));
+
+        EXPECT_EQ(decoded.problem, "");
+        EXPECT_TRUE(decoded.pixels == opaqueColors(image));
+    }
+}
+
+// Around one and two bands, one strip and several, one block and several, and rows that are longer
+// than a block.
+INSTANTIATE_TEST_SUITE_P(, PngEncoderSizes,
+                         testing::Values(Extent{1, 1}, Extent{1, 2}, Extent{2, 1}, Extent{1, 700},
+                                         Extent{700, 1}, Extent{3, 5}, Extent{7, 33},
+                                         Extent{1, 200000}, Extent{200000, 1}, Extent{200000, 2},
+                                         Extent{90000, 3}, Extent{417, 419}, Extent{512, 341},
+                                         Extent{512, 342}, Extent{1280, 801}),
+                         [](const auto& parameter) {
+                             return std::to_string(parameter.param.width) + "_by_" +
+                                    std::to_string(parameter.param.height);
+                         });
+
+TEST(PngEncoder, a_picture_that_is_opaque_throughout_is_written_without_alpha) {
+    auto pixels = std::vector<std::uint8_t>(20 * 30 * 4, 255);
+    pixels[0] = 17;
+    const auto image =
+        base::Image::fromPixels(20, 30, std::move(pixels), AlphaChannel::premultiplied);
+
+    const auto decoded = png_reader::decode(encoded(image));
+
+    EXPECT_EQ(decoded.colorType, PNG_COLOR_TYPE_RGB);
+    EXPECT_EQ(decoded.pixels, opaqueColors(image));
+}
+
+TEST(PngEncoder, one_translucent_pixel_in_the_last_corner_keeps_the_alpha) {
+    auto pixels = std::vector<std::uint8_t>(20 * 30 * 4, 255);
+    pixels.back() = 254;
+    pixels[pixels.size() - 2] = pixels[pixels.size() - 3] = pixels[pixels.size() - 4] = 254;
+    const auto image =
+        base::Image::fromPixels(20, 30, std::move(pixels), AlphaChannel::premultiplied);
+
+    const auto decoded = png_reader::decode(encoded(image));
+
+    EXPECT_EQ(decoded.colorType, PNG_COLOR_TYPE_RGB_ALPHA);
+    EXPECT_EQ(decoded.pixels.back(), 254);
+}
+
+TEST(PngEncoder, bytes_between_the_rows_are_not_part_of_the_picture) {
+    const auto whole = sample_pictures::noise(64, 48, AlphaChannel::none);
+    const base::Image part(10, 20, whole.bytesPerRow(), whole.row(5) + 7 * 4, AlphaChannel::none,
+                           std::make_shared<base::Image>(whole));
+
+    const auto decoded = png_reader::decode(encoded(part));
+
+    EXPECT_EQ(decoded.problem, "");
+    EXPECT_EQ(decoded.pixels, opaqueColors(part));
+}
+
+TEST(PngEncoder, an_empty_picture_is_refused_with_a_sentence) {
+    PngEncoder encoder;
+
+    const auto outcome = encoder.encodePng({}, {10, 10});
+
+    ASSERT_FALSE(outcome);
+    EXPECT_EQ(outcome.error().kind, base::ErrorKind::invalid);
+    EXPECT_EQ(outcome.error().sentence, "The picture is empty.");
+}
+
+TEST(PngEncoder, a_picture_of_absurd_width_is_refused_before_a_pixel_is_read) {
+    PngEncoder encoder;
+    const std::uint8_t pixel = 0;
+    const int width = 0x7FFFFFFF;
+    const base::Image image(width, 1, static_cast<std::size_t>(width) * 4, &pixel,
+                            AlphaChannel::none, nullptr);
+
+    const auto outcome = encoder.encodePng(image, {10, 10});
+
+    ASSERT_FALSE(outcome);
+    EXPECT_EQ(outcome.error().sentence, "The picture is too wide for a PNG file.");
+}
+
+TEST(PngEncoder, rows_that_are_too_short_are_refused) {
+    PngEncoder encoder;
+    const std::vector<std::uint8_t> pixels(100 * 100 * 4);
+    const base::Image image(100, 100, 399, pixels.data(), AlphaChannel::none, nullptr);
+
+    const auto outcome = encoder.encodePng(image, {100, 100});
+
+    ASSERT_FALSE(outcome);
+    EXPECT_EQ(outcome.error().sentence, "The rows of the picture are shorter than its width.");
+}
+
+TEST(PngEncoder, a_lack_of_memory_is_an_error_and_not_an_exception) {
+    PngEncoder encoder;
+    const auto image = sample_pictures::noise(1280, 800, AlphaChannel::none);
+
+    for (const std::size_t limit : {100U * 1024U, 1024U * 1024U}) {
+        const allocation_limit::AllocationLimit scarce(limit);
+        const auto outcome = encoder.encodePng(image, {1280, 800});
+
+        ASSERT_FALSE(outcome);
+        EXPECT_EQ(outcome.error().kind, base::ErrorKind::failed);
+        EXPECT_EQ(outcome.error().sentence,
+                  "There is not enough memory to write the picture as PNG.");
+    }
+}
+
+TEST(PngEncoder, the_filter_suits_the_content) {
+    // Stored as differences of rows the gradient takes 254,000 bytes and the page 339,000, stored
+    // as they are 2,134,000 and 287,000: either filter used always misses one of these sizes.
+    EXPECT_LT(encoded(sample_pictures::gradient(1200, 900)).size(), 300'000U);
+    EXPECT_LT(encoded(sample_pictures::page(1200, 900)).size(), 310'000U);
+}
+
+}  // namespace
