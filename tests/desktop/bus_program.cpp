@@ -1,0 +1,86 @@
+// The D-Bus side of the virtual desktop, a program of its own so that the tests need no event loop.
+//
+//   notification-recorder          owns org.freedesktop.Notifications; prints "ready", then
+//                                  "notification<TAB>application<TAB>title<TAB>body" for each
+//   tray-host                      owns org.kde.StatusNotifierWatcher; prints "ready", then
+//                                  "item <bus name> <object path>" for each tray icon
+//   wait-for-name NAME             ends with 0 when NAME is owned, with 1 after 15 s
+//   activate                       org.freedesktop.Application Activate of Lumaframe
+//   activate-action ACTION         org.freedesktop.Application ActivateAction of Lumaframe
+//   menu SERVICE                   prints the labels of SERVICE's /MenuBar, "-" for a separator
+//   menu-click SERVICE LABEL       clicks the menu item with that label
+#include <QCoreApplication>
+#include <QTimer>
+#include <iostream>
+
+#include "desktop/bus_menu.h"
+#include "desktop/bus_services.h"
+
+namespace {
+
+int waitForName(QCoreApplication& application, const QString& name) {
+    auto bus = QDBusConnection::sessionBus();
+    QDBusServiceWatcher watcher(name, bus, QDBusServiceWatcher::WatchForRegistration);
+    QObject::connect(&watcher, &QDBusServiceWatcher::serviceRegistered, &application,
+                     [&application] { application.exit(0); });
+    if (bus.interface()->isServiceRegistered(name)) {
+        return 0;
+    }
+    QTimer::singleShot(15000, &application, [&application] { application.exit(1); });
+    return QCoreApplication::exec();
+}
+
+int callApplication(const char* method, const QVariantList& arguments) {
+    auto call =
+        QDBusMessage::createMethodCall("app.lumaframe.Lumaframe", "/app/lumaframe/Lumaframe",
+                                       "org.freedesktop.Application", method);
+    call.setArguments(arguments);
+    const QDBusMessage reply = QDBusConnection::sessionBus().call(call);
+    if (reply.type() == QDBusMessage::ErrorMessage) {
+        std::cerr << qPrintable(reply.errorMessage()) << '\n';
+        return 1;
+    }
+    return 0;
+}
+
+template <typename Service>
+int serve(QCoreApplication&, Service&& service) {
+    if (!service.start()) {
+        std::cerr << "The bus refused the service.\n";
+        return 1;
+    }
+    std::cout << "ready" << std::endl;
+    return QCoreApplication::exec();
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+    QCoreApplication application(argc, argv);
+    const QStringList arguments = QCoreApplication::arguments();
+    const QString command = arguments.value(1);
+    if (command == "notification-recorder") {
+        return serve(application, desktop::NotificationRecorder());
+    }
+    if (command == "tray-host") {
+        return serve(application, desktop::TrayHost());
+    }
+    if (command == "wait-for-name") {
+        return waitForName(application, arguments.value(2));
+    }
+    if (command == "activate") {
+        return callApplication("Activate", {QVariantMap()});
+    }
+    if (command == "activate-action") {
+        return callApplication("ActivateAction",
+                               {arguments.value(2), QVariantList(), QVariantMap()});
+    }
+    if (command == "menu") {
+        return desktop::printMenu(arguments.value(2));
+    }
+    if (command == "menu-click") {
+        return desktop::clickMenuItem(arguments.value(2), arguments.value(3));
+    }
+    std::cerr << "Unknown command.\n";
+    return 2;
+}

@@ -1,0 +1,238 @@
+#include "desktop/desktop.h"
+
+#include <fcntl.h>
+#include <unistd.h>
+
+#include <cstdlib>
+#include <fstream>
+#include <sstream>
+#include <stdexcept>
+
+namespace desktop {
+namespace {
+
+namespace fs = std::filesystem;
+
+fs::path makePrivateDirectory() {
+    std::string name = (fs::temp_directory_path() / "lumaframe-desktop-XXXXXX").string();
+    if (::mkdtemp(name.data()) == nullptr) {
+        throw std::runtime_error("No directory for a virtual desktop could be made.");
+    }
+    return name;
+}
+
+void makePrivate(const fs::path& directory) {
+    fs::create_directories(directory);
+    fs::permissions(directory, fs::perms::owner_all);
+}
+
+/// No service directories: a service that a test did not start must not be started by the bus.
+constexpr const char* busConfiguration = R"(<busconfig>
+  <type>session</type>
+  <listen>unix:path=%</listen>
+  <auth>EXTERNAL</auth>
+  <policy context="default">
+    <allow send_destination="*" eavesdrop="true"/>
+    <allow eavesdrop="true"/>
+    <allow own="*"/>
+    <allow user="*"/>
+  </policy>
+</busconfig>
+)";
+
+/// Splits at tab stops, which the recorder replaces inside the fields.
+std::vector<std::string> fields(const std::string& line) {
+    std::vector<std::string> parts;
+    std::istringstream stream(line);
+    for (std::string part; std::getline(stream, part, '\t');) {
+        parts.push_back(part);
+    }
+    return parts;
+}
+
+}  // namespace
+
+Desktop::Desktop(const DesktopOptions& options)
+    : directory_(makePrivateDirectory()), additions_(options.environment) {
+    makePrivate(home() / "Downloads");
+    for (const char* name : {".config", ".cache", ".local/share", ".local/state"}) {
+        makePrivate(home() / name);
+    }
+    makePrivate(directory_ / "runtime");
+    server_ = std::make_unique<XServer>(directory_, options.outputs);
+    client_ = std::make_unique<XClient>(displayName());
+    input_ = std::make_unique<InputDriver>(displayName());
+    startBus();
+    if (options.windowManager == WindowManager::openbox) {
+        startWindowManager();
+    }
+    startCompositor(options.compositor);
+    startNotifications(options.notifications);
+    if (options.tray == Tray::host) {
+        tray_ = startBusService("tray-host");
+    }
+}
+
+Desktop::~Desktop() {
+    for (auto* process : {&tray_, &notificationDaemon_, &compositor_, &windowManager_}) {
+        process->reset();
+    }
+    dbusDaemon_.reset();
+    input_.reset();
+    client_.reset();
+    server_.reset();
+    if (std::getenv("LUMAFRAME_KEEP_DESKTOPS") == nullptr) {
+        std::error_code ignored;
+        fs::remove_all(directory_, ignored);
+    }
+}
+
+Environment Desktop::environment() const {
+    Environment variables{
+        {"DISPLAY", displayName()},
+        {"HOME", home()},
+        {"XDG_RUNTIME_DIR", directory_ / "runtime"},
+        {"XDG_CONFIG_HOME", home() / ".config"},
+        {"XDG_CACHE_HOME", home() / ".cache"},
+        {"XDG_DATA_HOME", home() / ".local/share"},
+        {"XDG_STATE_HOME", home() / ".local/state"},
+        {"DBUS_SESSION_BUS_ADDRESS", "unix:path=" + (directory_ / "runtime/bus").string()},
+        {"XDG_SESSION_TYPE", "x11"},
+        {"PATH", "/usr/local/bin:/usr/bin:/bin:/usr/local/sbin:/usr/sbin:/sbin"},
+        {"LANG", "C.UTF-8"},
+    };
+    for (const char* name :
+         {"ASAN_OPTIONS", "UBSAN_OPTIONS", "TSAN_OPTIONS", "LSAN_OPTIONS", "TZ"}) {
+        if (const char* value = std::getenv(name)) {
+            variables[name] = value;
+        }
+    }
+    for (const auto& [name, value] : additions_) {
+        variables[name] = value;
+    }
+    return variables;
+}
+
+std::unique_ptr<Process> Desktop::start(const std::string& name, std::vector<std::string> command,
+                                        const Environment& additions,
+                                        std::function<void()> beforeExec) {
+    Environment variables = environment();
+    for (const auto& [variable, value] : additions) {
+        variables[variable] = value;
+    }
+    return std::make_unique<Process>(ProcessOptions{.command = std::move(command),
+                                                    .environment = std::move(variables),
+                                                    .outputFile = directory_ / name,
+                                                    .beforeExec = std::move(beforeExec)});
+}
+
+void Desktop::startBus() {
+    const auto configuration = directory_ / "bus.conf";
+    std::string text = busConfiguration;
+    text.replace(text.find('%'), 1, directory_ / "runtime/bus");
+    std::ofstream(configuration) << text;
+    dbusDaemon_ =
+        start("dbus-daemon", {"dbus-daemon", "--nofork", "--nopidfile",
+                              "--config-file=" + configuration.string(), "--print-address"});
+    dbusDaemon_->waitForLine("unix:");
+}
+
+void Desktop::startWindowManager() {
+    windowManager_ = start("openbox", {"openbox", "--sm-disable"});
+    // The announcement on the root window comes before its event loop, and a window that is mapped
+    // in between is forgotten until some other event arrives. So a probe window is managed first,
+    // with changes of a root property as the other events.
+    xcb_connection_t* connection = client_->get();
+    const xcb_window_t probe = xcb_generate_id(connection);
+    xcb_create_window(connection, XCB_COPY_FROM_PARENT, probe, client_->root(), 0, 0, 1, 1, 0,
+                      XCB_WINDOW_CLASS_INPUT_OUTPUT, XCB_COPY_FROM_PARENT, 0, nullptr);
+    require("The start of the window manager",
+            [this] { return client_->property(client_->root(), "_NET_CLIENT_LIST").has_value(); });
+    xcb_map_window(connection, probe);
+    const xcb_atom_t poke = client_->atom("LUMAFRAME_TEST_POKE");
+    const auto pokeUntil = [&](const std::function<bool()>& condition) {
+        require("The readiness of the window manager", [&] {
+            xcb_change_property(connection, XCB_PROP_MODE_REPLACE, client_->root(), poke,
+                                XCB_ATOM_CARDINAL, 32, 1, &probe);
+            return condition();
+        });
+    };
+    pokeUntil([&] { return client_->property(probe, "WM_STATE").has_value(); });
+    xcb_destroy_window(connection, probe);
+    pokeUntil([&] {
+        const auto list = client_->property(client_->root(), "_NET_CLIENT_LIST");
+        return list && list->empty();
+    });
+    xcb_delete_property(connection, client_->root(), poke);
+    client_->synchronize();
+}
+
+void Desktop::startCompositor(Compositor compositor) {
+    if (compositor == Compositor::none) {
+        return;
+    }
+    std::vector<std::string> command{"picom", "--config", "/dev/null", "--backend", "xrender"};
+    if (compositor == Compositor::picomFading) {
+        command.emplace_back("--fading");
+    }
+    compositor_ = start("picom", std::move(command));
+    require("The start of the compositor",
+            [this] { return client_->selectionOwner("_NET_WM_CM_S0") != XCB_WINDOW_NONE; });
+}
+
+void Desktop::stopCompositor() {
+    compositor_.reset();
+    require("The end of the compositor",
+            [this] { return client_->selectionOwner("_NET_WM_CM_S0") == XCB_WINDOW_NONE; });
+}
+
+void Desktop::startNotifications(NotificationDaemon daemon) {
+    switch (daemon) {
+        case NotificationDaemon::none:
+            return;
+        case NotificationDaemon::recorder:
+            notificationDaemon_ = startBusService("notification-recorder");
+            return;
+        case NotificationDaemon::dunst:
+            notificationDaemon_ = start("dunst", {"dunst", "-conf", "/dev/null"});
+            bus({"wait-for-name", "org.freedesktop.Notifications"});
+            return;
+    }
+}
+
+std::unique_ptr<Process> Desktop::startBusService(const std::string& role) {
+    auto service = start(role, {LUMAFRAME_TEST_BUS_PROGRAM, role});
+    service->waitForLine("ready");
+    return service;
+}
+
+std::vector<Notification> Desktop::notifications() const {
+    std::vector<Notification> received;
+    for (const auto& line : notificationDaemon_->outputLines()) {
+        const auto parts = fields(line);
+        if (parts.size() >= 4 && parts[0] == "notification") {
+            received.push_back({parts[1], parts[2], parts[3]});
+        }
+    }
+    return received;
+}
+
+std::vector<std::string> Desktop::trayItems() const {
+    std::vector<std::string> items;
+    for (const auto& line : tray_->outputLines()) {
+        if (line.starts_with("item ")) {
+            items.push_back(line.substr(5));
+        }
+    }
+    return items;
+}
+
+std::string Desktop::bus(const std::vector<std::string>& arguments) {
+    std::vector<std::string> command{LUMAFRAME_TEST_BUS_PROGRAM};
+    command.insert(command.end(), arguments.begin(), arguments.end());
+    return runToEnd({.command = std::move(command),
+                     .environment = environment(),
+                     .outputFile = directory_ / ("bus-call-" + std::to_string(++busCalls_))});
+}
+
+}  // namespace desktop

@@ -1,0 +1,101 @@
+#pragma once
+
+#include <filesystem>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "desktop/clipboard.h"
+#include "desktop/input_driver.h"
+#include "desktop/picture.h"
+#include "desktop/process.h"
+#include "desktop/test_window.h"
+#include "desktop/wait.h"
+#include "desktop/x_client.h"
+#include "desktop/x_server.h"
+
+namespace desktop {
+
+enum class WindowManager { none, openbox };
+/// picom blends with xrender, without fading or shadows; `picomFading` with its fades on.
+enum class Compositor { none, picom, picomFading };
+/// A notification daemon of the test's own that records what it is told, or dunst.
+enum class NotificationDaemon { none, recorder, dunst };
+/// A StatusNotifierWatcher and host of the test's own.
+enum class Tray { none, host };
+
+struct DesktopOptions {
+    std::vector<Output> outputs{{}};
+    WindowManager windowManager = WindowManager::openbox;
+    Compositor compositor = Compositor::none;
+    NotificationDaemon notifications = NotificationDaemon::none;
+    Tray tray = Tray::none;
+    /// Added to the environment of every program started here.
+    Environment environment{};
+};
+
+/// A notification as the recorder received it.
+struct Notification {
+    std::string application;
+    std::string title;
+    std::string body;
+};
+
+/// A whole private desktop: X server, D-Bus, home directory, services. Any number side by side.
+///
+/// Everything it starts ends with it, by process id, also when the test fails or is killed. Its
+/// directory (home, logs) goes too, unless the environment variable LUMAFRAME_KEEP_DESKTOPS is set.
+/// Throws std::runtime_error when a part of it does not become ready.
+class Desktop {
+  public:
+    explicit Desktop(const DesktopOptions& options = {});
+    ~Desktop();
+    Desktop(const Desktop&) = delete;
+    Desktop& operator=(const Desktop&) = delete;
+
+    [[nodiscard]] const std::string& displayName() const { return server_->displayName(); }
+    [[nodiscard]] XServer& server() { return *server_; }
+    [[nodiscard]] XClient& client() { return *client_; }
+    [[nodiscard]] InputDriver& input() { return *input_; }
+
+    [[nodiscard]] const std::filesystem::path& directory() const { return directory_; }
+    /// The person's home; holds an empty Downloads folder.
+    [[nodiscard]] std::filesystem::path home() const { return directory_ / "home"; }
+    /// The whole environment of a program that is started on this desktop.
+    [[nodiscard]] Environment environment() const;
+    /// Starts a program here; `name` names its output files. `beforeExec` as in ProcessOptions.
+    std::unique_ptr<Process> start(const std::string& name, std::vector<std::string> command,
+                                   const Environment& additions = {},
+                                   std::function<void()> beforeExec = {});
+
+    void startCompositor(Compositor compositor);
+    void stopCompositor();
+
+    /// What the recorder received so far.
+    [[nodiscard]] std::vector<Notification> notifications() const;
+    /// "<bus name> <object path>" of each item that registered with the tray host.
+    [[nodiscard]] std::vector<std::string> trayItems() const;
+
+    /// Runs the test's D-Bus program (see bus_program.cpp for its commands) and gives its output.
+    std::string bus(const std::vector<std::string>& arguments);
+
+  private:
+    void startBus();
+    void startWindowManager();
+    void startNotifications(NotificationDaemon daemon);
+    std::unique_ptr<Process> startBusService(const std::string& role);
+
+    std::filesystem::path directory_;
+    Environment additions_;
+    int busCalls_ = 0;
+    std::unique_ptr<XServer> server_;
+    std::unique_ptr<XClient> client_;
+    std::unique_ptr<InputDriver> input_;
+    std::unique_ptr<Process> dbusDaemon_;
+    std::unique_ptr<Process> windowManager_;
+    std::unique_ptr<Process> compositor_;
+    std::unique_ptr<Process> notificationDaemon_;
+    std::unique_ptr<Process> tray_;
+};
+
+}  // namespace desktop
