@@ -1,0 +1,81 @@
+#pragma once
+
+#include <cstdint>
+#include <functional>
+#include <memory>
+#include <vector>
+
+#include "base/alive.h"
+#include "base/main_queue.h"
+#include "platform/x11/connection.h"
+#include "platform/x11/damage_watch.h"
+#include "platform/x11/native_region.h"
+#include "platform/x11/overlay_stage.h"
+
+namespace platform::x11 {
+
+/// The overlay's windows over a live screen, and the wait until they have left it. Main thread.
+///
+/// A window is taken off the screen by having the server clear it to transparent. It stays mapped:
+/// unmapping starts the fading of the compositor. The compositor then paints the screen anew,
+/// which the damage of the root window tells. The first painting after the clearing may be of a
+/// frame that the compositor had begun before it; so the window is cleared a second time when the
+/// first painting has been seen, and what is painted after that comes from a frame begun later.
+class LiveWindows {
+  public:
+    LiveWindows(Connection& connection, base::MainQueue& mainQueue);
+    /// Destroys the closed windows.
+    ~LiveWindows();
+    LiveWindows(const LiveWindows&) = delete;
+    LiveWindows& operator=(const LiveWindows&) = delete;
+
+    void add(xcb_window_t window, const NativeRect& frame);
+    [[nodiscard]] bool holds(xcb_window_t window) const;
+    [[nodiscard]] PaintPermission requestPaint(xcb_window_t window);
+    void close(xcb_window_t window);
+    void whenClear(const NativeRect& region, std::function<void()> clear);
+
+  private:
+    enum class Tenure { open, closed };
+    /// What may be on the screen of a window.
+    enum class Trace { none, painted, clearedOnce, clearedTwice };
+    enum class Repaint { unneeded, owed };
+    struct Window {
+        xcb_window_t id = XCB_WINDOW_NONE;
+        NativeRect frame;
+        Tenure tenure = Tenure::open;
+        Trace trace = Trace::none;
+        Repaint repaint = Repaint::unneeded;
+        /// What the compositor has not painted since the last clearing.
+        NativeRegion pending;
+        xcb_void_cookie_t clearing{};
+        std::uint64_t clearNumber = 0;
+    };
+    struct Waiter {
+        NativeRect region;
+        std::function<void()> clear;
+    };
+
+    [[nodiscard]] static bool isClearing(const Window& window);
+    [[nodiscard]] Window* find(xcb_window_t window);
+    [[nodiscard]] bool isClear(const NativeRect& region) const;
+    [[nodiscard]] bool isAwaited(const NativeRect& frame) const;
+    void beginClearing(Window& window);
+    void clear(Window& window);
+    void notePainting(const NativeRect& rect, std::uint32_t sequence);
+    void giveUp(std::uint64_t clearNumber);
+    void dropFinished();
+    void settle();
+    void runWaiters();
+    void payRepaints();
+
+    Connection& connection_;
+    base::MainQueue& mainQueue_;
+    std::vector<Window> windows_;
+    std::vector<Waiter> waiters_;
+    std::unique_ptr<DamageWatch> watch_;
+    std::uint64_t nextClearNumber_ = 1;
+    base::Alive alive_;
+};
+
+}  // namespace platform::x11

@@ -1,0 +1,55 @@
+#include "platform/x11/x11_overlay_stage.h"
+
+#include <utility>
+
+#include "platform/x11/compositor.h"
+#include "platform/x11/x11_snapshot.h"
+
+namespace platform::x11 {
+
+X11OverlayStage::X11OverlayStage(Connection& connection, base::MainQueue& mainQueue)
+    : connection_(connection),
+      liveWindows_(connection, mainQueue),
+      snapshotShelf_(connection, mainQueue) {}
+
+StageMode X11OverlayStage::mode() {
+    return isCompositorRunning(connection_) ? StageMode::live : StageMode::frozen;
+}
+
+std::shared_ptr<const Snapshot> X11OverlayStage::snapshotFor(const NativeRect& frame) {
+    auto snapshot = snapshotShelf_.find(frame);
+    return snapshot ? snapshot : X11Snapshot::take(connection_, frame);
+}
+
+void X11OverlayStage::windowMapped(xcb_window_t window, const NativeRect& frame,
+                                   std::shared_ptr<const Snapshot> snapshot) {
+    if (snapshot) {
+        snapshotShelf_.add(window, std::move(snapshot));
+    } else {
+        liveWindows_.add(window, frame);
+    }
+}
+
+PaintPermission X11OverlayStage::requestPaint(xcb_window_t window) {
+    return snapshotShelf_.holds(window) ? PaintPermission::granted
+                                        : liveWindows_.requestPaint(window);
+}
+
+void X11OverlayStage::windowClosed(xcb_window_t window) {
+    snapshotShelf_.close(window);
+    liveWindows_.close(window);
+}
+
+void X11OverlayStage::whenClear(const NativeRect& region, std::function<void()> clear) {
+    liveWindows_.whenClear(region, std::move(clear));
+}
+
+std::shared_ptr<const Snapshot> X11OverlayStage::snapshotInUse(const NativeRect& frame) const {
+    return snapshotShelf_.find(frame);
+}
+
+bool X11OverlayStage::holds(xcb_window_t window) const {
+    return snapshotShelf_.holds(window) || liveWindows_.holds(window);
+}
+
+}  // namespace platform::x11
