@@ -29,6 +29,8 @@ struct ShareableWindow {
     /// 0 for ordinary windows, above 0 for docks, menus and overlays.
     int windowLayer = 0;
     std::optional<RunningApplication> owningApplication;
+    /// As that of the displays.
+    std::shared_ptr<const void> backing;
 };
 
 struct ShareableDisplay {
