@@ -1,0 +1,190 @@
+#include "platform/qt/qt_windows.h"
+
+#include <QAction>
+#include <QApplication>
+#include <QEvent>
+#include <QWindow>
+#include <algorithm>
+#include <utility>
+
+namespace platform::qt {
+
+namespace {
+
+/// Calls `action` once, when the window is on the screen for the first time. A request to the
+/// window manager goes over another connection: sent earlier it could overtake the mapping.
+class AtFirstExposure final : public QObject {
+  public:
+    AtFirstExposure(QWindow& window, std::function<void()> action)
+        : QObject(&window), action_(std::move(action)) {
+        window.installEventFilter(this);
+    }
+    bool eventFilter(QObject* watched, QEvent* event) override {
+        if (event->type() == QEvent::Expose && static_cast<QWindow*>(watched)->isExposed()) {
+            watched->removeEventFilter(this);
+            deleteLater();
+            action_();
+        }
+        return false;
+    }
+
+  private:
+    std::function<void()> action_;
+};
+
+}  // namespace
+
+QtWindows::QtWindows(app::NotificationCenter& notificationCenter, base::MainQueue& queue,
+                     MakeScene makeScene, WindowManager windowManager, HandOver handOver)
+    : notificationCenter_(notificationCenter),
+      queue_(queue),
+      makeScene_(std::move(makeScene)),
+      windowManager_(std::move(windowManager)),
+      handOver_(std::move(handOver)) {
+    // The program lives in the tray: closing its last window ends nothing.
+    QApplication::setQuitOnLastWindowClosed(false);
+    QObject::connect(qApp, &QGuiApplication::applicationStateChanged, &stateReceiver_,
+                     [this](Qt::ApplicationState state) {
+                         if (state == Qt::ApplicationActive) {
+                             notificationCenter_.post(app::applicationDidBecomeActiveNotification);
+                         }
+                     });
+}
+
+QtWindows::~QtWindows() {
+    for (const OpenWindow& window : openWindows_) {
+        delete window.widget.data();
+    }
+}
+
+std::vector<app::Window> QtWindows::windows() const {
+    std::vector<app::Window> list;
+    for (const OpenWindow& window : openWindows_) {
+        if (window.widget != nullptr && window.widget->isVisible()) {
+            list.push_back({window.handle, window.widget->objectName().toStdString()});
+        }
+    }
+    return list;
+}
+
+void QtWindows::activate() {
+    forgetClosedWindows();
+    QWidget* front = QApplication::activeWindow();
+    if (front == nullptr && !openWindows_.empty()) {
+        front = openWindows_.back().widget;
+    }
+    if (front != nullptr) {
+        bringToFront(*front);
+    }
+}
+
+void QtWindows::makeKeyAndOrderFront(app::WindowHandle handle) {
+    forgetClosedWindows();
+    for (const OpenWindow& window : openWindows_) {
+        if (window.handle == handle) {
+            bringToFront(*window.widget);
+            return;
+        }
+    }
+}
+
+void QtWindows::openScene(const std::string& sceneId) {
+    forgetClosedWindows();
+    const auto open = std::find_if(openWindows_.begin(), openWindows_.end(),
+                                   [&](const OpenWindow& one) { return one.sceneId == sceneId; });
+    if (open != openWindows_.end()) {
+        bringToFront(*open->widget);
+        return;
+    }
+    // The window owns itself from here on: the user's closing it is its end.
+    QWidget* window = makeScene_(sceneId).release();
+    if (window == nullptr) {
+        return;
+    }
+    window->setAttribute(Qt::WA_DeleteOnClose);
+    openWindows_.push_back({++lastHandle_, sceneId, window});
+    show(*window);
+}
+
+void QtWindows::setActivationPolicy(app::ActivationPolicy policy) {
+    policy_ = policy;
+    forgetClosedWindows();
+    for (const OpenWindow& window : openWindows_) {
+        applyPolicy(*window.widget);
+    }
+}
+
+void QtWindows::terminate() {
+    if (std::exchange(ending_, Ending::asked) == Ending::asked) {
+        return;
+    }
+    queue_.post([handOver = handOver_] {
+        const auto end = [] { QCoreApplication::exit(0); };
+        if (handOver) {
+            handOver(end);
+        } else {
+            end();
+        }
+    });
+}
+
+void QtWindows::addApplicationCommand(QAction& command) {
+    commands_.push_back(&command);
+    for (const OpenWindow& window : openWindows_) {
+        if (window.widget != nullptr) {
+            window.widget->addAction(&command);
+        }
+    }
+}
+
+void QtWindows::show(QWidget& window) {
+    window.addActions({commands_.begin(), commands_.end()});
+    // The X11 name of the identifier (WM_WINDOW_ROLE), set before the window manager sees it.
+    window.setWindowRole(window.objectName());
+    const WId identifier = window.winId();
+    applyPolicy(window);
+    if (windowManager_.activate) {
+        new AtFirstExposure(*window.windowHandle(),
+                            [this, identifier] { windowManager_.activate(identifier); });
+    }
+    window.show();
+    window.raise();
+    window.activateWindow();
+}
+
+void QtWindows::bringToFront(QWidget& window) {
+    if (window.isMinimized()) {
+        window.showNormal();
+    }
+    window.raise();
+    window.activateWindow();
+    if (windowManager_.activate) {
+        windowManager_.activate(window.winId());
+    }
+}
+
+void QtWindows::applyPolicy(QWidget& window) {
+    if (windowManager_.setPolicy) {
+        windowManager_.setPolicy(window.winId(), policy_);
+    }
+}
+
+void QtWindows::forgetClosedWindows() {
+    std::erase_if(openWindows_, [](const OpenWindow& window) {
+        return window.widget == nullptr || !window.widget->isVisible();
+    });
+}
+
+std::unique_ptr<QWidget> makeEmptyScene(const std::string& sceneId) {
+    if (sceneId != "main" && sceneId != "permissions") {
+        return nullptr;
+    }
+    auto window = std::make_unique<QWidget>();
+    window->setObjectName(QString::fromStdString(sceneId));
+    window->setWindowTitle(sceneId == "main" ? QStringLiteral("Lumaframe")
+                                             : QStringLiteral("Permissions"));
+    window->setMinimumSize(360, 240);
+    return window;
+}
+
+}  // namespace platform::qt

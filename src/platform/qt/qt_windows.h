@@ -1,0 +1,83 @@
+#pragma once
+
+#include <QPointer>
+#include <QWidget>
+#include <functional>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "app/notification_center.h"
+#include "app/windows.h"
+#include "base/main_queue.h"
+
+class QAction;
+
+namespace platform::qt {
+
+/// The program's windows as the toolkit's top-level widgets. Main thread, while a QApplication
+/// lives.
+class QtWindows final : public app::Windows {
+  public:
+    /// Makes the window of a scene, not shown; null for a scene that does not exist.
+    using MakeScene = std::function<std::unique_ptr<QWidget>(const std::string& sceneId)>;
+
+    /// What the toolkit cannot ask of the window manager.
+    struct WindowManager {
+        /// Brings a window to the front although another program has the input.
+        std::function<void(WId window)> activate;
+        /// Shows or hides a window in the task bar and the window switcher; also before it is
+        /// mapped.
+        std::function<void(WId window, app::ActivationPolicy policy)> setPolicy;
+    };
+
+    /// Hands over what must outlive the process, and calls `done` once, on the main thread.
+    using HandOver = std::function<void(std::function<void()> done)>;
+
+    /// `notificationCenter` and `queue` must outlive the object. An empty `handOver` ends at once.
+    QtWindows(app::NotificationCenter& notificationCenter, base::MainQueue& queue,
+              MakeScene makeScene, WindowManager windowManager, HandOver handOver);
+    ~QtWindows() override;
+    QtWindows(const QtWindows&) = delete;
+    QtWindows& operator=(const QtWindows&) = delete;
+
+    [[nodiscard]] std::vector<app::Window> windows() const override;
+    void activate() override;
+    void makeKeyAndOrderFront(app::WindowHandle handle) override;
+    void openScene(const std::string& sceneId) override;
+    void setActivationPolicy(app::ActivationPolicy policy) override;
+    void terminate() override;
+
+    /// Makes the shortcut of `command` work in every window, open now or later. The action must
+    /// outlive the windows.
+    void addApplicationCommand(QAction& command);
+
+  private:
+    struct OpenWindow {
+        app::WindowHandle handle = 0;
+        std::string sceneId;
+        QPointer<QWidget> widget;
+    };
+
+    void bringToFront(QWidget& window);
+    void show(QWidget& window);
+    void forgetClosedWindows();
+    void applyPolicy(QWidget& window);
+
+    app::NotificationCenter& notificationCenter_;
+    base::MainQueue& queue_;
+    MakeScene makeScene_;
+    WindowManager windowManager_;
+    HandOver handOver_;
+    std::vector<OpenWindow> openWindows_;
+    std::vector<QAction*> commands_;
+    app::WindowHandle lastHandle_ = 0;
+    app::ActivationPolicy policy_ = app::ActivationPolicy::regular;
+    enum class Ending { notAsked, asked } ending_ = Ending::notAsked;
+    QObject stateReceiver_;
+};
+
+/// The window of a scene with its identifier and its title and nothing in it yet.
+std::unique_ptr<QWidget> makeEmptyScene(const std::string& sceneId);
+
+}  // namespace platform::qt

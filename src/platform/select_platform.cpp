@@ -1,0 +1,46 @@
+#include "platform/select_platform.h"
+
+#include <array>
+
+namespace platform {
+
+namespace {
+
+Probe probeX11(const Session& session) {
+    if (session.xDisplay.empty()) {
+        return {Rank::unsupported, "$DISPLAY is not set"};
+    }
+    if (!session.waylandDisplay.empty()) {
+        return {Rank::possible, "the X server " + session.xDisplay + " runs inside Wayland"};
+    }
+    return {Rank::best, "$DISPLAY names the X server " + session.xDisplay};
+}
+
+}  // namespace
+
+std::span<const System> compiledSystems() {
+    static const std::array<System, 1> systems{{{"X11", probeX11}}};
+    return systems;
+}
+
+base::Result<System> selectPlatform(std::span<const System> systems, const Session& session) {
+    const System* chosen = nullptr;
+    Rank chosenRank = Rank::unsupported;
+    std::string reasons;
+    for (const System& system : systems) {
+        const Probe probe = system.probe(session);
+        reasons += (reasons.empty() ? "" : "; ") + system.name + ": " + probe.reason;
+        if (probe.rank > chosenRank) {
+            chosen = &system;
+            chosenRank = probe.rank;
+        }
+    }
+    if (chosen == nullptr) {
+        return base::Error{
+            base::ErrorKind::unavailable,
+            "Lumaframe needs a graphical session, and there is none here (" + reasons + ")."};
+    }
+    return *chosen;
+}
+
+}  // namespace platform

@@ -1,0 +1,48 @@
+#include "platform/session.h"
+
+#include <sys/stat.h>
+
+#include <cstdlib>
+
+namespace platform {
+
+namespace {
+
+std::string environmentValue(const char* name) {
+    const char* value = std::getenv(name);
+    return value == nullptr ? std::string() : std::string(value);
+}
+
+bool isSocket(const std::string& path) {
+    struct stat status {};
+    return ::stat(path.c_str(), &status) == 0 && S_ISSOCK(status.st_mode);
+}
+
+/// The rule of the bus library: the variable, else the socket in the runtime directory.
+bool findSessionBus() {
+    if (!environmentValue("DBUS_SESSION_BUS_ADDRESS").empty()) {
+        return true;
+    }
+    const std::string runtimeDirectory = environmentValue("XDG_RUNTIME_DIR");
+    return runtimeDirectory.starts_with('/') && isSocket(runtimeDirectory + "/bus");
+}
+
+}  // namespace
+
+Session Session::fromEnvironment() {
+    return {.xDisplay = environmentValue("DISPLAY"),
+            .waylandDisplay = environmentValue("WAYLAND_DISPLAY"),
+            .hasSessionBus = findSessionBus(),
+            .isStartedByBus = !environmentValue("DBUS_STARTER_ADDRESS").empty() &&
+                              environmentValue("DBUS_STARTER_BUS_TYPE") == "session"};
+}
+
+void settleEnvironment(const Session& session) {
+    ::unsetenv("DBUS_STARTER_ADDRESS");
+    ::unsetenv("DBUS_STARTER_BUS_TYPE");
+    if (!session.hasSessionBus) {
+        ::setenv("DBUS_SESSION_BUS_ADDRESS", "disabled:", 1);
+    }
+}
+
+}  // namespace platform
