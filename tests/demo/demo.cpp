@@ -1,0 +1,255 @@
+// The demonstration: the real program on a desktop of its own, driven by real keys and a real drag.
+//
+//   lumaframe_demo PROGRAM OUTPUT_DIRECTORY
+#include <algorithm>
+#include <fstream>
+#include <iostream>
+#include <set>
+#include <stdexcept>
+
+#include "demo/scene.h"
+#include "desktop/desktop.h"
+
+namespace {
+
+namespace fs = std::filesystem;
+using desktop::Desktop;
+using desktop::Place;
+namespace key = desktop::key;
+
+/// One run of the demonstration. Throws std::runtime_error at the first step that does not happen.
+class Demonstration {
+  public:
+    Demonstration(fs::path program, fs::path output)
+        : program_(std::move(program)),
+          output_(std::move(output)),
+          desktop_({.compositor = desktop::Compositor::picom,
+                    .notifications = desktop::NotificationDaemon::dunst,
+                    .tray = desktop::Tray::host}),
+          scene_(desktop_) {}
+
+    void run();
+    /// Copies what the program has printed so far.
+    void keepLog() const;
+
+  private:
+    void startProgram();
+    void captureRegion();
+    void captureWindow();
+    void recognizeText();
+    void showWindows();
+    void quit();
+
+    void openOverlay(std::uint8_t digit);
+    void drag(Place from, Place to, const std::string& midDragPicture);
+    std::string waitForAnyLine(const std::set<std::string>& beginnings);
+    void keepPicture(const std::string& name, const desktop::Picture& picture) const;
+    void keepNewestFile(const std::string& printedLine, const std::string& name) const;
+    void compareClipboard(const std::string& name) const;
+    void say(const std::string& sentence) const { std::cout << "  " << sentence << std::endl; }
+
+    fs::path program_;
+    fs::path output_;
+    Desktop desktop_;
+    demo::Scene scene_;
+    std::unique_ptr<desktop::Process> lumaframe_;
+    /// How many of the printed lines have been waited for.
+    std::size_t linesSeen_ = 0;
+};
+
+constexpr Place regionStart{60, 80};
+constexpr Place regionEnd{720, 400};
+constexpr Place insideNotes{300, 250};
+
+void Demonstration::run() {
+    keepPicture("desktop.png", demo::readSettledScreen(desktop_.client()));
+    startProgram();
+    captureRegion();
+    captureWindow();
+    recognizeText();
+    showWindows();
+    quit();
+}
+
+void Demonstration::startProgram() {
+    const fs::path settings = desktop_.home() / ".config/lumaframe";
+    fs::create_directories(settings);
+    std::ofstream(settings / "settings.json")
+        << R"({"showNotifications": true, "saveOCRToDownloads": true})" << '\n';
+    lumaframe_ = desktop_.start("lumaframe", {program_});
+    waitForAnyLine({"✅ Event handler installed successfully"});
+    say("Lumaframe runs and has registered its shortcuts.");
+}
+
+void Demonstration::captureRegion() {
+    openOverlay(key::digit1);
+    drag(regionStart, regionEnd, "overlay.png");
+    keepNewestFile(waitForAnyLine({"Screenshot saved to: ", "Failed to save screenshot: "}),
+                   "screenshot.png");
+    say("Super+Shift+1 and a drag: saved as a file.");
+    compareClipboard("screenshot.png");
+    const auto notificationIsShown = [this, before = desktop_.client().mappedTopLevels().size()] {
+        return desktop_.client().mappedTopLevels().size() > before;
+    };
+    desktop::waitUntil(notificationIsShown, std::chrono::seconds(2));
+    keepPicture("after-the-screenshot.png", demo::readSettledScreen(desktop_.client()));
+}
+
+void Demonstration::captureWindow() {
+    desktop_.input().click(insideNotes);
+    openOverlay(key::digit1);
+    desktop_.input().tap(key::space);
+    waitForAnyLine({"🔵 toggleWindowMode() called"});
+    desktop_.input().moveInSteps({insideNotes.x + 40, insideNotes.y + 40}, insideNotes);
+    keepPicture("overlay-window-mode.png", demo::readSettledScreen(desktop_.client()));
+    desktop_.input().click(insideNotes);
+    waitForAnyLine({"Window screenshot copied! ID: "});
+    keepNewestFile(waitForAnyLine({"Screenshot saved to: ", "Failed to save screenshot: "}),
+                   "window.png");
+    say("Super+Shift+1, Space and a click on a window: saved as a file.");
+}
+
+void Demonstration::recognizeText() {
+    openOverlay(key::digit2);
+    drag(regionStart, regionEnd, "overlay-text-recognition.png");
+    const std::string unable = "Unable to perform OCR: ";
+    const std::string line =
+        waitForAnyLine({unable, "OCR text saved to: ", "Failed to save OCR text: "});
+    if (line.starts_with(unable)) {
+        say("Super+Shift+2 and a drag: no text, because this version does not recognise text yet.");
+        say("  Lumaframe said: " + line);
+        return;
+    }
+    keepNewestFile(line, "recognized.txt");
+    say("Super+Shift+2 and a drag: the recognised text is saved as a file.");
+}
+
+void Demonstration::showWindows() {
+    const auto show = [this](const std::string& role, const std::string& file) {
+        desktop::require("The opening of the window \"" + role + "\"", [&] {
+            return demo::windowWithRole(desktop_.client(), role) != XCB_WINDOW_NONE;
+        });
+        demo::readSettledScreen(desktop_.client());
+        const auto window = demo::windowWithRole(desktop_.client(), role);
+        keepPicture(file, demo::readWindow(desktop_.client(), window));
+    };
+    const auto second = desktop_.start("second-start", {program_});
+    if (second->waitForExit() != 0) {
+        throw std::runtime_error("A second start did not end with status 0.");
+    }
+    show("main", "settings-window.png");
+    const std::string item = desktop_.trayItems().at(0);
+    desktop_.bus({"menu-click", item.substr(0, item.find(' ')), "Settings..."});
+    show("permissions", "permissions-window.png");
+    say("A second start showed the settings window, the tray menu the permissions window.");
+}
+
+void Demonstration::quit() {
+    const std::string item = desktop_.trayItems().at(0);
+    desktop_.bus({"menu-click", item.substr(0, item.find(' ')), "Quit Lumaframe"});
+    if (lumaframe_->waitForExit() != 0) {
+        throw std::runtime_error("Lumaframe did not end with status 0 after Quit.");
+    }
+    say("Lumaframe quit from its tray menu.");
+}
+
+void Demonstration::openOverlay(std::uint8_t digit) {
+    desktop_.input().chord({key::leftSuper, key::leftShift, digit});
+    waitForAnyLine({"🎯 Cursor set to crosshair in showSelection()"});
+    const auto& screen = desktop_.client().screen();
+    desktop::require("The opening of the overlay", [&] {
+        return !desktop_.client()
+                    .mappedOverlays(0, 0, screen.width_in_pixels, screen.height_in_pixels)
+                    .empty();
+    });
+}
+
+void Demonstration::drag(Place from, Place to, const std::string& midDragPicture) {
+    const auto corner = [this] { return desktop::readScreen(desktop_.client(), 0, 0, 1, 1); };
+    const desktop::Picture undimmed = corner();
+    desktop_.input().moveTo(from);
+    desktop_.input().pressButton();
+    desktop_.input().moveInSteps(from, to);
+    desktop::require("The dimming of the screen", [&] { return corner() != undimmed; });
+    keepPicture(midDragPicture, demo::readSettledScreen(desktop_.client()));
+    desktop_.input().releaseButton();
+}
+
+std::string Demonstration::waitForAnyLine(const std::set<std::string>& beginnings) {
+    std::string found;
+    desktop::require("A line that begins with \"" + *beginnings.begin() + "\"", [&] {
+        const bool hasEnded = !lumaframe_->isRunning();
+        const auto lines = lumaframe_->outputLines();
+        for (; linesSeen_ < lines.size() && found.empty(); ++linesSeen_) {
+            const auto& line = lines[linesSeen_];
+            if (std::ranges::any_of(beginnings, [&](auto& b) { return line.starts_with(b); })) {
+                found = line;
+            }
+        }
+        if (hasEnded && found.empty()) {
+            throw std::runtime_error("Lumaframe ended by itself; log.txt has what it printed.");
+        }
+        return !found.empty();
+    });
+    return found;
+}
+
+void Demonstration::keepPicture(const std::string& name, const desktop::Picture& picture) const {
+    desktop::writePng(output_ / name, picture);
+}
+
+void Demonstration::keepNewestFile(const std::string& printedLine, const std::string& name) const {
+    const auto colon = printedLine.find(": ");
+    if (colon == std::string::npos || printedLine.starts_with("Failed")) {
+        throw std::runtime_error("Lumaframe said: " + printedLine);
+    }
+    fs::copy_file(printedLine.substr(colon + 2), output_ / name,
+                  fs::copy_options::overwrite_existing);
+}
+
+void Demonstration::compareClipboard(const std::string& name) const {
+    const auto pasted = desktop::Clipboard(desktop_.displayName()).read("image/png");
+    if (!pasted || *pasted != desktop::readFile(output_ / name)) {
+        throw std::runtime_error("The clipboard does not hold the saved picture.");
+    }
+    say("The clipboard holds the same " + std::to_string(pasted->size()) + " bytes.");
+}
+
+void Demonstration::keepLog() const {
+    std::ofstream log(output_ / "log.txt");
+    if (!lumaframe_) {
+        return;
+    }
+    for (const auto& line : lumaframe_->outputLines()) {
+        log << line << '\n';
+    }
+    for (const auto& line : lumaframe_->errorLines()) {
+        log << "(standard error) " << line << '\n';
+    }
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+    if (argc != 3) {
+        std::cerr << "Usage: lumaframe_demo PROGRAM OUTPUT_DIRECTORY\n";
+        return 2;
+    }
+    const fs::path output = argv[2];
+    try {
+        fs::create_directories(output);
+        Demonstration demonstration(argv[1], output);
+        try {
+            demonstration.run();
+        } catch (const std::exception&) {
+            demonstration.keepLog();
+            throw;
+        }
+        demonstration.keepLog();
+    } catch (const std::exception& error) {
+        std::cerr << "The demonstration stopped: " << error.what() << '\n'
+                  << "What it has left so far is in " << output.string() << ".\n";
+        return 1;
+    }
+    return 0;
+}

@@ -1,0 +1,36 @@
+#pragma once
+
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "desktop/desktop.h"
+
+namespace demo {
+
+/// What the demonstration's desktop shows: a background and two windows with text. Ends with it.
+class Scene {
+  public:
+    /// Returns when both windows have painted their text.
+    explicit Scene(desktop::Desktop& desktop);
+    ~Scene();
+    Scene(const Scene&) = delete;
+    Scene& operator=(const Scene&) = delete;
+
+  private:
+    void paintBackground();
+    void openText(const std::string& title, const std::string& geometry, const std::string& colors,
+                  const std::string& text);
+
+    desktop::Desktop& desktop_;
+    std::vector<std::unique_ptr<desktop::Process>> programs_;
+};
+
+/// The managed window whose role contains `part`, XCB_WINDOW_NONE when there is none.
+xcb_window_t windowWithRole(const desktop::XClient& client, const std::string& part);
+/// What the screen shows of the window, its decoration included.
+desktop::Picture readWindow(const desktop::XClient& client, xcb_window_t window);
+/// The screen when it has stopped changing: two readings, 100 ms apart, are the same.
+desktop::Picture readSettledScreen(const desktop::XClient& client);
+
+}  // namespace demo
