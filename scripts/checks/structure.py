@@ -33,6 +33,11 @@ PORTS = [
     "platform/platform.h",
 ]
 
+# What an adapter may use beside the ports and its own folder: what the session is, how to watch a
+# descriptor, and the centre where the toolkit's activation is posted.
+ADAPTER_AIDS = ["platform/session.h", "platform/file_descriptor_watch.h",
+                "app/notification_center.h"]
+
 # Which of the project's own headers a file may include: the first row that matches it decides. The
 # folders follow the road of one screenshot (shortcuts, overlay, capture), and never look back.
 ALLOWED_INCLUDES = [
@@ -102,8 +107,7 @@ def allowed_for(name):
             return allowed
     folder = name.rpartition("/")[0]
     if folder.startswith("platform/"):
-        # An adapter: the ports, what the session is, and its own folder.
-        return [*PORTS, "platform/session.h", f"{folder}/*.h"]
+        return [*PORTS, *ADAPTER_AIDS, f"{folder}/*.h"]
     return []
 
 
