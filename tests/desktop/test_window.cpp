@@ -2,29 +2,13 @@
 
 #include <unistd.h>
 
-#include <algorithm>
-#include <cstddef>
 #include <utility>
 
+#include "desktop/pattern.h"
 #include "desktop/wait.h"
 
 namespace desktop {
 namespace {
-
-/// Every place another colour, without any structure that repeats inside a screen.
-Picture pattern(int width, int height, std::uint32_t seed) {
-    Picture picture{width, height, {}};
-    for (int y = 0; y < height; ++y) {
-        for (int x = 0; x < width; ++x) {
-            std::uint32_t mixed = static_cast<std::uint32_t>(x) * 2654435761U +
-                                  static_cast<std::uint32_t>(y) * 2246822519U + seed * 3266489917U;
-            mixed ^= mixed >> 15U;
-            mixed *= 2246822519U;
-            picture.pixels.push_back(0xff000000U | (mixed >> 8U));
-        }
-    }
-    return picture;
-}
 
 template <typename Unit>
 void setProperty(const XClient& client, xcb_window_t window, const std::string& name,
@@ -82,29 +66,18 @@ void TestWindow::create(const TestWindowOptions& options) {
                                static_cast<std::uint32_t>(options.width),
                                static_cast<std::uint32_t>(options.height)};
     setProperty(client_, window_, "WM_NORMAL_HINTS", "WM_SIZE_HINTS", 18, hints);
+    if (options.decoration == TestWindowOptions::Decoration::none) {
+        constexpr std::uint32_t decorationsFlag = 2;
+        const std::uint32_t motif[5] = {decorationsFlag, 0, 0, 0, 0};
+        setProperty(client_, window_, "_MOTIF_WM_HINTS", "_MOTIF_WM_HINTS", 5, motif);
+    }
 }
 
 void TestWindow::paint() {
     // As the background: the server itself repaints what was covered, whatever this process does.
-    const xcb_pixmap_t pixmap = xcb_generate_id(client_.get());
-    const xcb_gcontext_t context = xcb_generate_id(client_.get());
-    const auto width = static_cast<std::uint16_t>(picture_.width);
-    xcb_create_pixmap(client_.get(), client_.screen().root_depth, pixmap, window_, width,
-                      static_cast<std::uint16_t>(picture_.height));
-    xcb_create_gc(client_.get(), context, pixmap, 0, nullptr);
-    // Row bands keep each request under the server's smallest maximum length.
-    const int rowsPerBand = std::max(1, 60000 / picture_.width);
-    for (int row = 0; row < picture_.height; row += rowsPerBand) {
-        const int rows = std::min(rowsPerBand, picture_.height - row);
-        const std::uint32_t* data = picture_.pixels.data() + std::ptrdiff_t{row} * width;
-        xcb_put_image(client_.get(), XCB_IMAGE_FORMAT_Z_PIXMAP, pixmap, context, width,
-                      static_cast<std::uint16_t>(rows), 0, static_cast<std::int16_t>(row), 0,
-                      client_.screen().root_depth, static_cast<std::uint32_t>(width * rows * 4),
-                      reinterpret_cast<const std::uint8_t*>(data));
-    }
+    const xcb_pixmap_t pixmap = upload(client_, picture_);
     xcb_change_window_attributes(client_.get(), window_, XCB_CW_BACK_PIXMAP, &pixmap);
     xcb_clear_area(client_.get(), 0, window_, 0, 0, 0, 0);
-    xcb_free_gc(client_.get(), context);
     xcb_free_pixmap(client_.get(), pixmap);
 }
 
@@ -128,6 +101,21 @@ Place TestWindow::place() const {
         client_.get(), xcb_translate_coordinates(client_.get(), window_, client_.root(), 0, 0),
         nullptr));
     return reply ? Place{reply->dst_x, reply->dst_y} : Place{};
+}
+
+Area TestWindow::frame() const {
+    xcb_window_t top = window_;
+    while (true) {
+        const Reply<xcb_query_tree_reply_t> tree(
+            xcb_query_tree_reply(client_.get(), xcb_query_tree(client_.get(), top), nullptr));
+        if (!tree || tree->parent == client_.root()) {
+            break;
+        }
+        top = tree->parent;
+    }
+    const Reply<xcb_get_geometry_reply_t> geometry(
+        xcb_get_geometry_reply(client_.get(), xcb_get_geometry(client_.get(), top), nullptr));
+    return geometry ? Area{geometry->x, geometry->y, geometry->width, geometry->height} : Area{};
 }
 
 void TestWindow::focus() {

@@ -9,6 +9,14 @@
 
 namespace desktop {
 
+/// A rectangle on the screen, native pixels from the top left.
+struct Area {
+    int x = 0;
+    int y = 0;
+    int width = 0;
+    int height = 0;
+};
+
 /// How a test window presents itself.
 struct TestWindowOptions {
     int x = 0;
@@ -18,6 +26,8 @@ struct TestWindowOptions {
     std::string title = "Test window";
     /// Override-redirect: no window manager touches it; it is where and as large as it says.
     enum class Management { managed, unmanaged } management = Management::managed;
+    /// Without decoration the frame is exactly the window.
+    enum class Decoration { full, none } decoration = Decoration::full;
     /// The pattern differs with it, so that two windows never look alike.
     std::uint32_t seed = 1;
 };
@@ -34,6 +44,8 @@ class TestWindow {
     [[nodiscard]] const Picture& picture() const { return picture_; }
     /// Where the window's own area lies on the screen now, decoration not counted.
     [[nodiscard]] Place place() const;
+    /// The whole window with its decoration, native pixels from the top left of the screen.
+    [[nodiscard]] Area frame() const;
     /// Gives the window the input focus and waits until it has it.
     void focus();
     /// The codes of the keys pressed in this window since the last call; call after the presses

@@ -1,0 +1,65 @@
+#include "desktop/pattern.h"
+
+#include <algorithm>
+#include <cstddef>
+
+#include "desktop/wait.h"
+
+namespace desktop {
+
+Picture pattern(int width, int height, std::uint32_t seed) {
+    Picture picture{width, height, {}};
+    for (int y = 0; y < height; ++y) {
+        for (int x = 0; x < width; ++x) {
+            std::uint32_t mixed = static_cast<std::uint32_t>(x) * 2654435761U +
+                                  static_cast<std::uint32_t>(y) * 2246822519U + seed * 3266489917U;
+            mixed ^= mixed >> 15U;
+            mixed *= 2246822519U;
+            picture.pixels.push_back(0xff000000U | (mixed >> 8U));
+        }
+    }
+    return picture;
+}
+
+xcb_pixmap_t upload(const XClient& client, const Picture& picture) {
+    const xcb_pixmap_t pixmap = xcb_generate_id(client.get());
+    const xcb_gcontext_t context = xcb_generate_id(client.get());
+    const auto width = static_cast<std::uint16_t>(picture.width);
+    const std::uint8_t depth = client.screen().root_depth;
+    xcb_create_pixmap(client.get(), depth, pixmap, client.root(), width,
+                      static_cast<std::uint16_t>(picture.height));
+    xcb_create_gc(client.get(), context, pixmap, 0, nullptr);
+    // Row bands keep each request under the server's smallest maximum length.
+    const int rowsPerBand = std::max(1, 60000 / picture.width);
+    for (int row = 0; row < picture.height; row += rowsPerBand) {
+        const int rows = std::min(rowsPerBand, picture.height - row);
+        const std::uint32_t* data = picture.pixels.data() + std::ptrdiff_t{row} * width;
+        xcb_put_image(client.get(), XCB_IMAGE_FORMAT_Z_PIXMAP, pixmap, context, width,
+                      static_cast<std::uint16_t>(rows), 0, static_cast<std::int16_t>(row), 0, depth,
+                      static_cast<std::uint32_t>(width * rows * 4),
+                      reinterpret_cast<const std::uint8_t*>(data));
+    }
+    xcb_free_gc(client.get(), context);
+    return pixmap;
+}
+
+Wallpaper::Wallpaper(const std::string& displayName, std::uint32_t seed) : client_(displayName) {
+    const Picture before = readScreen(client_);
+    picture_ = pattern(before.width, before.height, seed);
+    const xcb_pixmap_t pixmap = upload(client_, picture_);
+    // Under these names compositors look for the picture that they paint behind the windows.
+    for (const char* name : {"_XROOTPMAP_ID", "ESETROOT_PMAP_ID"}) {
+        xcb_change_property(client_.get(), XCB_PROP_MODE_REPLACE, client_.root(),
+                            client_.atom(name), XCB_ATOM_PIXMAP, 32, 1, &pixmap);
+    }
+    xcb_change_window_attributes(client_.get(), client_.root(), XCB_CW_BACK_PIXMAP, &pixmap);
+    xcb_clear_area(client_.get(), 0, client_.root(), 0, 0, 0, 0);
+    require("The painting of the wallpaper", [this] {
+        const int right = picture_.width - 1;
+        const int bottom = picture_.height - 1;
+        return readScreen(client_, 0, 0, 1, 1).pixels[0] == picture_.at(0, 0) &&
+               readScreen(client_, right, bottom, 1, 1).pixels[0] == picture_.at(right, bottom);
+    });
+}
+
+}  // namespace desktop
