@@ -1,0 +1,63 @@
+#include "platform/freedesktop/key_file.h"
+
+#include <algorithm>
+
+namespace platform::freedesktop {
+
+namespace {
+
+std::string_view trimmed(std::string_view text) {
+    const auto first = text.find_first_not_of(" \t\r");
+    if (first == std::string_view::npos) {
+        return {};
+    }
+    return text.substr(first, text.find_last_not_of(" \t\r") - first + 1);
+}
+
+}  // namespace
+
+KeyFile KeyFile::parse(std::string_view text) {
+    KeyFile file;
+    std::string group;
+    while (!text.empty()) {
+        const auto end = std::min(text.find('\n'), text.size());
+        const auto line = trimmed(text.substr(0, end));
+        text.remove_prefix(std::min(end + 1, text.size()));
+        const auto equals = line.find('=');
+        if (line.starts_with('#')) {
+            continue;
+        }
+        if (line.starts_with('[') && line.ends_with(']')) {
+            group = line.substr(1, line.size() - 2);
+        } else if (equals != std::string_view::npos && equals > 0) {
+            file.groups_[group].try_emplace(std::string(trimmed(line.substr(0, equals))),
+                                            trimmed(line.substr(equals + 1)));
+        }
+    }
+    return file;
+}
+
+std::optional<std::string> KeyFile::value(const std::string& group, const std::string& key) const {
+    const auto values = groups_.find(group);
+    if (values == groups_.end()) {
+        return std::nullopt;
+    }
+    const auto entry = values->second.find(key);
+    return entry == values->second.end() ? std::nullopt : std::optional(entry->second);
+}
+
+std::vector<std::string> KeyFile::list(const std::string& group, const std::string& key) const {
+    const std::string text = value(group, key).value_or(std::string());
+    std::vector<std::string> parts;
+    for (std::size_t begin = 0; begin < text.size();) {
+        const auto end = std::min(text.find_first_of(",;", begin), text.size());
+        const auto part = trimmed(std::string_view(text).substr(begin, end - begin));
+        if (!part.empty()) {
+            parts.emplace_back(part);
+        }
+        begin = end + 1;
+    }
+    return parts;
+}
+
+}  // namespace platform::freedesktop

@@ -1,0 +1,17 @@
+#pragma once
+
+#include <string>
+
+namespace platform {
+
+/// Where the files that come with the program are: beside an installed one, or in the sources it
+/// was built from. Absolute paths of directories, which may be missing.
+struct Resources {
+    std::string sounds;
+    /// An icon theme directory (it holds `scalable/apps` and the like).
+    std::string icons;
+
+    static Resources locate();
+};
+
+}  // namespace platform
