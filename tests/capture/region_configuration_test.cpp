@@ -69,7 +69,7 @@ TEST(SourceRect, keeps_the_distances_to_the_edges_of_the_display) {
 }
 
 ShareableWindow window(capture::WindowID id, int layer, std::optional<std::string> owner) {
-    return {id, {}, layer, capture::RunningApplication{std::move(owner), 1}};
+    return {id, {}, layer, capture::RunningApplication{std::move(owner), 1}, nullptr};
 }
 
 std::vector<capture::WindowID> excluded(const std::vector<ShareableWindow>& windows,
@@ -89,10 +89,10 @@ TEST(WindowsToExclude, are_our_own_outside_of_the_ordinary_layer) {
 }
 
 TEST(WindowsToExclude, a_window_without_an_owner_is_ours_only_when_we_have_no_identifier) {
-    const std::vector<ShareableWindow> windows{{1, {}, 25, std::nullopt},
+    const std::vector<ShareableWindow> windows{{1, {}, 25, std::nullopt, nullptr},
                                                window(2, 25, std::nullopt),
                                                window(3, 25, "x"),
-                                               {4, {}, 0, std::nullopt}};
+                                               {4, {}, 0, std::nullopt, nullptr}};
     EXPECT_THAT(excluded(windows, "ours"), IsEmpty());
     EXPECT_THAT(excluded(windows, std::nullopt), ElementsAre(1, 2));
 }

@@ -16,15 +16,21 @@ class ScreenCaptureTest : public CaptureFixture {
     ScreenCaptureTest() {
         service.content->displays = {{1, {{0, 0}, {1920, 1080}}, 2.0, nullptr}};
         service.content->windows = {
-            {4711, {{0, 0}, {640, 480}}, 0, capture::RunningApplication{"their.editor", 7}},
+            {4711,
+             {{0, 0}, {640, 480}},
+             0,
+             capture::RunningApplication{"their.editor", 7},
+             nullptr},
             {9,
              {{0, 0}, {1920, 1080}},
              1000,
-             capture::RunningApplication{"app.lumaframe.Lumaframe", 1}},
+             capture::RunningApplication{"app.lumaframe.Lumaframe", 1},
+             nullptr},
             {10,
              {{0, 0}, {800, 600}},
              0,
-             capture::RunningApplication{"app.lumaframe.Lumaframe", 1}},
+             capture::RunningApplication{"app.lumaframe.Lumaframe", 1},
+             nullptr},
         };
         service.image = picture(200, 100);
     }
