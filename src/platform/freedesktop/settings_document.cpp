@@ -34,6 +34,10 @@ bool fitsInt64(const json& number) {
 }  // namespace
 
 std::optional<SettingsDocument> SettingsDocument::parse(std::string_view text) {
+    // The library takes a zero byte for the end, and what follows it would be lost in silence.
+    if (text.find('\0') != std::string_view::npos) {
+        return std::nullopt;
+    }
     bool isTooDeep = false;
     const auto limitDepth = [&isTooDeep](int depth, json::parse_event_t, json&) {
         isTooDeep = isTooDeep || depth > deepestNesting;

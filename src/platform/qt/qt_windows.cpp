@@ -141,12 +141,15 @@ void QtWindows::show(QWidget& window) {
     window.addActions({commands_.begin(), commands_.end()});
     // The X11 name of the identifier (WM_WINDOW_ROLE), set before the window manager sees it.
     window.setWindowRole(window.objectName());
-    const WId identifier = window.winId();
-    applyPolicy(window);
-    if (windowManager_.activate) {
-        new AtFirstExposure(*window.windowHandle(),
-                            [this, identifier] { windowManager_.activate(identifier); });
-    }
+    window.winId();
+    new AtFirstExposure(*window.windowHandle(), [this, shown = QPointer(&window)] {
+        if (policy_ != app::ActivationPolicy::regular) {
+            applyPolicy(*shown);
+        }
+        if (windowManager_.activate) {
+            windowManager_.activate(shown->winId());
+        }
+    });
     window.show();
     window.raise();
     window.activateWindow();

@@ -26,8 +26,7 @@ class QtWindows final : public app::Windows {
     struct WindowManager {
         /// Brings a window to the front although another program has the input.
         std::function<void(WId window)> activate;
-        /// Shows or hides a window in the task bar and the window switcher; also before it is
-        /// mapped.
+        /// Shows a window that is on the screen in the task bar and the window switcher, or not.
         std::function<void(WId window, app::ActivationPolicy policy)> setPolicy;
     };
 

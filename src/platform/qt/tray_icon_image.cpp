@@ -1,0 +1,52 @@
+#include "platform/qt/tray_icon_image.h"
+
+#include <QFileInfo>
+#include <QPainter>
+#include <QPixmap>
+#include <array>
+
+namespace platform::qt {
+
+namespace {
+
+// The sizes that trays ask for. Pictures and no drawing: the reader for drawings stays unloaded.
+constexpr std::array sizes{16, 22, 24, 32, 48, 64};
+
+/// A frame with a pointer at its corner.
+QPixmap paintedIcon(int size) {
+    QPixmap pixmap(size, size);
+    pixmap.fill(Qt::transparent);
+    QPainter painter(&pixmap);
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.scale(size / 24.0, size / 24.0);
+    painter.setPen(QPen(QColor(0x3d, 0x7e, 0xff), 2));
+    painter.setBrush(QColor(0xff, 0xff, 0xff, 0xe0));
+    painter.drawRoundedRect(QRectF(3, 5, 18, 13), 2, 2);
+    painter.setPen(Qt::NoPen);
+    painter.setBrush(QColor(0x1b, 0x2b, 0x4b));
+    painter.drawPolygon(QPolygonF{{12, 10}, {12, 21}, {15, 18.5}, {20, 18}});
+    return pixmap;
+}
+
+}  // namespace
+
+QIcon trayIconImage(const std::string& iconDirectory) {
+    QIcon icon;
+    for (const int size : sizes) {
+        const QString folder = QString::number(size) + u'x' + QString::number(size);
+        const QString file = QString::fromStdString(iconDirectory) + u'/' + folder +
+                             QStringLiteral("/apps/app.lumaframe.Lumaframe.png");
+        const QPixmap pixmap = QFileInfo::exists(file) ? QPixmap(file) : QPixmap();
+        if (!pixmap.isNull()) {
+            icon.addPixmap(pixmap);
+        }
+    }
+    if (icon.isNull()) {
+        for (const int size : sizes) {
+            icon.addPixmap(paintedIcon(size));
+        }
+    }
+    return icon;
+}
+
+}  // namespace platform::qt
