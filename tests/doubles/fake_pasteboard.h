@@ -23,11 +23,13 @@ class FakePasteboard final : public capture::Pasteboard, public Recorder {
     void writeImage(std::shared_ptr<capture::CapturedImage> captured) override {
         record("pasteboard image");
         image = std::move(captured);
+        text.reset();
         ++writeCount;
     }
     void writeString(const std::string& string) override {
         record("pasteboard string: " + string);
         text = string;
+        image = nullptr;
         ++writeCount;
     }
 
