@@ -200,6 +200,14 @@ void Desktop::startNotifications(NotificationDaemon daemon) {
     }
 }
 
+std::unique_ptr<Process> Desktop::startClipboardManager(ClipboardManager manner) {
+    auto manager =
+        start("clipboard-manager", {LUMAFRAME_TEST_CLIPBOARD_MANAGER,
+                                    manner == ClipboardManager::keeping ? "keep" : "silent"});
+    manager->waitForLine("ready");
+    return manager;
+}
+
 std::unique_ptr<Process> Desktop::startBusService(const std::string& role) {
     auto service = start(role, {LUMAFRAME_TEST_BUS_PROGRAM, role});
     service->waitForLine("ready");

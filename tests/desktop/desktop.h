@@ -70,6 +70,11 @@ class Desktop {
 
     void startCompositor(Compositor compositor);
     void stopCompositor();
+    /// Requires that one was started.
+    [[nodiscard]] Process& compositor() { return *compositor_; }
+    /// Starts a clipboard manager of the test's own (clipboard_manager.cpp).
+    enum class ClipboardManager { keeping, silent };
+    std::unique_ptr<Process> startClipboardManager(ClipboardManager manner);
 
     /// What the recorder received so far.
     [[nodiscard]] std::vector<Notification> notifications() const;

@@ -7,7 +7,7 @@ namespace desktop {
 
 XClient::XClient(const std::string& displayName) {
     int screenNumber = 0;
-    connection_ = xcb_connect(displayName.c_str(), &screenNumber);
+    connection_ = xcb_connect(displayName.empty() ? nullptr : displayName.c_str(), &screenNumber);
     if (xcb_connection_has_error(connection_) != 0) {
         xcb_disconnect(connection_);
         throw std::runtime_error("The X server " + displayName + " does not answer.");

@@ -21,7 +21,8 @@ using Reply = std::unique_ptr<T, FreeReply>;
 /// A test's own connection to an X server: what another program of the desktop would see and do.
 class XClient {
   public:
-    /// Throws std::runtime_error when the server does not answer.
+    /// An empty name is the display of $DISPLAY. Throws std::runtime_error when the server does not
+    /// answer.
     explicit XClient(const std::string& displayName);
     ~XClient();
     XClient(const XClient&) = delete;

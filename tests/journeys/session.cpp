@@ -1,0 +1,209 @@
+#include "journeys/session.h"
+
+#include <algorithm>
+#include <cstring>
+#include <fstream>
+#include <stdexcept>
+
+namespace journeys {
+
+namespace key = desktop::key;
+
+Session::Session(const desktop::DesktopOptions& options)
+    : options_(options),
+      desktop_(options),
+      wallpaper_(desktop_.displayName()),
+      clipboard_(desktop_.displayName()) {
+    // Away from every place that a journey looks at.
+    input().moveTo({options.outputs.front().x + options.outputs.front().width / 2,
+                    options.outputs.front().y + options.outputs.front().height - 3});
+}
+
+std::filesystem::path Session::settingsFile() const {
+    return desktop_.home() / ".config/lumaframe/settings.json";
+}
+
+nlohmann::json Session::readSettings() const {
+    std::ifstream file(settingsFile());
+    return nlohmann::json::parse(file, nullptr, false);
+}
+
+void Session::writeSettings(nlohmann::json values) {
+    values["shortcutsEnabledMigration_v1"] = true;
+    values["shortcutsDefaultKeyMigration_v2"] = true;
+    std::filesystem::create_directories(settingsFile().parent_path());
+    std::ofstream(settingsFile()) << values;
+}
+
+void Session::startWithoutWaiting(const desktop::Environment& environment,
+                                  std::function<void()> beforeExec) {
+    program_ = desktop_.start("lumaframe", {LUMAFRAME_PROGRAM}, environment, std::move(beforeExec));
+}
+
+void Session::start(SettingsWindow window, const desktop::Environment& environment,
+                    std::function<void()> beforeExec) {
+    startWithoutWaiting(environment, std::move(beforeExec));
+    waitForRegistrations();
+    if (window == SettingsWindow::closed &&
+        options_.windowManager != desktop::WindowManager::none) {
+        std::optional<xcb_window_t> settingsWindow;
+        desktop::require("The settings window at the start", [&] {
+            settingsWindow = windowWithRole("main");
+            return settingsWindow.has_value();
+        });
+        closeWindow(*settingsWindow);
+    }
+}
+
+void Session::waitForRegistrations() {
+    // A registration begins by giving the keys up, so a press in between would be lost. After the
+    // construction of the manager it happens twice more: a moment later, and a moment after the
+    // first activation, which takes a window manager.
+    const std::size_t migrations = program_->waitForLine("✅ OCR shortcut registered");
+    const std::size_t delayed = program_->waitForLine("✅ OCR shortcut registered", migrations + 1);
+    if (options_.windowManager != desktop::WindowManager::none) {
+        const std::size_t activation = program_->waitForLine(line::becameActive);
+        program_->waitForLine("✅ OCR shortcut registered", activation);
+    }
+    program_->waitForLine(line::handlerInstalled, delayed);
+    // The last registration may be either of the two; which one is only known by no more coming.
+    std::size_t lines = mark();
+    desktop::require("The end of the start", [&] {
+        const std::size_t before = std::exchange(lines, mark());
+        return before == lines &&
+               desktop::staysTrue([&] { return mark() == lines; }, std::chrono::milliseconds(350));
+    });
+}
+
+std::optional<xcb_window_t> Session::windowWithRole(const std::string& part) {
+    const auto list = desktop_.client()
+                          .property(desktop_.client().root(), "_NET_CLIENT_LIST")
+                          .value_or(std::vector<std::uint8_t>{});
+    for (std::size_t index = 0; index + 4 <= list.size(); index += 4) {
+        xcb_window_t window = XCB_WINDOW_NONE;
+        std::memcpy(&window, list.data() + index, sizeof window);
+        const auto role = desktop_.client().property(window, "WM_WINDOW_ROLE");
+        if (role && std::string(role->begin(), role->end()).find(part) != std::string::npos) {
+            return window;
+        }
+    }
+    return std::nullopt;
+}
+
+xcb_window_t Session::activeWindow() {
+    return desktop_.client()
+        .value(desktop_.client().root(), "_NET_ACTIVE_WINDOW")
+        .value_or(XCB_WINDOW_NONE);
+}
+
+void Session::closeWindow(xcb_window_t window) {
+    auto& client = desktop_.client();
+    xcb_client_message_event_t message{};
+    message.response_type = XCB_CLIENT_MESSAGE;
+    message.format = 32;
+    message.window = window;
+    message.type = client.atom("_NET_CLOSE_WINDOW");
+    message.data.data32[1] = 2;  // As a pager: a direct action of the person.
+    xcb_send_event(client.get(), 0, client.root(),
+                   XCB_EVENT_MASK_SUBSTRUCTURE_NOTIFY | XCB_EVENT_MASK_SUBSTRUCTURE_REDIRECT,
+                   reinterpret_cast<const char*>(&message));
+    client.synchronize();
+    desktop::require("The closing of a window", [&] {
+        const auto list = client.property(client.root(), "_NET_CLIENT_LIST")
+                              .value_or(std::vector<std::uint8_t>{});
+        for (std::size_t index = 0; index + 4 <= list.size(); index += 4) {
+            if (std::memcmp(list.data() + index, &window, 4) == 0) {
+                return false;
+            }
+        }
+        return true;
+    });
+    // Until the desktop behind it is on the screen again.
+    desktop::require("The repainting after a closed window", [&] {
+        const auto& picture = wallpaper_.picture();
+        return desktop::readScreen(client, 0, 0, picture.width, picture.height) == picture;
+    });
+}
+
+void Session::pressScreenshotShortcut() {
+    input().chord({key::leftSuper, key::leftShift, key::digit1});
+}
+
+void Session::pressRecognitionShortcut() {
+    input().chord({key::leftSuper, key::leftShift, key::digit2});
+}
+
+std::size_t Session::overlayWindows() {
+    std::size_t count = 0;
+    for (const auto& output : options_.outputs) {
+        count += desktop_.client()
+                     .mappedOverlays(output.x, output.y, output.width, output.height)
+                     .size();
+    }
+    return count;
+}
+
+bool Session::isOpen() {
+    return overlayWindows() > 0;
+}
+
+void Session::openOverlay() {
+    const std::size_t before = mark();
+    pressScreenshotShortcut();
+    program_->waitForLine(line::showSelectionCalled, before);
+    waitUntilOpen();
+}
+
+void Session::waitUntilOpen() {
+    desktop::require("The opening of the overlay",
+                     [this] { return overlayWindows() == options_.outputs.size(); });
+}
+
+void Session::waitUntilClosed() {
+    desktop::require("The closing of the overlay", [this] { return !isOpen(); });
+}
+
+std::vector<std::string> Session::linesSince(std::size_t mark) const {
+    auto lines = program_->outputLines();
+    lines.erase(lines.begin(), lines.begin() + static_cast<std::ptrdiff_t>(mark));
+    return lines;
+}
+
+std::size_t Session::countSince(std::size_t mark, const std::string& prefix) const {
+    const auto lines = linesSince(mark);
+    return static_cast<std::size_t>(
+        std::count_if(lines.begin(), lines.end(),
+                      [&](const std::string& text) { return text.starts_with(prefix); }));
+}
+
+std::string Session::waitForLine(const std::string& prefix, std::size_t mark) {
+    const std::size_t index = program_->waitForLine(prefix, mark);
+    return program_->outputLines().at(index).substr(prefix.size());
+}
+
+std::vector<std::filesystem::path> Session::downloads() const {
+    std::vector<std::filesystem::path> files;
+    for (const auto& entry : std::filesystem::directory_iterator(desktop_.home() / "Downloads")) {
+        files.push_back(entry.path());
+    }
+    std::sort(files.begin(), files.end());
+    return files;
+}
+
+desktop::Png Session::clipboardPicture() {
+    const auto bytes = clipboard_.read("image/png");
+    if (!bytes) {
+        throw std::runtime_error("The clipboard gave no picture.");
+    }
+    return desktop::decodePng(*bytes);
+}
+
+Picture Session::screen(const Area& area) {
+    return desktop::readScreen(desktop_.client(), area.x, area.y, area.width, area.height);
+}
+
+std::filesystem::path Session::pictureFile(const std::string& name) {
+    return std::filesystem::path(LUMAFRAME_PICTURE_DIRECTORY) / (name + ".png");
+}
+
+}  // namespace journeys
