@@ -26,15 +26,23 @@ class Displays : public testing::TestWithParam<std::vector<desktop::Output>> {
 };
 
 using Outputs = std::vector<desktop::Output>;
-INSTANTIATE_TEST_SUITE_P(Layouts, Displays,
-                         testing::Values(Outputs{{0, 0, 1280, 1024}, {1280, 200, 800, 600}},
-                                         Outputs{{800, 0, 1280, 1024}, {0, 300, 800, 600}},
-                                         Outputs{{0, 600, 1024, 768}, {100, 0, 800, 600}}),
-                         [](const auto& parameter) -> std::string {
-                             constexpr const char* names[] = {
-                                 "second_right_and_lower", "second_left_and_lower", "second_above"};
-                             return names[parameter.index];
-                         });
+const Outputs secondRight{{0, 0, 1280, 1024}, {1280, 200, 800, 600}};
+const Outputs secondLeft{{800, 0, 1280, 1024}, {0, 300, 800, 600}};
+const Outputs secondAbove{{0, 600, 1024, 768}, {100, 0, 800, 600}};
+
+std::string layoutName(const testing::TestParamInfo<Outputs>& parameter) {
+    switch (parameter.index) {
+        case 0:
+            return "second_right_and_lower";
+        case 1:
+            return "second_left_and_lower";
+        default:
+            return "second_above";
+    }
+}
+
+INSTANTIATE_TEST_SUITE_P(Layouts, Displays, testing::Values(secondRight, secondLeft, secondAbove),
+                         layoutName);
 
 TEST_P(Displays, a_drag_on_each_gives_that_display_s_pixels) {
     for (const auto& output : GetParam()) {
