@@ -49,13 +49,18 @@ PrivateKeyboard::~PrivateKeyboard() {
     std::filesystem::remove_all(directory_, ignored);
 }
 
+void PrivateKeyboard::synchronize() {
+    const desktop::Reply<xcb_get_input_focus_reply_t> reply(xcb_get_input_focus_reply(
+        connection_->get(), xcb_get_input_focus(connection_->get()), nullptr));
+}
+
 void PrivateKeyboard::settle() {
     // The server sends events before a reply that it makes later, so after one round trip every
     // event of the past has arrived.
-    const desktop::Reply<xcb_get_input_focus_reply_t> reply(xcb_get_input_focus_reply(
-        connection_->get(), xcb_get_input_focus(connection_->get()), nullptr));
+    synchronize();
     connection_->dispatchPendingEvents();
     queue_.runAll();
+    synchronize();
 }
 
 bool PrivateKeyboard::settleUntil(const std::function<bool()>& condition) {

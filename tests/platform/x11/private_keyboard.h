@@ -31,7 +31,10 @@ class PrivateKeyboard {
     [[nodiscard]] platform::x11::Connection& connection() { return *connection_; }
     [[nodiscard]] const std::string& displayName() const { return server_->displayName(); }
 
-    /// Lets the ports see everything that the server has done so far.
+    /// Waits until the server has done everything that the ports asked for; they see nothing new.
+    void synchronize();
+    /// Lets the ports see everything that the server has done so far, and the server do what they
+    /// ask for in answer.
     void settle();
     /// Settles until `condition` holds; false when it does not in time.
     bool settleUntil(const std::function<bool()>& condition);

@@ -131,6 +131,7 @@ TEST_F(X11KeyboardTapTest, other_windows_get_keys_only_without_a_tap) {
     tapKey(key::a);
     EXPECT_THAT(window.takeKeys(), IsEmpty());
     tap.reset();
+    keyboard_.synchronize();
     tapKey(key::a);
     EXPECT_THAT(window.takeKeys(), ElementsAre(key::a));
     EXPECT_EQ(keys_.size(), 1U);
@@ -185,6 +186,7 @@ TEST_F(X11KeyboardTapTest, a_hot_key_still_held_when_the_tap_goes_reaches_no_one
     auto tap = makeTap(keys_);
     pressAll({key::leftSuper, key::leftShift, key::digit1});
     tap.reset();
+    keyboard_.synchronize();
     release({key::leftSuper, key::leftShift});
     EXPECT_TRUE(repeatsFor(200));
     EXPECT_THAT(window.takeKeys(), IsEmpty());
@@ -204,6 +206,7 @@ TEST_F(X11KeyboardTapTest, a_hot_key_released_unseen_before_the_tap_goes_gives_t
         keyboard_.hands().release(keycode);
     }
     tap.reset();
+    keyboard_.synchronize();
     OtherProgram other(keyboard_.displayName());
     EXPECT_EQ(other.grabKeyboard(), OtherProgram::Answer::granted);
     other.ungrabKeyboard();
@@ -218,6 +221,7 @@ TEST_F(X11KeyboardTapTest,
     auto tap = makeTap(keys_);
     pressAll({key::digit1});
     tap.reset();
+    keyboard_.synchronize();
     release({key::digit1});
     keyboard_.hands().chord({key::leftSuper, key::leftShift, key::digit1});
     keyboard_.settle();
@@ -228,6 +232,7 @@ TEST_F(X11KeyboardTapTest, a_hot_key_pressed_just_before_the_tap_goes_counts) {
     auto tap = makeTap(keys_);
     keyboard_.hands().chord({key::leftSuper, key::leftShift, key::digit1});
     tap.reset();
+    keyboard_.synchronize();
     keyboard_.settle();
     EXPECT_EQ(hotKeyPresses_, 1);
     keyboard_.hands().chord({key::leftSuper, key::leftShift, key::digit1});
@@ -239,6 +244,7 @@ TEST_F(X11KeyboardTapTest, presses_that_wait_unread_when_the_tap_goes_are_droppe
     auto tap = makeTap(keys_);
     keyboard_.hands().tap(key::a);
     tap.reset();
+    keyboard_.synchronize();
     keyboard_.settle();
     EXPECT_THAT(keys_, IsEmpty());
 }
@@ -279,6 +285,7 @@ TEST_F(X11KeyboardTapTest, the_newest_tap_is_asked_first_and_the_older_one_when_
     EXPECT_THAT(newer, ElementsAre(0));
     EXPECT_THAT(keys_, IsEmpty());
     swallowing.reset();
+    keyboard_.synchronize();
     const auto passing = makeTap(newer, TapVerdict::pass);
     tapKey(key::space);
     EXPECT_THAT(newer, ElementsAre(0, 49));
@@ -290,8 +297,10 @@ TEST_F(X11KeyboardTapTest, the_keyboard_is_free_only_when_the_last_tap_is_gone) 
     auto newer = makeTap(keys_);
     OtherProgram other(keyboard_.displayName());
     older.reset();
+    keyboard_.synchronize();
     EXPECT_EQ(other.grabKeyboard(), OtherProgram::Answer::refused);
     newer.reset();
+    keyboard_.synchronize();
     EXPECT_EQ(other.grabKeyboard(), OtherProgram::Answer::granted);
 }
 
@@ -302,6 +311,7 @@ TEST_F(X11KeyboardTapTest, a_tap_may_outlive_the_keyboard) {
     keyboard_.settle();
     EXPECT_EQ(other.grabKeyboard(), OtherProgram::Answer::granted);
     tap.reset();
+    keyboard_.synchronize();
 }
 
 TEST_F(X11KeyboardTapTest, a_free_keyboard_is_ready_in_a_later_turn_and_once) {
@@ -312,6 +322,7 @@ TEST_F(X11KeyboardTapTest, a_free_keyboard_is_ready_in_a_later_turn_and_once) {
     EXPECT_EQ(calls, 1);
     keyboard_.queue().advance(1000ms);
     EXPECT_EQ(calls, 1);
+    keyboard_.synchronize();
     OtherProgram other(keyboard_.displayName());
     EXPECT_EQ(other.grabKeyboard(), OtherProgram::Answer::granted);
 }
