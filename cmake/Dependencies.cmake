@@ -7,7 +7,8 @@ find_package(ZLIB REQUIRED)
 pkg_check_modules(UTF8PROC REQUIRED IMPORTED_TARGET libutf8proc)
 pkg_check_modules(ISAL REQUIRED IMPORTED_TARGET libisal)
 pkg_check_modules(XCB REQUIRED IMPORTED_TARGET
-  xcb xcb-shm xcb-randr xcb-xfixes xcb-composite xcb-damage xcb-shape xcb-render xcb-res xcb-xkb)
+  xcb xcb-shm xcb-randr xcb-xfixes xcb-composite xcb-damage xcb-shape xcb-render xcb-cursor xcb-res
+  xcb-xkb)
 
 if(LUMAFRAME_BUILD_TESTS)
   find_package(GTest REQUIRED)

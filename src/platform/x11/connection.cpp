@@ -44,6 +44,22 @@ Connection::Subscription::~Subscription() {
     }
 }
 
+Connection::RootSelection::RootSelection(RootSelection&& other) noexcept
+    : connection_(std::exchange(other.connection_, nullptr)), id_(other.id_) {}
+
+Connection::RootSelection& Connection::RootSelection::operator=(RootSelection&& other) noexcept {
+    std::swap(connection_, other.connection_);
+    std::swap(id_, other.id_);
+    return *this;
+}
+
+Connection::RootSelection::~RootSelection() {
+    if (connection_ != nullptr) {
+        connection_->rootSelections_.erase(id_);
+        connection_->applyRootSelections();
+    }
+}
+
 base::Result<std::unique_ptr<Connection>> Connection::open(const std::string& displayName) {
     int number = 0;
     xcb_connection_t* connection =
@@ -154,6 +170,21 @@ Connection::Subscription Connection::subscribe(EventHandler handler) {
     const std::uint64_t id = nextHandlerId_++;
     handlers_.emplace(id, std::move(handler));
     return {this, id};
+}
+
+Connection::RootSelection Connection::selectRootEvents(std::uint32_t mask) {
+    const std::uint64_t id = nextRootSelectionId_++;
+    rootSelections_.emplace(id, mask);
+    applyRootSelections();
+    return {this, id};
+}
+
+void Connection::applyRootSelections() {
+    std::uint32_t mask = XCB_EVENT_MASK_NO_EVENT;
+    for (const auto& [id, selected] : rootSelections_) {
+        mask |= selected;
+    }
+    xcb_change_window_attributes(connection_, root(), XCB_CW_EVENT_MASK, &mask);
 }
 
 xcb_timestamp_t Connection::serverTime() {

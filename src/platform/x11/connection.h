@@ -47,6 +47,22 @@ class Connection {
         std::uint64_t id_ = 0;
     };
 
+    /// Ends its selection of root events when destroyed; must not outlive the connection.
+    class RootSelection {
+      public:
+        RootSelection() = default;
+        RootSelection(RootSelection&& other) noexcept;
+        RootSelection& operator=(RootSelection&& other) noexcept;
+        ~RootSelection();
+
+      private:
+        friend class Connection;
+        RootSelection(Connection* connection, std::uint64_t id)
+            : connection_(connection), id_(id) {}
+        Connection* connection_ = nullptr;
+        std::uint64_t id_ = 0;
+    };
+
     /// Connects to `displayName`, or to $DISPLAY when it is empty.
     static base::Result<std::unique_ptr<Connection>> open(const std::string& displayName = {});
     ~Connection();
@@ -74,6 +90,9 @@ class Connection {
     [[nodiscard]] bool isLost() const;
 
     [[nodiscard]] Subscription subscribe(EventHandler handler);
+    /// Has the server report the root window's events of `mask` (XCB_EVENT_MASK_...) for as long as
+    /// the selection lives. The server knows one mask for each program, so nobody else may set it.
+    [[nodiscard]] RootSelection selectRootEvents(std::uint32_t mask);
 
     /// The time stamp of the last key or button event, 0 before the first.
     [[nodiscard]] xcb_timestamp_t lastInputTime() const { return lastInputTime_; }
@@ -85,6 +104,7 @@ class Connection {
     void dispatch(const xcb_generic_event_t& event);
     void noteTime(const xcb_generic_event_t& event);
     void fetchEvents();
+    void applyRootSelections();
 
     xcb_connection_t* connection_;
     const xcb_screen_t* screen_;
@@ -92,6 +112,8 @@ class Connection {
     std::map<std::string, xcb_atom_t, std::less<>> atoms_;
     std::map<std::uint64_t, EventHandler> handlers_;
     std::uint64_t nextHandlerId_ = 1;
+    std::map<std::uint64_t, std::uint32_t> rootSelections_;
+    std::uint64_t nextRootSelectionId_ = 1;
     std::list<Reply<xcb_generic_event_t>> queue_;
     xcb_window_t timeWindow_ = XCB_WINDOW_NONE;
     xcb_timestamp_t lastInputTime_ = XCB_CURRENT_TIME;

@@ -1,0 +1,212 @@
+#include "platform/x11/x11_displays.h"
+
+#include <gtest/gtest.h>
+
+#include <map>
+
+#include "desktop/desktop.h"
+#include "doubles/manual_main_queue.h"
+#include "platform/x11/icc_profile.h"
+
+using base::Rect;
+using desktop::Desktop;
+using desktop::DesktopOptions;
+using platform::x11::checkedIccProfile;
+using platform::x11::Connection;
+using platform::x11::DisplayRole;
+using platform::x11::mergeMirrored;
+using platform::x11::Monitor;
+using platform::x11::NativeRect;
+using platform::x11::X11Displays;
+
+namespace {
+
+DesktopOptions bare(std::vector<desktop::Output> outputs) {
+    DesktopOptions options;
+    options.outputs = std::move(outputs);
+    options.windowManager = desktop::WindowManager::none;
+    return options;
+}
+
+struct DisplaysRig {
+    explicit DisplaysRig(std::vector<desktop::Output> outputs)
+        : desktop(bare(std::move(outputs))),
+          connection(std::move(Connection::open(desktop.displayName()).value())),
+          displays(*connection, queue, [this](const std::string& name) {
+              const auto known = scales.find(name);
+              return known == scales.end() ? 1.0 : known->second;
+          }) {}
+
+    void turn() {
+        connection->dispatchPendingEvents();
+        queue.runAll();
+    }
+    void setProfile(const std::string& property, const std::vector<std::uint8_t>& bytes) {
+        auto& client = desktop.client();
+        xcb_change_property(client.get(), XCB_PROP_MODE_REPLACE, client.root(),
+                            client.atom(property), XCB_ATOM_CARDINAL, 8,
+                            static_cast<std::uint32_t>(bytes.size()), bytes.data());
+        client.synchronize();
+    }
+
+    std::map<std::string, double> scales;
+    Desktop desktop;
+    doubles::ManualMainQueue queue;
+    std::unique_ptr<Connection> connection;
+    X11Displays displays;
+};
+
+std::vector<std::uint8_t> profileOf(std::size_t size) {
+    std::vector<std::uint8_t> bytes(size, 7);
+    bytes[0] = static_cast<std::uint8_t>(size >> 24U);
+    bytes[1] = static_cast<std::uint8_t>(size >> 16U);
+    bytes[2] = static_cast<std::uint8_t>(size >> 8U);
+    bytes[3] = static_cast<std::uint8_t>(size);
+    for (std::size_t i = 0; i < 4; ++i) {
+        bytes[36 + i] = static_cast<std::uint8_t>("acsp"[i]);
+    }
+    return bytes;
+}
+
+Monitor monitor(std::size_t index, NativeRect native, DisplayRole role = DisplayRole::secondary) {
+    return {static_cast<std::uint32_t>(index + 1), "M" + std::to_string(index), native, role,
+            index};
+}
+
+}  // namespace
+
+TEST(X11Displays, one_display_is_the_whole_screen) {
+    DisplaysRig rig({{0, 0, 1024, 768}});
+    const auto screens = rig.displays.screens();
+    ASSERT_EQ(screens.size(), 1U);
+    EXPECT_EQ(screens[0].frame, (Rect{{0, 0}, {1024, 768}}));
+    EXPECT_EQ(screens[0].backingScaleFactor, 1);
+    EXPECT_EQ(screens[0].colorSpace, nullptr);
+}
+
+TEST(X11Displays, each_display_has_its_offset_and_the_scale_of_its_name) {
+    DisplaysRig rig({{0, 0, 1024, 768}, {1024, 100, 800, 600}});
+    rig.scales = {{"DUMMY1", 2.0}};
+    const auto screens = rig.displays.screens();
+    ASSERT_EQ(screens.size(), 2U);
+    EXPECT_EQ(screens[0].frame, (Rect{{0, 0}, {1024, 768}}));
+    EXPECT_EQ(screens[1].frame, (Rect{{1024, 368}, {400, 300}}));
+    EXPECT_EQ(screens[1].backingScaleFactor, 2);
+    EXPECT_NE(screens[0].displayID, screens[1].displayID);
+    EXPECT_EQ(rig.displays.layout().displays()[1].name, "DUMMY1");
+}
+
+TEST(X11Displays, the_primary_comes_first) {
+    DisplaysRig rig({{0, 0, 1024, 768}, {1024, 0, 800, 600}});
+    rig.desktop.server().configure({"--output", "DUMMY1", "--primary"});
+    ASSERT_EQ(rig.displays.screens().size(), 2U);
+    EXPECT_EQ(rig.displays.layout().displays()[0].name, "DUMMY1");
+    EXPECT_EQ(rig.displays.screens()[1].frame, (Rect{{-1024, -168}, {1024, 768}}));
+    rig.turn();
+}
+
+TEST(X11Displays, a_scale_that_makes_no_sense_is_one) {
+    DisplaysRig rig({{0, 0, 1024, 768}});
+    rig.scales[rig.displays.readLayout().displays()[0].name] = 0.0;
+    EXPECT_EQ(rig.displays.screens()[0].backingScaleFactor, 1);
+}
+
+TEST(X11Displays, a_change_is_told_once_and_only_when_a_display_really_changed) {
+    DisplaysRig rig({{0, 0, 1024, 768}, {1024, 0, 800, 600}});
+    int changes = 0;
+    rig.displays.setChangeHandler([&] { ++changes; });
+    rig.desktop.server().configure({"--output", "DUMMY1", "--off"});
+    ASSERT_TRUE(desktop::waitUntil([&] {
+        rig.turn();
+        return changes > 0;
+    }));
+    EXPECT_EQ(rig.displays.screens().size(), 1U);
+    (void)rig.connection->serverTime();
+    rig.turn();
+    EXPECT_EQ(changes, 1);
+
+    rig.desktop.server().configure({"--output", "DUMMY0", "--gamma", "0.8:0.8:0.8"});
+    (void)rig.connection->serverTime();
+    rig.turn();
+    EXPECT_EQ(changes, 1);
+
+    rig.displays.setChangeHandler({});
+    rig.desktop.server().configure({"--output", "DUMMY1", "--mode", "800x600", "--pos", "1024x0"});
+    ASSERT_TRUE(desktop::waitUntil([&] {
+        rig.turn();
+        return rig.displays.layout().displays().size() == 2;
+    }));
+    EXPECT_EQ(changes, 1);
+}
+
+TEST(X11Displays, a_change_that_was_queued_before_the_end_of_the_displays_is_forgotten) {
+    DesktopOptions options = bare({{0, 0, 1024, 768}, {1024, 0, 800, 600}});
+    doubles::ManualMainQueue queue;
+    Desktop desktop(options);
+    auto connection = std::move(Connection::open(desktop.displayName()).value());
+    auto displays =
+        std::make_unique<X11Displays>(*connection, queue, [](const std::string&) { return 1.0; });
+    displays->setChangeHandler([] { ADD_FAILURE() << "called after its end"; });
+    desktop.server().configure({"--output", "DUMMY1", "--off"});
+    ASSERT_TRUE(desktop::waitUntil([&] {
+        connection->dispatchPendingEvents();
+        return queue.pendingCount() > 0;
+    }));
+    displays.reset();
+    queue.runAll();
+}
+
+TEST(X11Displays, mirrored_outputs_are_one_display) {
+    DisplaysRig rig({{0, 0, 1024, 768}, {0, 0, 1024, 768}});
+    ASSERT_EQ(rig.displays.screens().size(), 1U);
+    EXPECT_EQ(rig.displays.screens()[0].frame, (Rect{{0, 0}, {1024, 768}}));
+}
+
+TEST(X11Displays, a_profile_belongs_to_the_display_of_its_number) {
+    DisplaysRig rig({{0, 0, 1024, 768}, {1024, 0, 800, 600}});
+    rig.setProfile("_ICC_PROFILE_1", profileOf(600));
+    const auto screens = rig.displays.screens();
+    ASSERT_EQ(screens.size(), 2U);
+    EXPECT_EQ(screens[0].colorSpace, nullptr);
+    ASSERT_NE(screens[1].colorSpace, nullptr);
+    EXPECT_EQ(screens[1].colorSpace->iccProfile, profileOf(600));
+    EXPECT_FALSE(screens[1].colorSpace->name.empty());
+    rig.setProfile("_ICC_PROFILE_1", {1, 2, 3});
+    EXPECT_EQ(rig.displays.screens()[1].colorSpace, nullptr);
+}
+
+TEST(MergeMirrored, a_display_inside_of_another_one_is_a_part_of_it) {
+    const auto merged =
+        mergeMirrored({monitor(0, {0, 0, 800, 600}, DisplayRole::primary),
+                       monitor(1, {0, 0, 1024, 768}), monitor(2, {1024, 0, 640, 480})});
+    ASSERT_EQ(merged.size(), 2U);
+    EXPECT_EQ(merged[0].name, "M1");
+    EXPECT_EQ(merged[0].role, DisplayRole::primary);
+    EXPECT_EQ(merged[1].name, "M2");
+}
+
+TEST(MergeMirrored, of_equal_ones_the_first_stays_and_displays_that_overlap_in_part_both_do) {
+    const auto merged = mergeMirrored({monitor(0, {0, 0, 800, 600}), monitor(1, {0, 0, 800, 600}),
+                                       monitor(2, {400, 0, 800, 600})});
+    ASSERT_EQ(merged.size(), 2U);
+    EXPECT_EQ(merged[0].name, "M0");
+    EXPECT_EQ(merged[1].name, "M2");
+}
+
+TEST(IccProfile, what_follows_the_profile_is_cut_off) {
+    auto bytes = profileOf(200);
+    bytes.resize(210);
+    EXPECT_EQ(checkedIccProfile(bytes), profileOf(200));
+}
+
+TEST(IccProfile, a_profile_is_refused_that_is_too_short_or_cut_or_has_no_signature) {
+    EXPECT_TRUE(checkedIccProfile(profileOf(132)));
+    EXPECT_FALSE(checkedIccProfile({}));
+    EXPECT_FALSE(checkedIccProfile(profileOf(131)));
+    auto cut = profileOf(200);
+    cut.pop_back();
+    EXPECT_FALSE(checkedIccProfile(cut));
+    auto unsignedProfile = profileOf(200);
+    unsignedProfile[37] = 'x';
+    EXPECT_FALSE(checkedIccProfile(unsignedProfile));
+}
