@@ -1,0 +1,124 @@
+// The bus side of the program, alone, as a process of its own: what it hears and what it is
+// answered goes to standard output, one line each.
+//
+//   application              serves org.freedesktop.Application: "first" or "second", "activated",
+//                            "action NAME"
+//   notify TITLE BODY        asks and posts: "returned" (before anything is answered), then
+//                            "granted" and "posted", or "denied"
+//   notify-gone              asks, and lets the service go before the answer: "gone", then
+//                            "answered" if it is answered all the same
+//   silent-server            owns org.freedesktop.Notifications and answers nothing: "ready",
+//                            "call MEMBER"
+//   strange-server           the same, but answers every call with a number
+#include <QCoreApplication>
+#include <QDBusConnection>
+#include <QDBusConnectionInterface>
+#include <QDBusMessage>
+#include <QDBusVirtualObject>
+#include <iostream>
+#include <memory>
+
+#include "platform/freedesktop/dbus_application.h"
+#include "platform/freedesktop/notification_service.h"
+#include "platform/qt/qt_main_queue.h"
+
+namespace {
+
+using platform::freedesktop::DBusApplication;
+using platform::freedesktop::NotificationService;
+
+void say(const std::string& line) {
+    std::cout << line << std::endl;
+}
+
+int serveApplication() {
+    DBusApplication application(
+        {.onActivate = [] { say("activated"); },
+         .onAction = [](const std::string& action) { say("action " + action); }});
+    if (application.start() == DBusApplication::Instance::second) {
+        say("second");
+        return 0;
+    }
+    say("first");
+    return QCoreApplication::exec();
+}
+
+int notify(const QStringList& arguments) {
+    platform::qt::QtMainQueue queue;
+    NotificationService service(queue);
+    service.requestAuthorization([&](capture::Authorization authorization) {
+        if (authorization == capture::Authorization::denied) {
+            say("denied");
+            return;
+        }
+        say("granted");
+        service.add({.identifier = service.makeIdentifier(),
+                     .title = arguments.value(2).toStdString(),
+                     .body = arguments.value(3).toStdString()});
+        say("posted");
+    });
+    say("returned");
+    return QCoreApplication::exec();
+}
+
+int notifyAndLeave() {
+    platform::qt::QtMainQueue queue;
+    auto service = std::make_unique<NotificationService>(queue);
+    service->requestAuthorization([](capture::Authorization) { say("answered"); });
+    queue.post([&] {
+        // The question is on its way to the bus now.
+        service.reset();
+        say("gone");
+    });
+    return QCoreApplication::exec();
+}
+
+class Server final : public QDBusVirtualObject {
+  public:
+    enum class Answers { none, numbers };
+    explicit Server(Answers answers) : answers_(answers) {}
+    QString introspect(const QString&) const override { return {}; }
+    bool handleMessage(const QDBusMessage& message, const QDBusConnection& bus) override {
+        say("call " + message.member().toStdString());
+        if (answers_ == Answers::numbers) {
+            bus.send(message.createReply(42));
+        }
+        return true;
+    }
+
+  private:
+    Answers answers_;
+};
+
+int serveNotifications(Server::Answers answers) {
+    Server server(answers);
+    auto bus = QDBusConnection::sessionBus();
+    bus.registerVirtualObject(QStringLiteral("/org/freedesktop/Notifications"), &server);
+    bus.registerService(QStringLiteral("org.freedesktop.Notifications"));
+    say("ready");
+    return QCoreApplication::exec();
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+    QCoreApplication application(argc, argv);
+    const QStringList arguments = QCoreApplication::arguments();
+    const QString command = arguments.value(1);
+    if (command == "application") {
+        return serveApplication();
+    }
+    if (command == "notify") {
+        return notify(arguments);
+    }
+    if (command == "notify-gone") {
+        return notifyAndLeave();
+    }
+    if (command == "silent-server") {
+        return serveNotifications(Server::Answers::none);
+    }
+    if (command == "strange-server") {
+        return serveNotifications(Server::Answers::numbers);
+    }
+    return 2;
+}
