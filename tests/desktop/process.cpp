@@ -129,22 +129,25 @@ std::size_t Process::countOf(const std::string& line) const {
 }
 
 std::size_t Process::waitForLine(const std::string& prefix, std::size_t from,
-                                 std::chrono::milliseconds limit) const {
+                                 std::chrono::milliseconds limit) {
     std::size_t index = from;
-    const bool found = waitUntil(
+    bool found = false;
+    waitUntil(
         [&] {
+            // Asked before the reading, so that the last lines of an ended program are seen.
+            const bool wasRunning = isRunning();
             const auto lines = outputLines();
-            for (; index < lines.size(); ++index) {
-                if (lines[index].starts_with(prefix)) {
-                    return true;
-                }
+            while (index < lines.size() && !found) {
+                found = lines[index].starts_with(prefix);
+                index += found ? 0 : 1;
             }
-            return false;
+            return found || !wasRunning;
         },
         limit);
     if (!found) {
         throw std::runtime_error("No line \"" + prefix + "\" after line " + std::to_string(from) +
-                                 " from " + options_.command.front() + ". It printed:\n" +
+                                 " from " + options_.command.front() +
+                                 (isRunning() ? "" : ", which has ended") + ". It printed:\n" +
                                  joined(outputLines()) + "and as errors:\n" + joined(errorLines()));
     }
     return index;

@@ -49,9 +49,10 @@ class Process {
     [[nodiscard]] std::size_t countOf(const std::string& line) const;
 
     /// Waits for a line that begins with `prefix`, at index `from` or later, and gives its index.
-    /// Throws std::runtime_error with everything printed so far when it does not come.
+    /// Throws std::runtime_error with everything printed so far when it does not come, at once when
+    /// the program has ended without it.
     std::size_t waitForLine(const std::string& prefix, std::size_t from = 0,
-                            std::chrono::milliseconds limit = defaultLimit) const;
+                            std::chrono::milliseconds limit = defaultLimit);
 
     [[nodiscard]] bool isRunning();
     /// Waits for the end and gives the exit status (128 + signal number for a killed child);

@@ -124,6 +124,26 @@ TEST_P(Displays, a_drag_to_the_corner_of_a_display_takes_its_last_row_and_column
               "equal");
 }
 
+TEST(ScaledDisplay, a_point_of_a_display_with_scale_2_is_two_pixels) {
+    if (::geteuid() != 0) {
+        GTEST_SKIP() << "A server with several displays needs root.";
+    }
+    Session session({.outputs = secondRight,
+                     .environment = {{"QT_SCREEN_SCALE_FACTORS", "DUMMY0=1;DUMMY1=2"}}});
+    session.writeSettings(nlohmann::json::object());
+    session.start();
+    session.openOverlay();
+    const std::size_t before = session.mark();
+    session.input().drag({1380, 300}, {1680, 500});
+    session.waitForLine(line::saved, before);
+    EXPECT_THAT(session.linesSince(before),
+                Contains(line::mouseDown + std::string("(50.0, 250.0)")));
+    const auto png = session.clipboardPicture();
+    EXPECT_EQ(difference(session.wallpaper().cut(1380, 300, 300, 200), png.picture), "equal");
+    // 144 pixels per inch.
+    EXPECT_EQ(png.density, (desktop::Png::Density{5669, 5669}));
+}
+
 TEST_P(Displays, a_display_that_goes_while_the_overlay_is_up_closes_it) {
     session->openOverlay();
     session->desktop().server().configure({"--output", "DUMMY1", "--off"});
