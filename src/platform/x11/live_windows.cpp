@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <chrono>
+#include <iterator>
 #include <utility>
 
 #include "platform/x11/compositor.h"
@@ -20,11 +21,18 @@ bool overlap(const NativeRect& first, const NativeRect& second) {
     return !intersection(first, second).isEmpty();
 }
 
-enum class Exposures : std::uint8_t { none = 0, sent = 1 };
+bool holdsAll(const NativeRect& outer, const NativeRect& inner) {
+    return intersection(outer, inner) == inner;
+}
 
-xcb_void_cookie_t clearWhole(Connection& connection, xcb_window_t window, Exposures exposures) {
-    return xcb_clear_area(connection.get(), static_cast<std::uint8_t>(exposures), window, 0, 0, 0,
-                          0);
+NativeRect boundingBox(const NativeRect& first, const NativeRect& second) {
+    if (first.isEmpty()) {
+        return second;
+    }
+    const auto left = std::min(first.x, second.x);
+    const auto top = std::min(first.y, second.y);
+    return {left, top, std::max(first.x + first.width, second.x + second.width) - left,
+            std::max(first.y + first.height, second.y + second.height) - top};
 }
 
 }  // namespace
@@ -51,8 +59,7 @@ LiveWindows::Window* LiveWindows::find(xcb_window_t window) {
 }
 
 void LiveWindows::add(xcb_window_t window, const NativeRect& frame) {
-    windows_.push_back(
-        Window{window, frame, Tenure::open, Trace::none, Repaint::unneeded, {}, {}, 0});
+    windows_.push_back({.id = window, .frame = frame});
 }
 
 bool LiveWindows::holds(xcb_window_t window) const {
@@ -81,40 +88,35 @@ void LiveWindows::close(xcb_window_t window) {
     known->tenure = Tenure::closed;
     xcb_shape_rectangles(connection_.get(), XCB_SHAPE_SO_SET, XCB_SHAPE_SK_INPUT,
                          XCB_CLIP_ORDERING_UNSORTED, window, 0, 0, 0, nullptr);
-    if (known->trace == Trace::painted) {
-        beginClearing(*known);
-    }
-    dropFinished();
-    connection_.flush();
+    advance();
 }
 
 void LiveWindows::whenClear(const NativeRect& region, std::function<void()> clear) {
-    for (Window& window : windows_) {
-        if (window.trace == Trace::painted && overlap(window.frame, region)) {
-            window.repaint = Repaint::owed;
-            beginClearing(window);
-        }
-    }
-    connection_.flush();
     waiters_.push_back({region, std::move(clear)});
+    advance();
     if (isClear(region)) {
-        mainQueue_.post(alive_.guard([this] { settle(); }));
+        mainQueue_.post(alive_.guard([this] { runWaiters(); }));
     }
 }
 
+bool LiveWindows::isClear(const Window& window, const NativeRect& region) {
+    const NativeRect common = intersection(window.frame, region);
+    switch (window.trace) {
+        case Trace::none:
+            return true;
+        case Trace::outsideOfArea:
+            return holdsAll(window.area, common);
+        case Trace::painted:
+        case Trace::clearedOnce:
+        case Trace::clearedTwice:
+            break;
+    }
+    return common.isEmpty();
+}
+
 bool LiveWindows::isClear(const NativeRect& region) const {
-    return std::all_of(windows_.begin(), windows_.end(), [&](const Window& window) {
-        switch (window.trace) {
-            case Trace::none:
-                return true;
-            case Trace::clearedTwice:
-                return !window.pending.intersects(region);
-            case Trace::painted:
-            case Trace::clearedOnce:
-                break;
-        }
-        return !overlap(window.frame, region);
-    });
+    return std::all_of(windows_.begin(), windows_.end(),
+                       [&](const Window& window) { return isClear(window, region); });
 }
 
 bool LiveWindows::isAwaited(const NativeRect& frame) const {
@@ -122,7 +124,40 @@ bool LiveWindows::isAwaited(const NativeRect& frame) const {
                        [&](const Waiter& waiter) { return overlap(waiter.region, frame); });
 }
 
-void LiveWindows::beginClearing(Window& window) {
+/// Takes each window the next step: clears what a waiter needs, then what is closed, and lets go of
+/// windows that are done.
+void LiveWindows::advance() {
+    for (Window& window : windows_) {
+        if (window.trace == Trace::none || isClearing(window)) {
+            continue;
+        }
+        NativeRect needed{};
+        for (const Waiter& waiter : waiters_) {
+            if (!isClear(window, waiter.region)) {
+                needed = boundingBox(needed, intersection(window.frame, waiter.region));
+            }
+        }
+        if (!needed.isEmpty()) {
+            window.repaint = Repaint::owed;
+            beginClearing(window, needed);
+        } else if (window.tenure == Tenure::closed) {
+            beginClearing(window, window.frame);
+        }
+    }
+    std::erase_if(windows_, [this](const Window& window) {
+        const bool isOver = window.tenure == Tenure::closed && window.trace == Trace::none;
+        if (isOver) {
+            xcb_destroy_window(connection_.get(), window.id);
+        }
+        return isOver;
+    });
+    if (std::none_of(windows_.begin(), windows_.end(), isClearing)) {
+        watch_.reset();
+    }
+    connection_.flush();
+}
+
+void LiveWindows::beginClearing(Window& window, const NativeRect& area) {
     if (!isCompositorRunning(connection_)) {
         // It went away while the overlay was up, and nobody blends a cleared window any more.
         xcb_unmap_window(connection_.get(), window.id);
@@ -135,21 +170,26 @@ void LiveWindows::beginClearing(Window& window) {
                 notePainting(rect, sequence);
             });
     }
+    const auto& screen = connection_.screen();
     window.trace = Trace::clearedOnce;
+    window.area = area;
+    window.pending =
+        NativeRegion(intersection(area, {0, 0, screen.width_in_pixels, screen.height_in_pixels}));
     window.clearNumber = nextClearNumber_++;
-    clear(window);
+    window.clearing = clear(window, area);
     mainQueue_.postAfter(repaintLimit,
                          alive_.guard([this, number = window.clearNumber] { giveUp(number); }));
 }
 
-void LiveWindows::clear(Window& window) {
-    const auto& screen = connection_.screen();
-    window.pending = NativeRegion(
-        intersection(window.frame, {0, 0, screen.width_in_pixels, screen.height_in_pixels}));
-    window.clearing = clearWhole(connection_, window.id, Exposures::none);
+xcb_void_cookie_t LiveWindows::clear(const Window& window, const NativeRect& area) {
+    return xcb_clear_area(
+        connection_.get(), 0, window.id, static_cast<std::int16_t>(area.x - window.frame.x),
+        static_cast<std::int16_t>(area.y - window.frame.y), static_cast<std::uint16_t>(area.width),
+        static_cast<std::uint16_t>(area.height));
 }
 
 void LiveWindows::notePainting(const NativeRect& rect, std::uint32_t sequence) {
+    bool isAnyDone = false;
     for (Window& window : windows_) {
         if (!isClearing(window) || !DamageWatch::isAfter(sequence, window.clearing)) {
             continue;
@@ -159,55 +199,55 @@ void LiveWindows::notePainting(const NativeRect& rect, std::uint32_t sequence) {
             continue;
         }
         if (window.trace == Trace::clearedOnce) {
-            window.trace = Trace::clearedTwice;
-            clear(window);
+            clearCorners(window);
         } else {
-            window.trace = Trace::none;
+            finishClearing(window);
+            isAnyDone = true;
         }
     }
-    settle();
+    connection_.flush();
+    if (isAnyDone) {
+        runWaiters();
+    }
+}
+
+void LiveWindows::clearCorners(Window& window) {
+    const NativeRect& area = window.area;
+    const NativeRect first{area.x, area.y, 1, 1};
+    const NativeRect last{area.x + area.width - 1, area.y + area.height - 1, 1, 1};
+    window.trace = Trace::clearedTwice;
+    window.pending = NativeRegion({first, last});
+    // The compositor may get its turn between the two.
+    window.clearing = clear(window, first);
+    clear(window, last);
+}
+
+void LiveWindows::finishClearing(Window& window) {
+    window.trace = window.area == window.frame ? Trace::none : Trace::outsideOfArea;
 }
 
 void LiveWindows::giveUp(std::uint64_t clearNumber) {
     for (Window& window : windows_) {
         if (isClearing(window) && window.clearNumber == clearNumber) {
-            window.trace = Trace::none;
+            finishClearing(window);
+            runWaiters();
+            return;
         }
     }
-    settle();
-}
-
-void LiveWindows::dropFinished() {
-    std::erase_if(windows_, [this](const Window& window) {
-        const bool isOver = window.tenure == Tenure::closed && window.trace == Trace::none;
-        if (isOver) {
-            xcb_destroy_window(connection_.get(), window.id);
-        }
-        return isOver;
-    });
-    if (std::none_of(windows_.begin(), windows_.end(), isClearing)) {
-        watch_.reset();
-    }
-}
-
-void LiveWindows::settle() {
-    dropFinished();
-    connection_.flush();
-    runWaiters();
 }
 
 void LiveWindows::runWaiters() {
-    std::vector<Waiter> ready;
     const auto firstReady =
         std::stable_partition(waiters_.begin(), waiters_.end(),
                               [this](const Waiter& waiter) { return !isClear(waiter.region); });
-    std::move(firstReady, waiters_.end(), std::back_inserter(ready));
+    const std::vector<Waiter> ready(std::make_move_iterator(firstReady),
+                                    std::make_move_iterator(waiters_.end()));
     waiters_.erase(firstReady, waiters_.end());
-    if (ready.empty()) {
-        return;
-    }
-    mainQueue_.post(alive_.guard([this] { payRepaints(); }));
-    // Last, since a waiter may end the stage.
+    // A waiter may end all of this; what is left to do comes after it has read the screen.
+    mainQueue_.post(alive_.guard([this] {
+        advance();
+        payRepaints();
+    }));
     for (const Waiter& waiter : ready) {
         waiter.clear();
     }
@@ -218,7 +258,7 @@ void LiveWindows::payRepaints() {
         if (window.repaint == Repaint::owed && window.tenure == Tenure::open &&
             !isAwaited(window.frame)) {
             window.repaint = Repaint::unneeded;
-            clearWhole(connection_, window.id, Exposures::sent);
+            xcb_clear_area(connection_.get(), 1, window.id, 0, 0, 0, 0);
         }
     }
     connection_.flush();

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <array>
+#include <iterator>
 
 namespace platform::x11 {
 
@@ -16,10 +17,9 @@ NativeRect intersection(const NativeRect& first, const NativeRect& second) {
     return {left, top, right - left, bottom - top};
 }
 
-NativeRegion::NativeRegion(const NativeRect& rect) {
-    if (!rect.isEmpty()) {
-        parts_.push_back(rect);
-    }
+NativeRegion::NativeRegion(const std::vector<NativeRect>& rects) {
+    std::copy_if(rects.begin(), rects.end(), std::back_inserter(parts_),
+                 [](const NativeRect& rect) { return !rect.isEmpty(); });
 }
 
 void NativeRegion::subtract(const NativeRect& rect) {
