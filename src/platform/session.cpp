@@ -8,6 +8,9 @@ namespace platform {
 
 namespace {
 
+/// An address of a kind that no library knows how to connect to.
+constexpr const char* noBusAddress = "disabled:";
+
 std::string environmentValue(const char* name) {
     const char* value = std::getenv(name);
     return value == nullptr ? std::string() : std::string(value);
@@ -20,8 +23,9 @@ bool isSocket(const std::string& path) {
 
 /// The rule of the bus library: the variable, else the socket in the runtime directory.
 bool findSessionBus() {
-    if (!environmentValue("DBUS_SESSION_BUS_ADDRESS").empty()) {
-        return true;
+    const std::string address = environmentValue("DBUS_SESSION_BUS_ADDRESS");
+    if (!address.empty()) {
+        return address != noBusAddress;
     }
     const std::string runtimeDirectory = environmentValue("XDG_RUNTIME_DIR");
     return runtimeDirectory.starts_with('/') && isSocket(runtimeDirectory + "/bus");
@@ -41,7 +45,7 @@ void settleEnvironment(const Session& session) {
     ::unsetenv("DBUS_STARTER_ADDRESS");
     ::unsetenv("DBUS_STARTER_BUS_TYPE");
     if (!session.hasSessionBus) {
-        ::setenv("DBUS_SESSION_BUS_ADDRESS", "disabled:", 1);
+        ::setenv("DBUS_SESSION_BUS_ADDRESS", noBusAddress, 1);
     }
 }
 

@@ -42,8 +42,16 @@ void QtMainQueue::post(std::function<void()> task) {
 }
 
 void QtMainQueue::postAfter(std::chrono::milliseconds delay, std::function<void()> task) {
-    // Precise: the coarse kind may fire 5 % early, and a delay is a promise of "not before".
-    QTimer::singleShot(delay, Qt::PreciseTimer, receiver_.get(), std::move(task));
+    // Not QTimer::singleShot: it keeps the task, and what that holds, after the receiver is gone.
+    auto* timer = new QTimer(receiver_.get());
+    timer->setSingleShot(true);
+    // The coarse kind may fire 5 % early, and a delay is a promise of "not before".
+    timer->setTimerType(Qt::PreciseTimer);
+    QObject::connect(timer, &QTimer::timeout, timer, [timer, work = std::move(task)]() {
+        timer->deleteLater();
+        work();
+    });
+    timer->start(delay);
 }
 
 }  // namespace platform::qt

@@ -11,11 +11,11 @@ namespace platform::qt {
 
 namespace {
 
-/// Calls `action` once, when the window is on the screen for the first time. A request to the
-/// window manager goes over another connection: sent earlier it could overtake the mapping.
-class AtFirstExposure final : public QObject {
+/// Calls `action` once, as soon as the window is on the screen. A request to the window manager
+/// goes over another connection: sent earlier it could overtake the mapping.
+class AtNextExposure final : public QObject {
   public:
-    AtFirstExposure(QWindow& window, std::function<void()> action)
+    AtNextExposure(QWindow& window, std::function<void()> action)
         : QObject(&window), action_(std::move(action)) {
         window.installEventFilter(this);
     }
@@ -43,12 +43,9 @@ QtWindows::QtWindows(app::NotificationCenter& notificationCenter, base::MainQueu
       handOver_(std::move(handOver)) {
     // The program lives in the tray: closing its last window ends nothing.
     QApplication::setQuitOnLastWindowClosed(false);
-    QObject::connect(qApp, &QGuiApplication::applicationStateChanged, &stateReceiver_,
-                     [this](Qt::ApplicationState state) {
-                         if (state == Qt::ApplicationActive) {
-                             notificationCenter_.post(app::applicationDidBecomeActiveNotification);
-                         }
-                     });
+    // Not the application's state, which stays "active" when the last window is destroyed.
+    QObject::connect(qApp, &QGuiApplication::focusWindowChanged, &focusReceiver_,
+                     [this](QWindow* window) { noteFocus(window); });
 }
 
 QtWindows::~QtWindows() {
@@ -142,17 +139,13 @@ void QtWindows::show(QWidget& window) {
     // The X11 name of the identifier (WM_WINDOW_ROLE), set before the window manager sees it.
     window.setWindowRole(window.objectName());
     window.winId();
-    new AtFirstExposure(*window.windowHandle(), [this, shown = QPointer(&window)] {
+    new AtNextExposure(*window.windowHandle(), [this, shown = QPointer(&window)] {
         if (policy_ != app::ActivationPolicy::regular) {
             applyPolicy(*shown);
         }
-        if (windowManager_.activate) {
-            windowManager_.activate(shown->winId());
-        }
     });
     window.show();
-    window.raise();
-    window.activateWindow();
+    bringToFront(window);
 }
 
 void QtWindows::bringToFront(QWidget& window) {
@@ -160,15 +153,40 @@ void QtWindows::bringToFront(QWidget& window) {
         window.showNormal();
     }
     window.raise();
-    window.activateWindow();
+    front_ = &window;
+    if (window.windowHandle()->isExposed()) {
+        takeInput(window);
+        return;
+    }
+    new AtNextExposure(*window.windowHandle(), [this, shown = QPointer(&window)] {
+        // Of several windows that come up together the last one asked for gets the input.
+        if (shown == front_) {
+            takeInput(*shown);
+        }
+    });
+}
+
+void QtWindows::takeInput(QWidget& window) {
+    // One of the two: a second request, sent later, would take the input back from a window that
+    // the user has gone to meanwhile.
     if (windowManager_.activate) {
         windowManager_.activate(window.winId());
+    } else {
+        window.activateWindow();
     }
 }
 
 void QtWindows::applyPolicy(QWidget& window) {
     if (windowManager_.setPolicy) {
         windowManager_.setPolicy(window.winId(), policy_);
+    }
+}
+
+void QtWindows::noteFocus(QWindow* window) {
+    const bool wasActive = focusWindow_ != nullptr;
+    focusWindow_ = window;
+    if (window != nullptr && !wasActive) {
+        notificationCenter_.post(app::applicationDidBecomeActiveNotification);
     }
 }
 

@@ -2,6 +2,7 @@
 
 #include <QPointer>
 #include <QWidget>
+#include <QWindow>
 #include <functional>
 #include <memory>
 #include <string>
@@ -59,7 +60,9 @@ class QtWindows final : public app::Windows {
     };
 
     void bringToFront(QWidget& window);
+    void takeInput(QWidget& window);
     void show(QWidget& window);
+    void noteFocus(QWindow* window);
     void forgetClosedWindows();
     void applyPolicy(QWidget& window);
 
@@ -73,7 +76,11 @@ class QtWindows final : public app::Windows {
     app::WindowHandle lastHandle_ = 0;
     app::ActivationPolicy policy_ = app::ActivationPolicy::regular;
     enum class Ending { notAsked, asked } ending_ = Ending::notAsked;
-    QObject stateReceiver_;
+    /// The window that was last asked to the front.
+    QPointer<QWidget> front_;
+    /// Null when it is another program's, or was of a window that is gone.
+    QPointer<QWindow> focusWindow_;
+    QObject focusReceiver_;
 };
 
 /// The window of a scene with its identifier and its title and nothing in it yet.

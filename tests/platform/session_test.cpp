@@ -1,0 +1,64 @@
+#include "platform/session.h"
+
+#include <gtest/gtest.h>
+
+#include <cstdlib>
+
+#include "platform/unavailable_text_recognizer.h"
+
+namespace {
+
+using platform::Session;
+
+class SessionEnvironment : public testing::Test {
+  protected:
+    SessionEnvironment() {
+        for (const char* name :
+             {"DISPLAY", "WAYLAND_DISPLAY", "DBUS_SESSION_BUS_ADDRESS", "XDG_RUNTIME_DIR",
+              "DBUS_STARTER_ADDRESS", "DBUS_STARTER_BUS_TYPE"}) {
+            ::unsetenv(name);
+        }
+    }
+};
+
+TEST_F(SessionEnvironment, an_empty_environment_has_nothing) {
+    const Session session = Session::fromEnvironment();
+    EXPECT_EQ(session.xDisplay, "");
+    EXPECT_EQ(session.waylandDisplay, "");
+    EXPECT_FALSE(session.hasSessionBus);
+    EXPECT_FALSE(session.isStartedByBus);
+}
+
+TEST_F(SessionEnvironment, a_runtime_directory_without_a_socket_is_no_bus) {
+    ::setenv("XDG_RUNTIME_DIR", "/nonexistent", 1);
+    EXPECT_FALSE(Session::fromEnvironment().hasSessionBus);
+    ::setenv("DBUS_SESSION_BUS_ADDRESS", "unix:path=/somewhere", 1);
+    EXPECT_TRUE(Session::fromEnvironment().hasSessionBus);
+}
+
+TEST_F(SessionEnvironment, a_start_by_the_session_bus_is_seen_and_then_forgotten) {
+    ::setenv("DBUS_STARTER_ADDRESS", "unix:path=/somewhere", 1);
+    ::setenv("DBUS_STARTER_BUS_TYPE", "system", 1);
+    EXPECT_FALSE(Session::fromEnvironment().isStartedByBus);
+    ::setenv("DBUS_STARTER_BUS_TYPE", "session", 1);
+    const Session session = Session::fromEnvironment();
+    EXPECT_TRUE(session.isStartedByBus);
+    platform::settleEnvironment(session);
+    EXPECT_FALSE(Session::fromEnvironment().isStartedByBus);
+}
+
+TEST_F(SessionEnvironment, without_a_bus_none_is_started_by_a_library) {
+    platform::settleEnvironment(Session::fromEnvironment());
+    EXPECT_STREQ(std::getenv("DBUS_SESSION_BUS_ADDRESS"), "disabled:");
+    EXPECT_FALSE(Session::fromEnvironment().hasSessionBus);
+}
+
+TEST(UnavailableTextRecognizer, answers_with_the_reason) {
+    platform::UnavailableTextRecognizer recognizer;
+    const auto result = recognizer.recognize(base::Image());
+    ASSERT_FALSE(result);
+    EXPECT_EQ(result.error().kind, base::ErrorKind::unavailable);
+    EXPECT_FALSE(result.error().sentence.empty());
+}
+
+}  // namespace
