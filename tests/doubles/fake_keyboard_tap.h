@@ -1,5 +1,6 @@
 #pragma once
 
+#include <algorithm>
 #include <chrono>
 #include <functional>
 #include <list>
@@ -13,8 +14,8 @@
 
 namespace doubles {
 
-/// A keyboard whose presses go to the tap installed last. In a call log: "tap create",
-/// "tap remove". Must outlive its taps.
+/// A keyboard whose presses go to the tap installed last, and to the one before when it lets them
+/// pass. In a call log: "tap create", "tap remove". Must outlive its taps.
 class FakeKeyboardTap final : public overlay::KeyboardTap, public Recorder {
   public:
     base::Result<std::unique_ptr<overlay::EventTap>> create(Handler handler) override {
@@ -37,8 +38,15 @@ class FakeKeyboardTap final : public overlay::KeyboardTap, public Recorder {
         if (taps_.empty()) {
             return std::nullopt;
         }
-        const Handler handler = *taps_.back();
-        return handler(event);
+        // Copies: a handler may end its own tap, or another one, or install a new one.
+        const std::list<std::shared_ptr<const Handler>> asked = taps_;
+        for (auto handler = asked.rbegin(); handler != asked.rend(); ++handler) {
+            const bool isInstalled = std::find(taps_.begin(), taps_.end(), *handler) != taps_.end();
+            if (isInstalled && (**handler)(event) == overlay::TapVerdict::swallow) {
+                return overlay::TapVerdict::swallow;
+            }
+        }
+        return overlay::TapVerdict::pass;
     }
     /// Ends every wait for the keyboard: it is free, or the limit has passed.
     void endWaits() {
@@ -60,22 +68,22 @@ class FakeKeyboardTap final : public overlay::KeyboardTap, public Recorder {
     class Tap final : public overlay::EventTap {
       public:
         Tap(FakeKeyboardTap& keyboard, Handler handler)
-            : keyboard_(keyboard), handler_(std::move(handler)) {
-            keyboard_.taps_.push_back(&handler_);
+            : keyboard_(keyboard), handler_(std::make_shared<const Handler>(std::move(handler))) {
+            keyboard_.taps_.push_back(handler_);
         }
         Tap(const Tap&) = delete;
         Tap& operator=(const Tap&) = delete;
         ~Tap() override {
-            keyboard_.taps_.remove(&handler_);
+            keyboard_.taps_.remove(handler_);
             keyboard_.record("tap remove");
         }
 
       private:
         FakeKeyboardTap& keyboard_;
-        Handler handler_;
+        std::shared_ptr<const Handler> handler_;
     };
 
-    std::list<const Handler*> taps_;
+    std::list<std::shared_ptr<const Handler>> taps_;
 };
 
 }  // namespace doubles
