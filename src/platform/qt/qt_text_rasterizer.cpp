@@ -24,9 +24,9 @@ QFont toQFont(const overlay::Font& font) {
             result.setWeight(QFont::Medium);
             break;
     }
-    // The box must be the same at every scale, so no letter may be moved to whole pixels; and the
-    // letters are blended over an unknown ground, where colour fringes would show.
-    result.setHintingPreference(QFont::PreferNoHinting);
+    // Sharp feet and heads, but no letter moved sideways to a whole pixel: the box must be the same
+    // at every scale. Grey, since colour fringes would show over an unknown ground.
+    result.setHintingPreference(QFont::PreferVerticalHinting);
     result.setStyleStrategy(
         static_cast<QFont::StyleStrategy>(QFont::PreferAntialias | QFont::NoSubpixelAntialias));
     return result;
