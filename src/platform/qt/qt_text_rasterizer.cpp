@@ -39,8 +39,8 @@ base::Size QtTextRasterizer::measure(const std::string& text, const overlay::Fon
     return {metrics.horizontalAdvance(QString::fromStdString(text)), metrics.height()};
 }
 
-x11::TextBitmap QtTextRasterizer::rasterize(const std::string& text, const overlay::Font& font,
-                                            double scale) {
+TextBitmap QtTextRasterizer::rasterize(const std::string& text, const overlay::Font& font,
+                                       double scale) {
     const QFont qtFont = toQFont(font);
     const QFontMetricsF metrics(qtFont);
     const QString line = QString::fromStdString(text);
@@ -50,7 +50,7 @@ x11::TextBitmap QtTextRasterizer::rasterize(const std::string& text, const overl
     const int baseline = margin + static_cast<int>(std::ceil(metrics.ascent() * scale));
     const int descent = static_cast<int>(std::lround(metrics.descent() * scale));
 
-    x11::TextBitmap bitmap;
+    TextBitmap bitmap;
     bitmap.width =
         static_cast<int>(std::ceil(metrics.horizontalAdvance(line) * scale)) + 2 * margin;
     bitmap.height = baseline + descent + margin;

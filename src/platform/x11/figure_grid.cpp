@@ -39,7 +39,7 @@ void BlendedColor::apply(const Figure& figure, double coverage) {
 
 std::uint32_t BlendedColor::pixel() const {
     const auto byte = [](double component) {
-        return static_cast<std::uint32_t>(std::clamp(component, 0.0, 1.0) * 255 + 0.5);
+        return static_cast<std::uint32_t>(std::lround(std::clamp(component, 0.0, 1.0) * 255));
     };
     return byte(alpha) << 24U | byte(red) << 16U | byte(green) << 8U | byte(blue);
 }

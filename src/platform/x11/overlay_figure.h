@@ -5,9 +5,9 @@
 #include <vector>
 
 #include "overlay/overlay_surface.h"
+#include "platform/text_rasterizer.h"
 #include "platform/x11/coverage.h"
 #include "platform/x11/native_geometry.h"
-#include "platform/x11/text_rasterizer.h"
 
 namespace platform::x11 {
 

@@ -2,12 +2,12 @@
 
 #include <xcb/xcb.h>
 
+#include "platform/text_rasterizer.h"
 #include "platform/x11/connection.h"
 #include "platform/x11/overlay_focus.h"
 #include "platform/x11/overlay_stack.h"
 #include "platform/x11/overlay_stage.h"
 #include "platform/x11/render_formats.h"
-#include "platform/x11/text_rasterizer.h"
 #include "platform/x11/x11_displays.h"
 #include "platform/x11/x11_pointer.h"
 

@@ -9,8 +9,8 @@
 
 using overlay::Font;
 using overlay::FontWeight;
+using platform::TextBitmap;
 using platform::qt::QtTextRasterizer;
-using platform::x11::TextBitmap;
 
 namespace {
 

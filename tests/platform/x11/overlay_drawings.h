@@ -5,22 +5,22 @@
 #include <vector>
 
 #include "overlay/overlay_surface.h"
-#include "platform/x11/text_rasterizer.h"
+#include "platform/text_rasterizer.h"
 
 /// Drawings like those of a selection, for the tests of the painter.
 namespace overlay_drawings {
 
 /// Each letter a box of its own pattern: a text without a font.
-class BlockRasterizer final : public platform::x11::TextRasterizer {
+class BlockRasterizer final : public platform::TextRasterizer {
   public:
     base::Size measure(const std::string& text, const overlay::Font& font) override {
         return {static_cast<double>(text.size()) * font.size * 0.6, font.size * 1.2};
     }
-    platform::x11::TextBitmap rasterize(const std::string& text, const overlay::Font& font,
-                                        double scale) override {
+    platform::TextBitmap rasterize(const std::string& text, const overlay::Font& font,
+                                   double scale) override {
         ++rasterized;
         const base::Size size = measure(text, font);
-        platform::x11::TextBitmap bitmap;
+        platform::TextBitmap bitmap;
         bitmap.width = static_cast<int>(size.width * scale);
         bitmap.height = static_cast<int>(size.height * scale);
         bitmap.offsetX = 1;
@@ -37,7 +37,7 @@ class BlockRasterizer final : public platform::x11::TextRasterizer {
 
 /// What a drag shows: dimming, the hole, its border, the guides, the centre mark and the label.
 inline std::vector<overlay::DrawingStep> selection(base::Size view, base::Rect rect,
-                                                   platform::x11::TextRasterizer& rasterizer) {
+                                                   platform::TextRasterizer& rasterizer) {
     const overlay::Color white{1, 1, 1, 1};
     const overlay::Color guide{1, 1, 1, 0.3};
     const double x = rect.midX();

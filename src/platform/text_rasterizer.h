@@ -7,7 +7,7 @@
 #include "base/geometry.h"
 #include "overlay/overlay_surface.h"
 
-namespace platform::x11 {
+namespace platform {
 
 /// One line of text as coverage, a byte for each native pixel, rows from the top without padding.
 struct TextBitmap {
@@ -33,4 +33,4 @@ class TextRasterizer {
                                                double scale) = 0;
 };
 
-}  // namespace platform::x11
+}  // namespace platform
