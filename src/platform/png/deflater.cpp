@@ -32,9 +32,7 @@ void Deflater::compress(std::span<const std::uint8_t> input, Flush flush, const 
     isal_deflate(stream_.get());
     while (stream_->avail_out == 0) {
         give(sink);
-        if (stream_->internal_state.state != ZSTATE_END) {
-            isal_deflate(stream_.get());
-        }
+        isal_deflate(stream_.get());
     }
     if (flush != Flush::none) {
         give(sink);

@@ -112,8 +112,9 @@ void SelectionOwner::handleEvent(const xcb_generic_event_t& event) {
 }
 
 void SelectionOwner::handleClear(const xcb_selection_clear_event_t& event) {
-    // The end of an earlier ownership may arrive after the next one began.
-    if (event.owner == window_ && event.selection == selection_ && !isBeforeOwnership(event.time)) {
+    // The word of an earlier loss may arrive after the next ownership began, both within one tick
+    // of the server's clock: the server knows better than the time stamps.
+    if (event.owner == window_ && event.selection == selection_ && !isOwnerForServer()) {
         release();
     }
 }
@@ -128,7 +129,6 @@ void SelectionOwner::handleRequest(const xcb_selection_request_event_t& request)
         property = XCB_ATOM_NONE;
     }
     notify(connection_, request, property);
-    connection_.flush();
 }
 
 bool SelectionOwner::answer(const xcb_selection_request_event_t& request, xcb_atom_t property) {
@@ -157,8 +157,7 @@ bool SelectionOwner::answerMultiple(xcb_window_t requestor, xcb_atom_t property)
     }
     for (std::size_t index = 0; index < pairs.size(); index += 2) {
         xcb_atom_t& pairProperty = pairs[index + 1];
-        const bool isPossible = pairs[index] != atoms_.multiple && pairProperty != XCB_ATOM_NONE;
-        if (!isPossible || !answerOne(requestor, pairs[index], pairProperty)) {
+        if (pairProperty == XCB_ATOM_NONE || !answerOne(requestor, pairs[index], pairProperty)) {
             pairProperty = XCB_ATOM_NONE;
         }
     }

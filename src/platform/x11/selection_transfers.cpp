@@ -100,7 +100,6 @@ void SelectionTransfers::handlePropertyNotify(const xcb_property_notify_event_t&
             end(entry, WindowState::exists);
             break;
     }
-    connection_.flush();
 }
 
 void SelectionTransfers::handleDestroyNotify(xcb_window_t window) {

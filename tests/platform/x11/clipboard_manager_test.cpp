@@ -1,5 +1,7 @@
 #include <gmock/gmock.h>
 
+#include <array>
+#include <cstring>
 #include <optional>
 
 #include "pasteboard_fixture.h"
@@ -184,6 +186,25 @@ TEST_F(StoreForExit, a_silent_manager_is_waited_for_a_second) {
     EXPECT_EQ(doneCount, 0);
     desk.queue.advance(std::chrono::milliseconds(1));
     EXPECT_EQ(doneCount, 1);
+}
+
+TEST_F(StoreForExit, an_answer_about_something_else_does_not_end_the_wait) {
+    runManager(SavingManager::Temper::isSilent);
+    desk.pasteboard->writeString("text");
+    desk.pasteboard->storeForExit(done());
+    xcb_selection_notify_event_t event{};
+    event.response_type = XCB_SELECTION_NOTIFY;
+    event.requestor = program.client().selectionOwner("CLIPBOARD");
+    event.selection = XCB_ATOM_PRIMARY;
+    event.target = program.client().atom("SAVE_TARGETS");
+    std::array<char, 32> message{};
+    std::memcpy(message.data(), &event, sizeof event);
+    xcb_send_event(program.client().get(), 0, event.requestor, XCB_EVENT_MASK_NO_EVENT,
+                   message.data());
+    program.client().synchronize();
+
+    EXPECT_EQ(desk.paste(program, "UTF8_STRING").bytes, bytesOf("text"));
+    EXPECT_EQ(doneCount, 0);
 }
 
 TEST_F(StoreForExit, asked_twice_it_asks_the_manager_once_and_ends_both) {

@@ -11,19 +11,15 @@ namespace {
 
 /// Lets another program, one that is not of this project, print the clipboard as `target`.
 std::string printedByXclip(PasteboardDesktop& desk, const std::string& target) {
-    const std::string pattern = (std::filesystem::temp_directory_path() / "xclip-XXXXXX").string();
-    std::string directory = pattern;
-    EXPECT_NE(::mkdtemp(directory.data()), nullptr);
-    const std::filesystem::path output = std::filesystem::path(directory) / "xclip";
+    const TemporaryDirectory directory;
+    const std::filesystem::path output = directory.path() / "xclip";
     desktop::Process reader({.command = {"xclip", "-selection", "clipboard", "-out", "-target",
                                          target, "-display", sharedServer().displayName()},
                              .environment = {{"PATH", "/usr/bin:/bin"}},
                              .outputFile = output});
     EXPECT_TRUE(desk.runUntil([&] { return !reader.isRunning(); }));
     std::ifstream file(output.string() + ".out", std::ios::binary);
-    std::string text(std::istreambuf_iterator<char>(file), {});
-    std::filesystem::remove_all(directory);
-    return text;
+    return {std::istreambuf_iterator<char>(file), {}};
 }
 
 TEST(ClipboardReader, an_independent_program_reads_a_small_picture) {

@@ -57,14 +57,41 @@ inline Bytes bytesOf(const std::string& text) {
     return {text.begin(), text.end()};
 }
 
+/// A directory that goes away with this object.
+class TemporaryDirectory {
+  public:
+    TemporaryDirectory() {
+        std::string pattern = std::filesystem::temp_directory_path() / "pasteboard-XXXXXX";
+        path_ = ::mkdtemp(pattern.data());
+    }
+    ~TemporaryDirectory() {
+        std::error_code ignored;
+        std::filesystem::remove_all(path_, ignored);
+    }
+    TemporaryDirectory(const TemporaryDirectory&) = delete;
+    TemporaryDirectory& operator=(const TemporaryDirectory&) = delete;
+    [[nodiscard]] const std::filesystem::path& path() const { return path_; }
+
+  private:
+    std::filesystem::path path_;
+};
+
+/// A server of a test's own, which it can end.
+class PrivateServer {
+  public:
+    [[nodiscard]] desktop::XServer& get() { return *server_; }
+    void end() { server_.reset(); }
+
+  private:
+    TemporaryDirectory directory_;
+    std::unique_ptr<desktop::XServer> server_ = std::make_unique<desktop::XServer>(
+        directory_.path(), std::vector<desktop::Output>{{0, 0, 64, 64}});
+};
+
 /// One X server for all tests of a program.
 inline desktop::XServer& sharedServer() {
-    static const std::filesystem::path directory = [] {
-        std::string pattern = std::filesystem::temp_directory_path() / "pasteboard-XXXXXX";
-        return std::filesystem::path(::mkdtemp(pattern.data()));
-    }();
-    static desktop::XServer server(directory, {{0, 0, 64, 64}});
-    return server;
+    static PrivateServer server;
+    return server.get();
 }
 
 /// A pasteboard on a real server, and an event loop that runs it and any number of other programs
@@ -73,9 +100,9 @@ class PasteboardDesktop {
   public:
     explicit PasteboardDesktop(
         platform::x11::ImageConverter converter = {},
-        std::size_t pieceSize = platform::x11::SelectionTransfers::defaultPieceSize)
-        : connection(
-              std::move(platform::x11::Connection::open(sharedServer().displayName()).value())),
+        std::size_t pieceSize = platform::x11::SelectionTransfers::defaultPieceSize,
+        const desktop::XServer& server = sharedServer())
+        : connection(std::move(platform::x11::Connection::open(server.displayName()).value())),
           pasteboard(std::move(platform::x11::X11Pasteboard::create(*connection, queue,
                                                                     std::move(converter), pieceSize)
                                    .value())) {

@@ -22,6 +22,15 @@ class SelectionTransfer : public testing::Test {
         other.client().synchronize();
     }
 
+    /// What the pasteboard still listens to on another program's window.
+    std::uint32_t selectedEvents(xcb_window_t window) {
+        const desktop::Reply<xcb_get_window_attributes_reply_t> reply(
+            xcb_get_window_attributes_reply(
+                desk.connection->get(), xcb_get_window_attributes(desk.connection->get(), window),
+                nullptr));
+        return reply ? reply->your_event_mask : 0;
+    }
+
     PasteboardDesktop desk{{}, 4096};
     std::unique_ptr<PreparedEncoder> encoder;
     std::weak_ptr<capture::CapturedImage> watched;
@@ -93,6 +102,22 @@ TEST_F(SelectionTransfer, several_run_at_once_also_into_one_window) {
     EXPECT_TRUE(program.paste("FIRST").bytes == randomBytes(50000));
     EXPECT_TRUE(program.paste("SECOND").bytes == randomBytes(50000));
     EXPECT_TRUE(other.paste("FIRST").bytes == randomBytes(50000));
+    EXPECT_EQ(selectedEvents(program.window()), 0U);
+    EXPECT_EQ(selectedEvents(other.window()), 0U);
+}
+
+TEST_F(SelectionTransfer, the_end_of_one_leaves_another_into_the_same_window_going) {
+    offer(100000);
+    desk.programs = {&program};
+    program.convert("image/png", "LONG");
+    ASSERT_TRUE(desk.runUntil([&] { return program.paste("LONG").pieceCount > 0; }));
+    desk.pasteboard->writeString(std::string(5000, 'x'));
+    program.convert("UTF8_STRING", "SHORT");
+
+    ASSERT_TRUE(desk.runUntil([&] { return program.paste("SHORT").isDecided(); }));
+    EXPECT_FALSE(program.paste("LONG").isDecided());
+    ASSERT_TRUE(desk.runUntil([&] { return program.paste("LONG").isDecided(); }));
+    EXPECT_TRUE(program.paste("LONG").bytes == randomBytes(100000));
 }
 
 TEST_F(SelectionTransfer, large_and_small_targets_of_one_request_all_arrive) {
@@ -181,17 +206,38 @@ TEST_F(SelectionTransfer, no_timer_is_left_after_the_end) {
     EXPECT_EQ(desk.queue.delayedCount(), 0U);
 }
 
-TEST_F(SelectionTransfer, the_same_property_asked_for_again_starts_afresh) {
+TEST_F(SelectionTransfer, one_that_moves_and_then_stalls_is_given_up) {
+    offer(50000);
+    desk.programs = {&program};
+    program.convert("image/png");
+    ASSERT_TRUE(desk.runUntil([&] { return program.paste().pieceCount > 0; }));
+    program.setAppetite(PastingProgram::Appetite::leavesPieces);
+    letAnotherTakeTheClipboard();
+    ASSERT_TRUE(desk.runUntil([&] { return watched.use_count() == 1; }));
+
+    desk.queue.advance(SelectionTransfers::patience);
+    EXPECT_FALSE(watched.expired());
+    desk.queue.advance(SelectionTransfers::patience);
+
+    EXPECT_TRUE(watched.expired());
+    EXPECT_EQ(selectedEvents(program.window()), 0U);
+}
+
+TEST_F(SelectionTransfer, the_same_property_asked_for_again_gets_what_is_offered_then) {
     offer(50000);
     desk.programs = {&program};
     program.setAppetite(PastingProgram::Appetite::leavesPieces);
     program.convert("image/png");
     ASSERT_TRUE(desk.runUntil([&] { return program.paste().state == Paste::State::incremental; }));
+    const auto first = watched;
+    const auto firstEncoder = std::move(encoder);
+    offer(60000);
     program.setAppetite(PastingProgram::Appetite::takesPieces);
 
     const Paste answer = desk.paste(program, "image/png");
 
-    EXPECT_TRUE(answer.bytes == randomBytes(50000));
+    EXPECT_TRUE(answer.bytes == randomBytes(60000));
+    EXPECT_TRUE(first.expired());
 }
 
 TEST_F(SelectionTransfer, more_requestors_than_it_can_serve_are_refused) {
