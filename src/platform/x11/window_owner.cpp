@@ -98,7 +98,13 @@ WindowOwner readOwner(Connection& connection, const OwnerRequests& requests,
     const auto gtkID = nonEmpty(readTexts(connection, requests.gtkApplicationID), 0);
     const auto desktopFile = nonEmpty(readTexts(connection, requests.desktopFile), 0);
     WindowOwner owner;
-    owner.className = nonEmpty(readTexts(connection, requests.windowClass), 1);
+    const auto windowClass = readTexts(connection, requests.windowClass);
+    owner.className = nonEmpty(windowClass, 1);
+    for (const auto& identifier : {gtkID, desktopFile, owner.className, nonEmpty(windowClass, 0)}) {
+        if (identifier) {
+            owner.identifiers.push_back(*identifier);
+        }
+    }
     owner.processID = knownProcess ? knownProcess : claimed;
     owner.applicationID = gtkID ? gtkID : desktopFile ? desktopFile : owner.className;
     if (owner.processID == static_cast<std::int32_t>(getpid())) {
@@ -132,6 +138,10 @@ std::vector<WindowOwner> ownersOf(Connection& connection,
                       process == processes.end() ? std::nullopt : std::optional(process->second)));
     }
     return owners;
+}
+
+bool areOfOneClient(const Connection& connection, xcb_window_t first, xcb_window_t second) {
+    return clientPart(connection, first) == clientPart(connection, second);
 }
 
 bool isOwnWindow(const Connection& connection, xcb_window_t window) {

@@ -19,6 +19,9 @@ struct WindowOwner {
     std::optional<std::string> applicationID;
     /// The class part of WM_CLASS.
     std::optional<std::string> className;
+    /// Everything that may lead to its `.desktop` file, the best first: the toolkits' identifiers,
+    /// the class and the instance part of WM_CLASS.
+    std::vector<std::string> identifiers;
 };
 
 /// Who owns each of `windows`, in their order; give client windows, not the frames around them.
@@ -30,5 +33,8 @@ std::vector<WindowOwner> ownersOf(Connection& connection, const std::vector<xcb_
 
 /// Whether `window` was made through `connection`, as the windows of the overlay are.
 bool isOwnWindow(const Connection& connection, xcb_window_t window);
+
+/// Whether one program, through one connection, made both windows.
+bool areOfOneClient(const Connection& connection, xcb_window_t first, xcb_window_t second);
 
 }  // namespace platform::x11
