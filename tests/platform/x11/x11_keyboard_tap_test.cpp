@@ -249,6 +249,22 @@ TEST_F(X11KeyboardTapTest, presses_that_wait_unread_when_the_tap_goes_are_droppe
     EXPECT_THAT(keys_, IsEmpty());
 }
 
+TEST_F(X11KeyboardTapTest, a_press_that_waits_unread_when_the_tap_goes_starts_no_grab) {
+    auto tap = makeTap(keys_);
+    keyboard_.hands().press(key::a);
+    tap.reset();
+    keyboard_.settle();
+    keyboard_.hands().release(key::a);
+    OtherProgram other(keyboard_.displayName());
+    ASSERT_EQ(other.grabKeyboard(), OtherProgram::Answer::granted);
+    int calls = 0;
+    keyboard_.tap().whenAvailable(100ms, [&] { ++calls; });
+    keyboard_.queue().advance(50ms);
+    EXPECT_EQ(calls, 0) << "the keyboard was taken for ours";
+    keyboard_.queue().advance(50ms);
+    EXPECT_EQ(calls, 1);
+}
+
 TEST_F(X11KeyboardTapTest, creation_is_refused_with_a_sentence_while_another_program_has_the_keys) {
     OtherProgram other(keyboard_.displayName());
     ASSERT_EQ(other.grabKeyboard(), OtherProgram::Answer::granted);
