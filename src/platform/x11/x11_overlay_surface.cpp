@@ -89,7 +89,6 @@ void X11OverlaySurface::map() {
     state_ = State::mapped;
     services_.stage.windowMapped(window_, display_.native, snapshot_);
     services_.stack.add(window_);
-    paint(planChange({}, figures_, whole()));
 }
 
 void X11OverlaySurface::close() {
@@ -97,7 +96,6 @@ void X11OverlaySurface::close() {
     if (was == State::closed) {
         return;
     }
-    subscription_ = {};
     // Pictures end with their window; freed after it they would be an error.
     painter_.reset();
     if (was == State::created) {
@@ -127,10 +125,6 @@ std::optional<base::Screen> X11OverlaySurface::screen() const {
     return std::nullopt;
 }
 
-NativeRect X11OverlaySurface::whole() const {
-    return {0, 0, display_.native.width, display_.native.height};
-}
-
 NativeRect X11OverlaySurface::pixelsOf(const base::Rect& changed) const {
     const double width = display_.native.width;
     const double height = display_.native.height;
@@ -154,6 +148,7 @@ void X11OverlaySurface::present(const std::vector<overlay::DrawingStep>& steps,
         return;
     }
     std::vector<Figure> figures = figureBuilder_.build(steps);
+    // Before, it is the first Expose event that paints.
     if (state_ == State::mapped) {
         paint(planChange(figures_, figures, pixelsOf(changed)));
     }

@@ -44,7 +44,6 @@ class X11OverlaySurface final : public overlay::OverlaySurface {
     void map();
     void paint(const PaintPlan& plan);
     void repair(const xcb_expose_event_t& event);
-    [[nodiscard]] NativeRect whole() const;
     [[nodiscard]] NativeRect pixelsOf(const base::Rect& changed) const;
     Connection::EventVerdict handle(const xcb_generic_event_t& event);
     void handlePress(const xcb_button_press_event_t& event);
