@@ -120,8 +120,8 @@ void KeyRouter::report(xcb_keycode_t keycode) {
                                   code.value_or(overlay::unknownKeyCode)};
     // By number and with a copy: a handler may end any tap, its own too.
     std::vector<TapID> newestFirst;
-    for (auto tap = taps_.rbegin(); tap != taps_.rend(); ++tap) {
-        newestFirst.push_back(tap->first);
+    for (const auto& [tap, handler] : taps_) {
+        newestFirst.push_back(tap);
     }
     for (const TapID tap : newestFirst) {
         const auto entry = taps_.find(tap);

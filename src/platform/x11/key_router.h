@@ -73,7 +73,8 @@ class KeyRouter {
     const KeyboardMapping& mapping_;
     HotKeyTable hotKeys_;
     HotKeyListener hotKeyListener_;
-    std::map<TapID, overlay::KeyboardTap::Handler> taps_;
+    /// The newest first.
+    std::map<TapID, overlay::KeyboardTap::Handler, std::greater<>> taps_;
     TapID lastTap_ = 0;
     HeldKeys heldKeys_;
     Grab grab_ = Grab::none;

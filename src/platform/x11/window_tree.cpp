@@ -118,9 +118,10 @@ std::vector<xcb_window_t> topLevelsAt(Connection& connection, std::int32_t x, st
     };
     std::vector<Requests> requests;
     // The server lists the lowest window first.
-    for (auto window = children.rbegin(); window != children.rend(); ++window) {
-        requests.push_back({*window, xcb_get_window_attributes(connection.get(), *window),
-                            xcb_get_geometry(connection.get(), *window)});
+    const std::vector<xcb_window_t> topmostFirst(children.rbegin(), children.rend());
+    for (const xcb_window_t window : topmostFirst) {
+        requests.push_back({window, xcb_get_window_attributes(connection.get(), window),
+                            xcb_get_geometry(connection.get(), window)});
     }
     std::vector<xcb_window_t> found;
     for (const Requests& request : requests) {

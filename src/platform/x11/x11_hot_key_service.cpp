@@ -92,8 +92,8 @@ void X11HotKeyService::report(shortcuts::EventHotKeyID hotKeyID) {
     // The newest handler first, until one has handled the press; by number and with a copy, since a
     // handler may remove any of them.
     std::vector<shortcuts::EventHandlerRef> newestFirst;
-    for (auto handler = handlers_.rbegin(); handler != handlers_.rend(); ++handler) {
-        newestFirst.push_back(handler->first);
+    for (const auto& [ref, handler] : handlers_) {
+        newestFirst.push_back(ref);
     }
     for (const auto ref : newestFirst) {
         const auto entry = handlers_.find(ref);

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <functional>
 #include <map>
 
 #include "platform/x11/connection.h"
@@ -40,7 +41,8 @@ class X11HotKeyService final : public shortcuts::HotKeyService {
     KeyRouter& router_;
     /// The modifiers that the grabs of now were made with.
     ModifierMap grabbedWith_;
-    std::map<shortcuts::EventHandlerRef, Handler> handlers_;
+    /// The newest first.
+    std::map<shortcuts::EventHandlerRef, Handler, std::greater<>> handlers_;
     shortcuts::EventHandlerRef lastHandler_ = 0;
 };
 

@@ -115,8 +115,8 @@ std::optional<overlay::Application> X11Workspace::applicationOf(xcb_window_t win
     }
     std::vector<std::string> identifiers = owner.identifiers;
     identifiers.push_back(executableOf(*owner.processID));
-    auto name = nameOf_ ? nameOf_(identifiers) : std::nullopt;
-    return overlay::Application{*owner.processID, name ? std::move(name) : owner.className};
+    const auto name = nameOf_ ? nameOf_(identifiers) : std::nullopt;
+    return overlay::Application{*owner.processID, name ? name : owner.className};
 }
 
 }  // namespace platform::x11

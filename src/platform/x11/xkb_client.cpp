@@ -5,7 +5,7 @@
 #pragma clang diagnostic push
 #pragma clang diagnostic ignored "-Wkeyword-macro"
 #endif
-#define explicit explicitly
+#define explicit explicitly  // NOLINT(readability-identifier-naming)
 #include <xcb/xkb.h>
 #undef explicit
 #if defined(__clang__)
