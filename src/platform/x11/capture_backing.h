@@ -1,0 +1,27 @@
+#pragma once
+
+#include <memory>
+#include <vector>
+
+#include "platform/x11/display_layout.h"
+#include "platform/x11/overlay_stage.h"
+#include "platform/x11/window_list.h"
+
+namespace platform::x11 {
+
+/// What a listed display carries: where it was, and the snapshot that the overlay showed then; null
+/// where the live screen is to be read.
+struct DisplayBacking {
+    NativeDisplay display;
+    std::shared_ptr<const Snapshot> snapshot;
+};
+
+/// What a listed window carries. Whatever else has to be prepared for its picture before the
+/// overlay closes belongs here too.
+struct WindowBacking {
+    ListedWindow window;
+    /// All displays: a window may lie on several. Shared by all windows of one list.
+    std::shared_ptr<const std::vector<DisplayBacking>> displays;
+};
+
+}  // namespace platform::x11

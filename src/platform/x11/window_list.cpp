@@ -1,0 +1,142 @@
+#include "platform/x11/window_list.h"
+
+#include <algorithm>
+#include <map>
+#include <optional>
+#include <utility>
+
+#include "platform/x11/window_property.h"
+#include "platform/x11/top_levels.h"
+
+namespace platform::x11 {
+
+namespace {
+
+constexpr std::uint32_t everyDesktop = 0xffffffff;
+/// More windows than this are not read from the window manager's list.
+constexpr std::uint32_t longestListBytes = 4 * 16384;
+
+struct WindowRequests {
+    PropertyRequest types;
+    PropertyRequest states;
+    PropertyRequest desktop;
+    PropertyRequest extents;
+};
+
+WindowRequests askForWindow(Connection& connection, xcb_window_t window) {
+    return {askForProperty(connection, window, "_NET_WM_WINDOW_TYPE"),
+            askForProperty(connection, window, "_NET_WM_STATE"),
+            askForProperty(connection, window, "_NET_WM_DESKTOP"),
+            askForProperty(connection, window, "_GTK_FRAME_EXTENTS")};
+}
+
+FrameExtents readExtents(Connection& connection, PropertyRequest request) {
+    const auto numbers = readNumbers(connection, request, XCB_ATOM_CARDINAL);
+    // A window is at most 65535 wide.
+    const bool isSane =
+        numbers.size() == 4 && std::all_of(numbers.begin(), numbers.end(),
+                                           [](std::uint32_t number) { return number <= 0xffff; });
+    if (!isSane) {
+        return {};
+    }
+    const auto at = [&](std::size_t index) { return static_cast<std::int32_t>(numbers[index]); };
+    return {at(0), at(1), at(2), at(3)};
+}
+
+WindowPresence presenceOf(Connection& connection, const TopLevel& topLevel,
+                          const std::vector<std::uint32_t>& states,
+                          std::optional<std::uint32_t> desktop,
+                          std::optional<std::uint32_t> currentDesktop) {
+    const bool isHidden = std::find(states.begin(), states.end(),
+                                    connection.atom("_NET_WM_STATE_HIDDEN")) != states.end();
+    const bool isOnOtherDesktop =
+        desktop && currentDesktop && *desktop != everyDesktop && *desktop != *currentDesktop;
+    return topLevel.mapping == TopLevel::Mapping::unmapped || isHidden || isOnOtherDesktop
+               ? WindowPresence::elsewhere
+               : WindowPresence::onScreen;
+}
+
+/// The windows that the window manager lists, bottom to top, each once.
+std::vector<xcb_window_t> managedWindows(Connection& connection) {
+    std::vector<xcb_window_t> windows;
+    for (const std::uint32_t window :
+         readNumbers(connection,
+                     askForProperty(connection, connection.root(), "_NET_CLIENT_LIST_STACKING",
+                                    longestListBytes),
+                     XCB_ATOM_WINDOW)) {
+        if (std::find(windows.begin(), windows.end(), window) == windows.end()) {
+            windows.push_back(window);
+        }
+    }
+    return windows;
+}
+
+/// The mapped top-level windows in which no listed window lies.
+std::vector<xcb_window_t> unlistedWindows(const std::vector<TopLevel>& tops,
+                                          const std::map<xcb_window_t, xcb_window_t>& topLevelOf) {
+    std::vector<xcb_window_t> windows;
+    for (const TopLevel& top : tops) {
+        const bool isFrame = std::any_of(topLevelOf.begin(), topLevelOf.end(),
+                                         [&](const auto& entry) { return entry.second == top.id; });
+        if (!isFrame && top.mapping == TopLevel::Mapping::mapped) {
+            windows.push_back(top.id);
+        }
+    }
+    return windows;
+}
+
+}  // namespace
+
+NativeRect visiblePart(const NativeRect& frame, const FrameExtents& extents) {
+    const NativeRect visible{frame.x + extents.left, frame.y + extents.top,
+                             frame.width - extents.left - extents.right,
+                             frame.height - extents.top - extents.bottom};
+    return visible.isEmpty() ? frame : visible;
+}
+
+std::vector<ListedWindow> listWindows(Connection& connection) {
+    const PropertyRequest currentDesktopRequest =
+        askForProperty(connection, connection.root(), "_NET_CURRENT_DESKTOP");
+    const auto managed = managedWindows(connection);
+    const auto currentDesktop = readNumber(connection, currentDesktopRequest, XCB_ATOM_CARDINAL);
+    const auto tops = topLevels(connection);
+    auto topLevelOf = topLevelsOf(connection, managed, tops);
+    const auto unlisted = unlistedWindows(tops, topLevelOf);
+    std::map<xcb_window_t, const TopLevel*> topOf;
+    std::vector<xcb_window_t> stack;
+    for (const TopLevel& top : tops) {
+        stack.push_back(top.id);
+        topOf[top.id] = &top;
+    }
+    auto order = mergeStacking(managed, unlisted, stack, topLevelOf);
+    std::reverse(order.begin(), order.end());
+    for (const xcb_window_t window : unlisted) {
+        topLevelOf[window] = window;
+    }
+
+    std::vector<WindowRequests> requests;
+    requests.reserve(order.size());
+    for (const xcb_window_t window : order) {
+        requests.push_back(askForWindow(connection, window));
+    }
+    auto owners = ownersOf(connection, order);
+    std::vector<ListedWindow> windows;
+    for (std::size_t index = 0; index < order.size(); ++index) {
+        const TopLevel& top = *topOf[topLevelOf[order[index]]];
+        const auto types = readNumbers(connection, requests[index].types, XCB_ATOM_ATOM);
+        const auto states = readNumbers(connection, requests[index].states, XCB_ATOM_ATOM);
+        const auto desktop = readNumber(connection, requests[index].desktop, XCB_ATOM_CARDINAL);
+        const auto extents = readExtents(connection, requests[index].extents);
+        const auto management =
+            top.override == TopLevel::Override::redirect && top.id == order[index]
+                ? Management::unmanaged
+                : Management::managed;
+        windows.push_back({order[index], top.id, visiblePart(top.frame, extents), extents,
+                           kindOf(connection, types, management),
+                           presenceOf(connection, top, states, desktop, currentDesktop),
+                           std::move(owners[index])});
+    }
+    return windows;
+}
+
+}  // namespace platform::x11
