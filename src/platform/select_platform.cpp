@@ -2,6 +2,8 @@
 
 #include <array>
 
+#include "platform/x11/x11_platform.h"
+
 namespace platform {
 
 namespace {
@@ -19,7 +21,7 @@ Probe probeX11(const Session& session) {
 }  // namespace
 
 std::span<const System> compiledSystems() {
-    static const std::array<System, 1> systems{{{"X11", probeX11}}};
+    static const std::array<System, 1> systems{{{"X11", probeX11, x11::createX11Platform}}};
     return systems;
 }
 

@@ -1,9 +1,11 @@
 #pragma once
 
+#include <memory>
 #include <span>
 #include <string>
 
 #include "base/result.h"
+#include "platform/running_platform.h"
 #include "platform/session.h"
 
 namespace platform {
@@ -26,6 +28,8 @@ struct Probe {
 struct System {
     std::string name;
     Probe (*probe)(const Session& session);
+    /// Once per process.
+    base::Result<std::unique_ptr<RunningPlatform>> (*create)(const StartOptions& options);
 };
 
 /// The systems compiled in, the preferred ones first.

@@ -1,0 +1,226 @@
+#include "platform/x11/x11_platform.h"
+
+#include <QApplication>
+#include <cstdio>
+#include <cstdlib>
+#include <memory>
+#include <optional>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "app/menu_bar_commands.h"
+#include "platform/freedesktop/application_names.h"
+#include "platform/freedesktop/dbus_application.h"
+#include "platform/freedesktop/json_settings_backend.h"
+#include "platform/freedesktop/notification_service.h"
+#include "platform/freedesktop/session_bus.h"
+#include "platform/freedesktop/session_permissions.h"
+#include "platform/freedesktop/theme_sound_player.h"
+#include "platform/freedesktop/xdg_directories.h"
+#include "platform/freedesktop/xdg_file_manager.h"
+#include "platform/png/png_encoder.h"
+#include "platform/qt/event_source.h"
+#include "platform/qt/image_converter.h"
+#include "platform/qt/qt_main_queue.h"
+#include "platform/qt/qt_text_rasterizer.h"
+#include "platform/qt/qt_windows.h"
+#include "platform/qt/screen_scale.h"
+#include "platform/qt/status_notifier_watch.h"
+#include "platform/qt/tray_icon_image.h"
+#include "platform/resources.h"
+#include "platform/unavailable_text_recognizer.h"
+#include "platform/x11/connection.h"
+#include "platform/x11/system_tray_watch.h"
+#include "platform/x11/window_manager_client.h"
+#include "platform/x11/x11_capture_service.h"
+#include "platform/x11/x11_displays.h"
+#include "platform/x11/x11_keyboard.h"
+#include "platform/x11/x11_overlay_stage.h"
+#include "platform/x11/x11_overlay_surface_factory.h"
+#include "platform/x11/x11_pasteboard.h"
+#include "platform/x11/x11_pointer.h"
+#include "platform/x11/x11_workspace.h"
+
+namespace platform::x11 {
+
+namespace {
+
+/// What can fail when it is made, and what it needs.
+struct Foundation {
+    std::unique_ptr<Connection> connection;
+    std::unique_ptr<QApplication> application;
+    std::unique_ptr<qt::QtMainQueue> mainQueue;
+    std::unique_ptr<X11Keyboard> keyboard;
+    std::unique_ptr<X11Pasteboard> pasteboard;
+};
+
+/// The overlay and the capture, which know of each other through the stage.
+struct Screen {
+    Screen(Connection& connection, base::MainQueue& queue)
+        : displays(connection, queue,
+                   [](const std::string& monitorName) {
+                       return qt::scaleFactorOfMonitor(monitorName).value_or(1.0);
+                   }),
+          stage(connection, queue),
+          pointer(connection, displays),
+          workspace(connection,
+                    [this](const std::vector<std::string>& identifiers) {
+                        return applicationNames.nameOf(identifiers);
+                    }),
+          captureService(connection, queue, stage, [this] { return displays.layout(); }) {}
+
+    freedesktop::ApplicationNames applicationNames =
+        freedesktop::ApplicationNames::fromEnvironment();
+    X11Displays displays;
+    X11OverlayStage stage;
+    X11Pointer pointer;
+    X11Workspace workspace;
+    X11CaptureService captureService;
+    qt::QtTextRasterizer textRasterizer;
+};
+
+class X11Platform final : public RunningPlatform {
+  public:
+    X11Platform(const StartOptions& options, Foundation foundation, std::unique_ptr<Screen> screen,
+                std::unique_ptr<X11OverlaySurfaceFactory> surfaces);
+
+    [[nodiscard]] const Platform& ports() const override { return ports_; }
+    Instance serve(Requests requests) override;
+    void showMenu(app::MenuBarCommands& menu) override;
+    int run() override { return QApplication::exec(); }
+
+  private:
+    void dispatch();
+
+    Foundation foundation_;
+    std::unique_ptr<Screen> screen_;
+    std::unique_ptr<X11OverlaySurfaceFactory> surfaces_;
+    Resources resources_ = Resources::locate();
+    freedesktop::XdgDirectories directories_ = freedesktop::XdgDirectories::fromEnvironment();
+    std::unique_ptr<freedesktop::JsonSettingsBackend> settings_;
+    freedesktop::XdgFileManager fileManager_{directories_};
+    freedesktop::SessionPermissions permissions_;
+    freedesktop::NotificationService notifications_{*foundation_.mainQueue};
+    freedesktop::ThemeSoundPlayer soundPlayer_{directories_, resources_.sounds};
+    png::PngEncoder imageEncoder_;
+    UnavailableTextRecognizer textRecognizer_;
+    WindowManagerClient windowManager_{*foundation_.connection};
+    qt::QtWindows windows_;
+    Platform ports_;
+    std::unique_ptr<freedesktop::DBusApplication> bus_;
+    std::unique_ptr<qt::StatusNotifierWatch> statusNotifierWatch_;
+    std::unique_ptr<SystemTrayWatch> systemTrayWatch_;
+    /// Last, so that no event comes when anything else is gone.
+    qt::EventSource events_;
+};
+
+X11Platform::X11Platform(const StartOptions& options, Foundation foundation,
+                         std::unique_ptr<Screen> screen,
+                         std::unique_ptr<X11OverlaySurfaceFactory> surfaces)
+    : foundation_(std::move(foundation)),
+      screen_(std::move(screen)),
+      surfaces_(std::move(surfaces)),
+      settings_(freedesktop::JsonSettingsBackend::create(
+          directories_, options.log, *foundation_.mainQueue, qt::fileDescriptorWatch())),
+      windows_(
+          options.notifications, *foundation_.mainQueue, qt::makeEmptyScene,
+          {.activate = [this](WId id) { windowManager_.activate(static_cast<xcb_window_t>(id)); },
+           .setPolicy =
+               [this](WId id, app::ActivationPolicy policy) {
+                   windowManager_.setActivationPolicy(static_cast<xcb_window_t>(id), policy);
+               }},
+          [this](std::function<void()> done) {
+              foundation_.pasteboard->storeForExit(std::move(done));
+          }),
+      ports_{.mainQueue = *foundation_.mainQueue,
+             .displays = screen_->displays,
+             .fileManager = fileManager_,
+             .permissions = permissions_,
+             .settings = *settings_,
+             .windows = windows_,
+             .hotKeys = foundation_.keyboard->hotKeys(),
+             .workspace = screen_->workspace,
+             .keyboardTap = foundation_.keyboard->tap(),
+             .pointer = screen_->pointer,
+             .overlaySurfaces = *surfaces_,
+             .captureService = screen_->captureService,
+             .pasteboard = *foundation_.pasteboard,
+             .imageEncoder = imageEncoder_,
+             .textRecognizer = textRecognizer_,
+             .soundPlayer = soundPlayer_,
+             .userNotifications = notifications_},
+      events_(foundation_.connection->fileDescriptor(), [this] { dispatch(); }) {}
+
+void X11Platform::dispatch() {
+    foundation_.connection->dispatchPendingEvents();
+    if (foundation_.connection->isLost()) {
+        std::fputs("The X server has ended the connection.\n", stderr);
+        std::fflush(stderr);
+        // Nothing that the toolkit would tidy up can be reached any more.
+        std::_Exit(1);
+    }
+}
+
+Instance X11Platform::serve(Requests requests) {
+    bus_ = std::make_unique<freedesktop::DBusApplication>(freedesktop::DBusApplication::Hooks{
+        .onActivate = std::move(requests.activate), .onAction = std::move(requests.performAction)});
+    return bus_->start() == freedesktop::DBusApplication::Instance::second ? Instance::second
+                                                                           : Instance::first;
+}
+
+void X11Platform::showMenu(app::MenuBarCommands& menu) {
+    windows_.addApplicationCommand(menu.settingsCommand());
+    windows_.addApplicationCommand(menu.quitCommand());
+    const auto show = [this, &menu] { menu.showInTray(qt::trayIconImage(resources_.icons)); };
+    if (const auto bus = freedesktop::sessionBus()) {
+        statusNotifierWatch_ = std::make_unique<qt::StatusNotifierWatch>(*bus, show);
+    }
+    systemTrayWatch_ = std::make_unique<SystemTrayWatch>(*foundation_.connection, show);
+}
+
+std::unique_ptr<QApplication> makeApplication(const StartOptions& options) {
+    // There are no command-line options, so the toolkit gets to see none either.
+    static int argumentCount = 1;
+    qputenv("QT_QPA_PLATFORM", "xcb");
+    QApplication::setApplicationName(QStringLiteral("lumaframe"));
+    QApplication::setApplicationDisplayName(QStringLiteral("Lumaframe"));
+    QApplication::setDesktopFileName(QString::fromLatin1(applicationIdentifier));
+    return std::make_unique<QApplication>(argumentCount, options.arguments);
+}
+
+}  // namespace
+
+base::Result<std::unique_ptr<RunningPlatform>> createX11Platform(const StartOptions& options) {
+    Foundation foundation;
+    auto connection = Connection::open();
+    if (!connection) {
+        // Asked before the toolkit, which would abort the process instead.
+        return connection.error();
+    }
+    foundation.connection = std::move(connection.value());
+    foundation.application = makeApplication(options);
+    foundation.mainQueue = std::make_unique<qt::QtMainQueue>();
+    auto keyboard = X11Keyboard::create(*foundation.connection, *foundation.mainQueue);
+    if (!keyboard) {
+        return keyboard.error();
+    }
+    foundation.keyboard = std::move(keyboard.value());
+    auto pasteboard =
+        X11Pasteboard::create(*foundation.connection, *foundation.mainQueue, qt::convertPng);
+    if (!pasteboard) {
+        return pasteboard.error();
+    }
+    foundation.pasteboard = std::move(pasteboard.value());
+    auto screen = std::make_unique<Screen>(*foundation.connection, *foundation.mainQueue);
+    auto surfaces =
+        X11OverlaySurfaceFactory::create(*foundation.connection, screen->displays, screen->pointer,
+                                         screen->stage, screen->textRasterizer);
+    if (!surfaces) {
+        return surfaces.error();
+    }
+    return std::unique_ptr<RunningPlatform>(std::make_unique<X11Platform>(
+        options, std::move(foundation), std::move(screen), std::move(surfaces.value())));
+}
+
+}  // namespace platform::x11
