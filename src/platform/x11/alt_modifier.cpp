@@ -1,24 +1,16 @@
 #include "platform/x11/alt_modifier.h"
 
+#include <algorithm>
+
+#include "platform/x11/modifier_map.h"
+
 namespace platform::x11 {
 
 namespace {
 
-// From keysymdef.h.
-constexpr xcb_keysym_t altLeft = 0xFFE9;
-constexpr xcb_keysym_t altRight = 0xFFEA;
-constexpr int modifierCount = 8;
-
-bool isAltKey(const xcb_get_keyboard_mapping_reply_t& keys, int index) {
-    const auto* symbols = xcb_get_keyboard_mapping_keysyms(&keys);
-    const int length = xcb_get_keyboard_mapping_keysyms_length(&keys);
-    const int first = index * keys.keysyms_per_keycode;
-    for (int i = first; index >= 0 && i < first + keys.keysyms_per_keycode && i < length; ++i) {
-        if (symbols[i] == altLeft || symbols[i] == altRight) {
-            return true;
-        }
-    }
-    return false;
+template <typename Item>
+std::span<const Item> spanOf(const Item* items, int count) {
+    return {items, static_cast<std::size_t>(std::max(count, 0))};
 }
 
 }  // namespace
@@ -50,19 +42,15 @@ std::uint16_t AltModifier::read() {
         xcb_get_modifier_mapping_reply(connection_.get(), modifiers_, nullptr));
     const Reply<xcb_get_keyboard_mapping_reply_t> keys(
         xcb_get_keyboard_mapping_reply(connection_.get(), keys_, nullptr));
-    std::uint16_t mask = 0;
-    if (modifiers && keys) {
-        const auto* keycodes = xcb_get_modifier_mapping_keycodes(modifiers.get());
-        const int perModifier = modifiers->keycodes_per_modifier;
-        const int first = xcb_get_setup(connection_.get())->min_keycode;
-        for (int i = 0; i < modifierCount * perModifier; ++i) {
-            if (isAltKey(*keys, keycodes[i] - first)) {
-                mask =
-                    static_cast<std::uint16_t>(mask | 1U << static_cast<unsigned>(i / perModifier));
-            }
-        }
+    if (!modifiers || !keys) {
+        return 0;
     }
-    return mask != 0 ? mask : static_cast<std::uint16_t>(XCB_MOD_MASK_1);
+    return modifierMapOf({spanOf(xcb_get_modifier_mapping_keycodes(modifiers.get()),
+                                 xcb_get_modifier_mapping_keycodes_length(modifiers.get())),
+                          xcb_get_setup(connection_.get())->min_keycode, keys->keysyms_per_keycode,
+                          spanOf(xcb_get_keyboard_mapping_keysyms(keys.get()),
+                                 xcb_get_keyboard_mapping_keysyms_length(keys.get()))})
+        .option;
 }
 
 }  // namespace platform::x11

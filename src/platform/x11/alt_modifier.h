@@ -10,7 +10,7 @@
 namespace platform::x11 {
 
 /// Which bit of an event's state says that an Alt key is held: the modifier that the keyboard
-/// mapping gives to Alt, Mod1 when it gives none. Main thread.
+/// mapping gives to Alt. Main thread.
 ///
 /// Asks at its making and reads the answer at its first use, which by then has long arrived.
 class AltModifier {
