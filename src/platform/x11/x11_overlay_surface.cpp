@@ -13,6 +13,8 @@ namespace platform::x11 {
 
 namespace {
 
+constexpr overlay::Font labelFont{10, overlay::FontWeight::medium};
+
 template <typename Event>
 const Event& as(const xcb_generic_event_t& event) {
     return reinterpret_cast<const Event&>(event);
@@ -164,6 +166,11 @@ void X11OverlaySurface::paint(const PaintPlan& plan) {
 }
 
 void X11OverlaySurface::repair(const xcb_expose_event_t& event) {
+    if (figures_.empty()) {
+        // The window is up and nobody has dragged yet: time to open the font, which at its first
+        // use takes several milliseconds that the first drag would feel.
+        (void)services_.textRasterizer.rasterize("0", labelFont, display_.scale);
+    }
     paint(planRepair(figures_, {event.x, event.y, event.width, event.height}));
 }
 

@@ -61,6 +61,16 @@ TEST(OverlaySurface, nothing_is_painted_before_the_first_drawing) {
     EXPECT_EQ(pixels, std::vector<std::uint32_t>(800 * 600, 0));
 }
 
+TEST(OverlaySurface, the_font_is_opened_as_soon_as_the_window_is_up_and_not_by_the_first_drag) {
+    Rig rig(bare());
+    RecordingInput input;
+    const auto surface = rig.factory->create(rig.displays.screens().at(0), {}, input);
+    EXPECT_EQ(rig.rasterizer.rasterized, 0);
+    surface->makeKeyAndOrderFront();
+    EXPECT_EQ(rig.rasterizer.rasterized, 0);
+    EXPECT_TRUE(rig.waitUntil([&] { return rig.rasterizer.rasterized == 1; }));
+}
+
 TEST(OverlaySurface, a_frozen_overlay_shows_the_display_as_it_was) {
     Rig rig(bare());
     makeWindow(rig.desktop.client(), 100, 100);
