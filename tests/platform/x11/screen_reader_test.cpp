@@ -1,0 +1,211 @@
+#include "platform/x11/screen_reader.h"
+
+#include <gtest/gtest.h>
+#include <stdlib.h>
+
+#include <chrono>
+#include <filesystem>
+#include <map>
+#include <memory>
+#include <optional>
+#include <string>
+#include <thread>
+#include <vector>
+
+#include "capture_rig.h"
+#include "desktop/process.h"
+#include "platform/x11/pixel_memory.h"
+
+namespace {
+
+using platform::x11::Backdrop;
+using platform::x11::Connection;
+using platform::x11::NativeRect;
+using platform::x11::PixelLayout;
+using platform::x11::PixelMemory;
+using platform::x11::PixelSource;
+using platform::x11::ScreenReader;
+
+constexpr std::size_t mebibyte = std::size_t{1} << 20U;
+
+/// A server with arguments of the test's choice.
+class BareServer {
+  public:
+    explicit BareServer(std::vector<std::string> arguments) {
+        std::string name =
+            (std::filesystem::temp_directory_path() / "lumaframe-server-XXXXXX").string();
+        directory_ = ::mkdtemp(name.data());
+        std::vector<std::string> command{"Xvfb", "-displayfd", "1", "-noreset", "-nolisten", "tcp"};
+        command.insert(command.end(), arguments.begin(), arguments.end());
+        process_ = std::make_unique<desktop::Process>(
+            desktop::ProcessOptions{.command = std::move(command),
+                                    .environment = {{"PATH", "/usr/bin:/bin"}},
+                                    .outputFile = directory_ / "server"});
+        process_->waitForLine("");
+        auto connection = Connection::open(":" + process_->outputLines().at(0));
+        connection_ = std::move(connection.value());
+    }
+    ~BareServer() {
+        connection_.reset();
+        process_.reset();
+        std::filesystem::remove_all(directory_);
+    }
+    BareServer(const BareServer&) = delete;
+    BareServer& operator=(const BareServer&) = delete;
+
+    [[nodiscard]] Connection& connection() { return *connection_; }
+
+  private:
+    std::filesystem::path directory_;
+    std::unique_ptr<desktop::Process> process_;
+    std::unique_ptr<Connection> connection_;
+};
+
+/// What a server shows in the rectangle (10, 20, 31, 7) of its screen, drawn with `color`.
+desktop::Picture readFilled(BareServer& server, std::uint32_t color) {
+    Connection& connection = server.connection();
+    doubles::ManualMainQueue queue;
+    queue.allowLeftovers();
+    tests::fill(connection.get(), connection.root(), {10, 20, 30, 7}, color);
+    ScreenReader reader(connection, queue);
+    const auto layout = PixelLayout::ofVisual(connection, connection.screen().root_visual);
+    const auto canvas =
+        reader.read({10, 20, 31, 7}, {{connection.root(), layout.value(), {0, 0, 64, 48}, {0, 0}}},
+                    Backdrop::opaqueBlack);
+    return tests::pictureOf(canvas.value().image(base::AlphaChannel::none, nullptr));
+}
+
+TEST(ScreenReader, reads_a_server_without_shared_memory) {
+    BareServer server({"-screen", "0", "64x48x24", "-extension", "MIT-SHM"});
+    const auto picture = readFilled(server, 0x123456);
+    EXPECT_EQ(picture.at(0, 0), 0xff123456);
+    EXPECT_EQ(picture.at(29, 6), 0xff123456);
+    EXPECT_EQ(picture.at(30, 6), 0xff000000);
+}
+
+TEST(ScreenReader, reads_a_screen_of_16_bits) {
+    BareServer server({"-screen", "0", "64x48x16"});
+    const auto picture = readFilled(server, 16U << 11U | 32U << 5U | 8U);
+    EXPECT_EQ(picture.at(0, 0), 0xff848242);
+    EXPECT_EQ(picture.at(29, 6), 0xff848242);
+    EXPECT_EQ(picture.at(30, 0), 0xff000000);
+}
+
+TEST(ScreenReader, reads_a_screen_of_30_bits) {
+    BareServer server({"-screen", "0", "64x48x30"});
+    const auto picture = readFilled(server, 0x3ffU << 20U | 0x204U << 10U | 0x003U);
+    EXPECT_EQ(picture.at(29, 6), 0xffff8100);
+    EXPECT_EQ(picture.at(30, 6), 0xff000000);
+}
+
+TEST(ScreenReader, puts_several_sources_side_by_side_on_black) {
+    BareServer server({"-screen", "0", "64x48x24"});
+    Connection& connection = server.connection();
+    doubles::ManualMainQueue queue;
+    queue.allowLeftovers();
+    tests::fill(connection.get(), connection.root(), {0, 0, 32, 48}, 0x111111);
+    tests::fill(connection.get(), connection.root(), {32, 0, 32, 48}, 0x222222);
+    const auto layout = *PixelLayout::ofVisual(connection, connection.screen().root_visual);
+    const std::vector<PixelSource> sources{{connection.root(), layout, {100, 0, 10, 10}, {0, 0}},
+                                           {connection.root(), layout, {115, 5, 10, 10}, {40, 0}}};
+    ScreenReader reader(connection, queue);
+    for (const Backdrop backdrop : {Backdrop::opaqueBlack, Backdrop::transparent}) {
+        const auto canvas = reader.read({95, 0, 30, 15}, sources, backdrop);
+        const std::uint32_t empty = backdrop == Backdrop::transparent ? 0U : 0xff000000U;
+        const auto picture =
+            tests::pictureOf(canvas.value().image(base::AlphaChannel::premultiplied, nullptr));
+        const auto colorAt = [&](int x, int y) { return picture.at(x, y) & 0xffffffU; };
+        EXPECT_EQ(picture.at(4, 0), empty);
+        EXPECT_EQ(colorAt(5, 0), 0x111111U);
+        EXPECT_EQ(colorAt(14, 9), 0x111111U);
+        EXPECT_EQ(picture.at(15, 9), empty);
+        EXPECT_EQ(picture.at(20, 4), empty);
+        EXPECT_EQ(colorAt(20, 5), 0x222222U);
+        EXPECT_EQ(colorAt(29, 14), 0x222222U);
+        EXPECT_EQ(picture.at(29, 0), empty);
+        EXPECT_EQ(picture.at(5, 0) >> 24U, 255U);
+    }
+}
+
+TEST(ScreenReader, fails_with_a_sentence_where_there_is_nothing_to_read) {
+    BareServer server({"-screen", "0", "64x48x24"});
+    doubles::ManualMainQueue queue;
+    queue.allowLeftovers();
+    ScreenReader reader(server.connection(), queue);
+    const auto layout =
+        *PixelLayout::ofVisual(server.connection(), server.connection().screen().root_visual);
+    const auto gone = reader.read({0, 0, 5, 5}, {{0xdeadbeef, layout, {0, 0, 64, 48}, {0, 0}}},
+                                  Backdrop::opaqueBlack);
+    ASSERT_FALSE(gone);
+    EXPECT_FALSE(gone.error().sentence.empty());
+    EXPECT_FALSE(reader.read({0, 0, 32767, 32767}, {}, Backdrop::opaqueBlack));
+}
+
+class PixelMemoryTest : public testing::Test {
+  protected:
+    PixelMemoryTest() : server({"-screen", "0", "64x48x24"}) { queue.allowLeftovers(); }
+
+    BareServer server;
+    doubles::ManualMainQueue queue;
+    std::optional<PixelMemory> memory{std::in_place, server.connection(), queue};
+};
+
+TEST_F(PixelMemoryTest, uses_one_segment_again_and_again) {
+    auto first = memory->take(mebibyte);
+    ASSERT_TRUE(first);
+    EXPECT_NE(first->segment, static_cast<xcb_shm_seg_t>(XCB_NONE));
+    const auto* const bytes = first->bytes;
+    first.reset();
+    queue.runAll();
+    const auto second = memory->take(mebibyte / 2);
+    EXPECT_EQ(second->bytes, bytes);
+}
+
+TEST_F(PixelMemoryTest, gives_another_segment_while_a_picture_is_held) {
+    const auto first = memory->take(mebibyte);
+    const auto second = memory->take(mebibyte);
+    EXPECT_NE(first->bytes, second->bytes);
+    EXPECT_NE(first->segment, second->segment);
+}
+
+TEST_F(PixelMemoryTest, keeps_little_two_seconds_after_the_last_use) {
+    auto lease = memory->take(32 * mebibyte);
+    std::fill(lease->bytes, lease->bytes + 32 * mebibyte, std::uint8_t{7});
+    lease.reset();
+    queue.advance(std::chrono::milliseconds{1999});
+    EXPECT_EQ(memory->idleSize(), 32 * mebibyte);
+    queue.advance(std::chrono::milliseconds{1});
+    EXPECT_EQ(memory->idleSize(), 4 * mebibyte);
+    lease = memory->take(32 * mebibyte);
+    EXPECT_EQ(lease->bytes[3 * mebibyte], 7) << "the kept part is still there";
+    EXPECT_EQ(lease->bytes[5 * mebibyte], 0) << "the rest went back to the system";
+}
+
+TEST_F(PixelMemoryTest, a_use_in_between_starts_the_two_seconds_anew) {
+    memory->take(32 * mebibyte).reset();
+    queue.advance(std::chrono::milliseconds{1500});
+    memory->take(32 * mebibyte).reset();
+    queue.advance(std::chrono::milliseconds{1500});
+    EXPECT_EQ(memory->idleSize(), 32 * mebibyte);
+    queue.advance(std::chrono::milliseconds{500});
+    EXPECT_EQ(memory->idleSize(), 4 * mebibyte);
+}
+
+TEST_F(PixelMemoryTest, may_be_given_back_on_another_thread) {
+    auto lease = memory->take(mebibyte);
+    const auto* const bytes = lease->bytes;
+    std::thread([owner = std::move(lease->owner)]() mutable { owner.reset(); }).join();
+    queue.runAll();
+    EXPECT_EQ(memory->take(mebibyte)->bytes, bytes);
+}
+
+TEST_F(PixelMemoryTest, outlives_whoever_gave_it) {
+    auto lease = memory->take(mebibyte);
+    memory.reset();
+    lease->bytes[mebibyte - 1] = 5;
+    EXPECT_EQ(lease->bytes[mebibyte - 1], 5);
+    lease.reset();
+    queue.runAll();
+}
+
+}  // namespace
