@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <random>
 
+#include "overlay/selection_drawing.h"
 #include "platform/x11/surface_rig.h"
 
 using platform::x11::ArgbPixel;
@@ -139,6 +140,33 @@ TEST_P(WindowPainterCase, repainting_only_what_changed_gives_the_same_picture_as
         ASSERT_FALSE(HasFatalFailure()) << "motion " << motion;
     }
     EXPECT_TRUE(rig.errors.empty());
+}
+
+TEST_P(WindowPainterCase, the_drags_of_a_selection_leave_nothing_behind) {
+    const auto coordinate = [&](double length) {
+        return std::uniform_int_distribution<int>(
+                   0, static_cast<int>(length * GetParam().scale))(random) /
+               GetParam().scale;
+    };
+    const base::Rect bounds{{0, 0}, view};
+    const auto measure = [&](const std::string& text, const overlay::Font& font) {
+        return surface->measure(text, font);
+    };
+    overlay::SelectionState state;
+    overlay::SelectionDrawing before;
+    for (int motion = 0; motion < 30; ++motion) {
+        if (motion % 10 == 0) {
+            state.press({coordinate(view.width), coordinate(view.height)});
+        }
+        state.drag({coordinate(view.width), coordinate(view.height)},
+                   motion % 3 == 0 ? overlay::OptionKey::held : overlay::OptionKey::released);
+        auto after = overlay::drawSelection(state, bounds, view.height, measure);
+        surface->present(after.steps, overlay::changedRect(before, after, bounds));
+        rig.settle();
+        expectShows(after.steps);
+        ASSERT_FALSE(HasFatalFailure()) << "motion " << motion;
+        before = std::move(after);
+    }
 }
 
 TEST_P(WindowPainterCase, what_was_covered_for_a_while_is_painted_again) {
