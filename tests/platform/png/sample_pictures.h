@@ -39,7 +39,7 @@ inline base::Image gradient(int width, int height) {
     pixels.reserve(static_cast<std::size_t>(width) * static_cast<std::size_t>(height) * 4);
     for (int y = 0; y < height; ++y) {
         for (int x = 0; x < width; ++x) {
-            pixels.push_back(static_cast<std::uint8_t>((x * x + y) / 7));
+            pixels.push_back(static_cast<std::uint8_t>((x % 4096 * (x % 4096) + y) / 7));
             pixels.push_back(static_cast<std::uint8_t>((x + 2 * y) / 5));
             pixels.push_back(static_cast<std::uint8_t>(x * 3 + y / 9));
             pixels.push_back(0);
