@@ -119,6 +119,7 @@ std::vector<xcb_window_t> topLevelsAt(Connection& connection, std::int32_t x, st
     std::vector<Requests> requests;
     // The server lists the lowest window first.
     const std::vector<xcb_window_t> topmostFirst(children.rbegin(), children.rend());
+    requests.reserve(topmostFirst.size());
     for (const xcb_window_t window : topmostFirst) {
         requests.push_back({window, xcb_get_window_attributes(connection.get(), window),
                             xcb_get_geometry(connection.get(), window)});
