@@ -231,6 +231,17 @@ TEST_F(LumaframeAppTest, the_whole_road_from_the_shortcut_to_the_file) {
     EXPECT_EQ(program().soundPlayer.played.size(), 1U);
 }
 
+TEST_F(LumaframeAppTest, the_shortcut_ten_times_fast_leaves_one_overlay) {
+    for (int press = 0; press < 10; ++press) {
+        program().hotKeys.press(18, 768);
+    }
+    program().queue.runAll();
+    EXPECT_EQ(program().surfaces.surfaces.size(), 10U);
+    EXPECT_EQ(program().surfaces.openSurfaces().size(), 1U);
+    EXPECT_EQ(program().keyboard.installedCount(), 1U);
+    EXPECT_EQ(program().calls.count("log: 🔵 showSelection() called"), 10);
+}
+
 TEST_F(LumaframeAppTest, its_own_overlay_is_left_out_of_the_picture) {
     program().service.content->windows = {
         {9, {}, 1000, capture::RunningApplication{"app.lumaframe.Lumaframe", 1}, nullptr}};

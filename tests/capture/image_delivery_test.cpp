@@ -88,6 +88,26 @@ TEST_F(ImageDeliveryTest, with_everything_off_nothing_is_called_at_all) {
     EXPECT_THAT(calls.calls(), IsEmpty());
 }
 
+TEST_F(ImageDeliveryTest, each_step_has_a_setting_of_its_own) {
+    enableOnly({keys::copyToClipboard});
+    deliver();
+    EXPECT_THAT(calls.calls(), ElementsAre("pasteboard clear", "pasteboard image",
+                                           "log: Retina screenshot copied!", "encode"));
+    calls.clear();
+    enableOnly({keys::saveToDownloads});
+    deliver();
+    EXPECT_THAT(calls.calls(), ElementsAre("downloads directories", "encode",
+                                           std::string("file write: ") + target, savedLine));
+    calls.clear();
+    enableOnly({keys::showNotifications});
+    deliver();
+    EXPECT_THAT(calls.calls(), ElementsAre("ask for notifications"));
+    calls.clear();
+    enableOnly({keys::playSounds});
+    deliver();
+    EXPECT_THAT(calls.calls(), ElementsAre("sound named: Hero", "sound play: Hero"));
+}
+
 TEST_F(ImageDeliveryTest, the_settings_are_read_at_each_delivery) {
     deliver();
     settings.setBool(keys::copyToClipboard, false);

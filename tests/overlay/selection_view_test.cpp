@@ -2,6 +2,8 @@
 
 #include <gmock/gmock.h>
 
+#include <variant>
+
 #include "overlay_fixture.h"
 
 namespace {
@@ -138,6 +140,19 @@ TEST_F(SelectionViewTest, the_list_is_used_in_a_later_turn) {
     queue.runAll();
     EXPECT_EQ(state().availableWindows.size(), 2U);
     EXPECT_EQ(state().selectedWindowID, 4711U);
+}
+
+TEST_F(SelectionViewTest, a_window_under_the_pointer_is_highlighted_when_the_list_arrives) {
+    open();
+    pointer.place = Point{150, 150};
+    surface().key(49);
+    EXPECT_EQ(surface().lastSteps().size(), 1U);
+    service.answerContent();
+    queue.runAll();
+    ASSERT_EQ(surface().presentations.size(), 2U);
+    ASSERT_EQ(surface().lastSteps().size(), 2U);
+    EXPECT_EQ(std::get<overlay::FillStep>(surface().lastSteps()[1]).rect,
+              (Rect{{100, 680}, {400, 300}}));
 }
 
 TEST_F(SelectionViewTest, only_windows_of_the_application_in_front_are_offered) {

@@ -203,6 +203,12 @@ TEST_F(ShortcutManagerTest, the_largest_number_of_32_bits_is_still_a_key_code) {
     EXPECT_TRUE(hotKeys.isRegistered({4294967295U, 768}));
 }
 
+TEST_F(ShortcutManagerTest, zero_is_a_key_code_and_no_modifier_a_mask) {
+    manager->setScreenshotKeyCode(0);
+    manager->setScreenshotModifiers(0);
+    EXPECT_TRUE(hotKeys.isRegistered({0, 0}));
+}
+
 TEST_F(ShortcutManagerTest, a_shortcut_that_is_off_may_hold_any_number) {
     manager->setEnabled(false);
     manager->setScreenshotKeyCode(-1);
