@@ -145,6 +145,10 @@ void Connection::dispatch(const xcb_generic_event_t& event) {
 }
 
 void Connection::noteTime(const xcb_generic_event_t& event) {
+    if ((event.response_type & 0x80) != 0) {
+        // Made up by another program, its time too.
+        return;
+    }
     switch (eventType(event)) {
         case XCB_KEY_PRESS:
         case XCB_KEY_RELEASE:

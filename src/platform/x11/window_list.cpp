@@ -5,8 +5,8 @@
 #include <optional>
 #include <utility>
 
-#include "platform/x11/window_property.h"
 #include "platform/x11/top_levels.h"
+#include "platform/x11/window_property.h"
 
 namespace platform::x11 {
 

@@ -179,6 +179,8 @@ void X11Platform::showMenu(app::MenuBarCommands& menu) {
         statusNotifierWatch_ = std::make_unique<qt::StatusNotifierWatch>(*bus, show);
     }
     systemTrayWatch_ = std::make_unique<SystemTrayWatch>(*foundation_.connection, show);
+    // The start is over; what the first shortcut would have to wait for is read now.
+    foundation_.mainQueue->post([this] { screen_->applicationNames.load(); });
 }
 
 /// Keeps large blocks out of the heap for good. The C library raises this threshold by itself when
