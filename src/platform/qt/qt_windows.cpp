@@ -158,10 +158,11 @@ void QtWindows::bringToFront(QWidget& window) {
         takeInput(window);
         return;
     }
-    new AtNextExposure(*window.windowHandle(), [this, shown = QPointer(&window)] {
-        // Of several windows that come up together the last one asked for gets the input.
-        if (shown == front_) {
-            takeInput(*shown);
+    new AtNextExposure(*window.windowHandle(), [this] {
+        // Of several windows that come up together the last one asked for gets the input, however
+        // late the others are: a window manager gives it to each new window first.
+        if (front_ != nullptr && front_->windowHandle()->isExposed()) {
+            takeInput(*front_);
         }
     });
 }

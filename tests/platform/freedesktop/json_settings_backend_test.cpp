@@ -186,6 +186,13 @@ TEST_F(JsonSettings, a_change_by_another_program_counts_at_the_next_read) {
     EXPECT_EQ(settings->read("playSounds"), std::nullopt);
 }
 
+TEST_F(JsonSettings, a_file_that_is_deleted_right_after_the_first_write_is_an_empty_store) {
+    const auto settings = open();
+    ASSERT_TRUE(settings->write("playSounds", false));
+    std::filesystem::remove(filePath());
+    EXPECT_EQ(settings->read("playSounds"), std::nullopt);
+}
+
 TEST_F(JsonSettings, the_handler_gets_every_key_that_changed_and_no_other) {
     writeFile(R"({"same": 1, "changed": 1, "removed": true})");
     const auto settings = open();

@@ -71,6 +71,17 @@ class Windows : public testing::Test {
         const auto windows = withRole(role);
         return windows.size() == 1 && active() == windows.front();
     }
+    /// Whether the window is the active one in the end, and not only on the way there.
+    bool staysActive(const std::string& role) {
+        using Clock = std::chrono::steady_clock;
+        auto since = Clock::now();
+        return runUntil([&] {
+            if (!isActive(role)) {
+                since = Clock::now();
+            }
+            return Clock::now() - since > std::chrono::milliseconds(300);
+        });
+    }
     /// The user goes to another program's window. Again and again, since the window manager may
     /// still have a request for one of ours before it.
     void goTo(desktop::TestWindow& other) {
@@ -107,7 +118,7 @@ class Windows : public testing::Test {
     platform::x11::WindowManagerClient windowManager_;
 };
 
-TEST_F(Windows, a_scene_opens_as_one_window_with_its_identifier_and_role) {
+TEST_F(Windows, a_scene_is_one_window_with_its_identifier_and_the_last_one_asked_for_is_in_front) {
     QtWindows windows = make();
     EXPECT_THAT(identifiers(windows), IsEmpty());
     windows.openScene("main");
@@ -118,12 +129,13 @@ TEST_F(Windows, a_scene_opens_as_one_window_with_its_identifier_and_role) {
     EXPECT_TRUE(runUntil([&] { return isActive("main"); }));
     EXPECT_TRUE(runUntil([&] { return withRole("permissions").size() == 1; }));
     EXPECT_EQ(withRole("main").size(), 1U);
+    EXPECT_TRUE(staysActive("main"));
 }
 
 TEST_F(Windows, a_closed_window_is_gone_and_its_scene_opens_anew) {
     QtWindows windows = make();
     windows.openScene("main");
-    ASSERT_TRUE(runUntil([&] { return isActive("main"); }));
+    ASSERT_TRUE(runUntil([&] { return QApplication::activeWindow() != nullptr; }));
     QPointer<QWidget> first = QApplication::activeWindow();
     const auto handle = windows.windows().front().handle;
     first->close();
