@@ -132,6 +132,14 @@ TEST_F(Windows, a_scene_is_one_window_with_its_identifier_and_the_last_one_asked
     EXPECT_TRUE(staysActive("main"));
 }
 
+TEST_F(Windows, of_two_scenes_that_open_together_the_later_one_is_in_front) {
+    QtWindows windows = make();
+    windows.openScene("main");
+    windows.openScene("permissions");
+    ASSERT_TRUE(runUntil([&] { return !withRole("main").empty(); }));
+    EXPECT_TRUE(staysActive("permissions"));
+}
+
 TEST_F(Windows, a_closed_window_is_gone_and_its_scene_opens_anew) {
     QtWindows windows = make();
     windows.openScene("main");
