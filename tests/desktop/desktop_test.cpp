@@ -35,6 +35,17 @@ TEST(Desktop, several_outputs_stand_where_they_were_asked_for) {
     EXPECT_EQ(screen.height, 1024);
 }
 
+TEST(Desktop, keys_reach_a_window_on_a_server_with_several_outputs) {
+    desktop::Desktop desktop({.outputs = {{0, 600, 1024, 768}, {100, 0, 800, 600}}});
+    desktop::TestWindow window(desktop.displayName(), {.x = 100, .y = 700});
+    window.focus();
+    desktop.input().chord({desktop::key::leftSuper, desktop::key::leftShift, desktop::key::digit1});
+    EXPECT_EQ(window.takeKeys(),
+              (std::vector<std::uint8_t>{desktop::key::leftSuper, desktop::key::leftShift,
+                                         desktop::key::digit1}));
+    EXPECT_EQ(desktop::readScreen(desktop.client()).height, 1368);
+}
+
 TEST(Desktop, a_compositor_can_come_and_go) {
     desktop::Desktop desktop({.compositor = desktop::Compositor::picom});
     desktop::TestWindow window(desktop.displayName(), {.x = 10, .y = 10});

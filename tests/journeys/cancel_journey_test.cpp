@@ -19,6 +19,7 @@ class Cancel : public testing::TestWithParam<desktop::Compositor> {
         window = std::make_unique<desktop::TestWindow>(
             session.desktop().displayName(), desktop::TestWindowOptions{.x = 200, .y = 150});
         window->focus();
+        session.waitUntilStill();
     }
     /// Nothing was captured, nothing is left, and the keys go to the window again.
     void expectNothingHappened(std::size_t mark, std::size_t closes) {

@@ -91,6 +91,7 @@ TEST_P(Displays, a_window_on_the_second_display_can_be_chosen) {
         session->desktop().displayName(),
         {.x = second.x + 150, .y = second.y + 120, .width = 300, .height = 200});
     window.focus();
+    session->waitUntilStill();
     const Area frame = window.frame();
     const Picture content = session->screen({window.place().x, window.place().y, 300, 200});
     session->openOverlay();

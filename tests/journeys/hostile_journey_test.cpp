@@ -188,6 +188,7 @@ TEST(MissingServices, without_a_window_manager_the_road_is_the_same) {
     session.start(SettingsWindow::leftOpen);
     desktop::TestWindow window(session.desktop().displayName(), {.x = 600, .y = 400});
     window.focus();
+    session.waitUntilStill();
     expectACapture(session);
     session.openOverlay();
     window.takeKeys();
@@ -205,6 +206,7 @@ TEST(MissingServices, without_a_window_manager_a_window_can_be_chosen) {
     session.start(SettingsWindow::leftOpen);
     desktop::TestWindow window(session.desktop().displayName(), {.x = 600, .y = 400});
     window.focus();
+    session.waitUntilStill();
     session.openOverlay();
     std::size_t before = session.mark();
     session.input().moveTo({700, 500});

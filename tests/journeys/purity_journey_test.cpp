@@ -20,6 +20,7 @@ class Purity : public testing::TestWithParam<desktop::Compositor> {
             session.desktop().displayName(),
             desktop::TestWindowOptions{.x = 500, .y = 300, .width = 240, .height = 180});
         window->focus();
+        session.waitUntilStill();
     }
     /// The overlay is seen, at `place`, before the selection ends: a picture taken now would be
     /// wrong.

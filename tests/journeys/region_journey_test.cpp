@@ -28,6 +28,7 @@ struct Scene {
             session.desktop().displayName(),
             desktop::TestWindowOptions{.x = 300, .y = 250, .width = 420, .height = 300, .seed = 3});
         front->focus();
+        session.waitUntilStill();
     }
     /// Drags, waits for the delivery and compares the picture with the screen's own content.
     void expectCapture(const Area& area, const std::function<void()>& drag) {

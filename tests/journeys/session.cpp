@@ -202,6 +202,14 @@ Picture Session::screen(const Area& area) {
     return desktop::readScreen(desktop_.client(), area.x, area.y, area.width, area.height);
 }
 
+void Session::waitUntilStill() {
+    desktop::require("A screen that stays as it is", [this] {
+        const Picture before = desktop::readScreen(desktop_.client());
+        return desktop::staysTrue([&] { return desktop::readScreen(desktop_.client()) == before; },
+                                  std::chrono::milliseconds(100));
+    });
+}
+
 std::filesystem::path Session::pictureFile(const std::string& name) {
     return std::filesystem::path(LUMAFRAME_PICTURE_DIRECTORY) / (name + ".png");
 }

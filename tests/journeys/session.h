@@ -85,6 +85,9 @@ class Session {
     /// The picture that the clipboard offers as image/png.
     desktop::Png clipboardPicture();
     [[nodiscard]] Picture screen(const Area& area);
+    /// Waits until the screen has not changed for a while: window managers repaint decorations some
+    /// time after the focus has moved.
+    void waitUntilStill();
     /// Where the journeys keep the pictures that people should look at.
     static std::filesystem::path pictureFile(const std::string& name);
 
