@@ -44,6 +44,8 @@ TEST(Desktop, keys_reach_a_window_on_a_server_with_several_outputs) {
               (std::vector<std::uint8_t>{desktop::key::leftSuper, desktop::key::leftShift,
                                          desktop::key::digit1}));
     EXPECT_EQ(desktop::readScreen(desktop.client()).height, 1368);
+    constexpr std::uint32_t superLeft = 0xffeb;
+    EXPECT_EQ(desktop.input().keyCodeOf(superLeft), desktop::key::leftSuper);
 }
 
 TEST(Desktop, a_compositor_can_come_and_go) {

@@ -130,20 +130,27 @@ void XServer::startDummy(const std::vector<Output>& outputs) {
     std::ofstream(configuration) << dummyConfiguration(outputs);
     startAndRead({"Xorg", "-config", configuration, "-logfile", directory_ / "xorg.log",
                   "-novtswitch", "-sharevts", "vt7", "-dpi", "96"});
+    // All at once: xrandr shifts every arrangement so that it begins at (0, 0).
+    std::vector<std::string> arrangement;
     for (std::size_t index = 0; index < outputs.size(); ++index) {
         const Output& output = outputs[index];
         const std::string name = "DUMMY" + std::to_string(index);
         if (index > 0) {
             configure({"--addmode", name, modeName(output)});
         }
-        std::vector<std::string> arguments{
-            "--output",       name,    "--mode",
-            modeName(output), "--pos", std::to_string(output.x) + "x" + std::to_string(output.y)};
+        arrangement.insert(arrangement.end(),
+                           {"--output", name, "--mode", modeName(output), "--pos",
+                            std::to_string(output.x) + "x" + std::to_string(output.y)});
         if (index == 0) {
-            arguments.emplace_back("--primary");
+            arrangement.emplace_back("--primary");
         }
-        configure(arguments);
     }
+    configure(arrangement);
+    // Without input devices the server takes key codes of before evdev, which no desktop has.
+    runToEnd({.command = {"setxkbmap", "-display", displayName_, "-rules", "evdev", "-model",
+                          "pc105", "-layout", "us"},
+              .environment = {{"PATH", "/usr/bin:/bin"}},
+              .outputFile = directory_ / "setxkbmap"});
 }
 
 void XServer::configure(const std::vector<std::string>& xrandrArguments) {

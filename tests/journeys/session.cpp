@@ -52,6 +52,9 @@ void Session::start(SettingsWindow window, const desktop::Environment& environme
             return settingsWindow.has_value();
         });
         closeWindow(*settingsWindow);
+        desktop::require("The empty desktop after the settings window", [this] {
+            return desktop::readScreen(desktop_.client()) == wallpaper_.picture();
+        });
     }
 }
 
@@ -117,11 +120,6 @@ void Session::closeWindow(xcb_window_t window) {
             }
         }
         return true;
-    });
-    // Until the desktop behind it is on the screen again.
-    desktop::require("The repainting after a closed window", [&] {
-        const auto& picture = wallpaper_.picture();
-        return desktop::readScreen(client, 0, 0, picture.width, picture.height) == picture;
     });
 }
 
