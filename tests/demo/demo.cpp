@@ -40,6 +40,8 @@ class Demonstration {
     void showWindows();
     void quit();
 
+    void showWindow(const std::string& role, const std::string& pictureName);
+    void clickTrayMenu(const std::string& label);
     void openOverlay(std::uint8_t digit);
     void drag(Place from, Place to, const std::string& midDragPicture);
     std::string waitForAnyLine(const std::set<std::string>& beginnings);
@@ -78,7 +80,18 @@ void Demonstration::startProgram() {
         << R"({"showNotifications": true, "saveOCRToDownloads": true})" << '\n';
     lumaframe_ = desktop_.start("lumaframe", {program_});
     waitForAnyLine({"✅ Event handler installed successfully"});
-    say("Lumaframe runs and has registered its shortcuts.");
+    showWindow("main", "settings-window.png");
+    // The shortcuts are registered several times around the start; a press between giving a
+    // shortcut back and taking it again would go elsewhere.
+    desktop::require("The end of the registrations", [this] {
+        return desktop::staysTrue(
+            [this, before = lumaframe_->outputLines().size()] {
+                return lumaframe_->outputLines().size() == before;
+            },
+            std::chrono::milliseconds(1000));
+    });
+    demo::closeWindow(desktop_.client(), demo::windowWithRole(desktop_.client(), "main"));
+    say("Lumaframe runs, has shown its settings window and registered its shortcuts.");
 }
 
 void Demonstration::captureRegion() {
@@ -96,11 +109,19 @@ void Demonstration::captureRegion() {
 }
 
 void Demonstration::captureWindow() {
-    desktop_.input().click(insideNotes);
+    scene_.activateNotes(insideNotes);
     openOverlay(key::digit1);
     desktop_.input().tap(key::space);
     waitForAnyLine({"🔵 toggleWindowMode() called"});
     desktop_.input().moveInSteps({insideNotes.x + 40, insideNotes.y + 40}, insideNotes);
+    // The list of windows is asked for when window mode begins, and comes a little later.
+    const auto pixel = [this] {
+        return desktop::readScreen(desktop_.client(), insideNotes.x, insideNotes.y, 1, 1);
+    };
+    desktop::require("The highlight of the window", [&] {
+        const desktop::Picture shown = pixel();
+        return (shown.at(0, 0) & 0xff) > (shown.at(0, 0) >> 16 & 0xff);
+    });
     keepPicture("overlay-window-mode.png", demo::readSettledScreen(desktop_.client()));
     desktop_.input().click(insideNotes);
     waitForAnyLine({"Window screenshot copied! ID: "});
@@ -125,28 +146,32 @@ void Demonstration::recognizeText() {
 }
 
 void Demonstration::showWindows() {
-    const auto show = [this](const std::string& role, const std::string& file) {
-        desktop::require("The opening of the window \"" + role + "\"", [&] {
-            return demo::windowWithRole(desktop_.client(), role) != XCB_WINDOW_NONE;
-        });
-        demo::readSettledScreen(desktop_.client());
-        const auto window = demo::windowWithRole(desktop_.client(), role);
-        keepPicture(file, demo::readWindow(desktop_.client(), window));
-    };
     const auto second = desktop_.start("second-start", {program_});
     if (second->waitForExit() != 0) {
         throw std::runtime_error("A second start did not end with status 0.");
     }
-    show("main", "settings-window.png");
-    const std::string item = desktop_.trayItems().at(0);
-    desktop_.bus({"menu-click", item.substr(0, item.find(' ')), "Settings..."});
-    show("permissions", "permissions-window.png");
+    showWindow("main", "settings-window.png");
+    clickTrayMenu("Settings...");
+    showWindow("permissions", "permissions-window.png");
     say("A second start showed the settings window, the tray menu the permissions window.");
 }
 
-void Demonstration::quit() {
+void Demonstration::showWindow(const std::string& role, const std::string& pictureName) {
+    desktop::require("The opening of the window \"" + role + "\"", [&] {
+        return demo::windowWithRole(desktop_.client(), role) != XCB_WINDOW_NONE;
+    });
+    demo::readSettledScreen(desktop_.client());
+    const auto window = demo::windowWithRole(desktop_.client(), role);
+    keepPicture(pictureName, demo::readWindow(desktop_.client(), window));
+}
+
+void Demonstration::clickTrayMenu(const std::string& label) {
     const std::string item = desktop_.trayItems().at(0);
-    desktop_.bus({"menu-click", item.substr(0, item.find(' ')), "Quit Lumaframe"});
+    desktop_.bus({"menu-click", item.substr(0, item.find(' ')), label});
+}
+
+void Demonstration::quit() {
+    clickTrayMenu("Quit Lumaframe");
     if (lumaframe_->waitForExit() != 0) {
         throw std::runtime_error("Lumaframe did not end with status 0 after Quit.");
     }

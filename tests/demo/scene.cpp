@@ -65,7 +65,7 @@ std::vector<xcb_window_t> managedWindows(const XClient& client) {
 
 Scene::Scene(desktop::Desktop& desktop) : desktop_(desktop) {
     paintBackground();
-    openText("Notes", "62x14+90+110", "#fffdf4/#26323c", notes);
+    notes_ = openText("Notes", "62x14+90+110", "#fffdf4/#26323c", notes);
     openText("Rain and sun", "38x12+700+420", "#1e2430/#d7e3f4", table);
 }
 
@@ -97,8 +97,8 @@ void Scene::paintBackground() {
     client.synchronize();
 }
 
-void Scene::openText(const std::string& title, const std::string& geometry,
-                     const std::string& colors, const std::string& text) {
+xcb_window_t Scene::openText(const std::string& title, const std::string& geometry,
+                             const std::string& colors, const std::string& text) {
     const auto file = desktop_.directory() / (title + ".txt");
     std::ofstream(file) << text;
     const auto slash = colors.find('/');
@@ -127,6 +127,14 @@ void Scene::openText(const std::string& title, const std::string& geometry,
     desktop::require("The opening of a window with text",
                      [&] { return managedWindows(client).size() > before; });
     readSettledScreen(client);
+    return managedWindows(client).back();
+}
+
+void Scene::activateNotes(desktop::Place placeInside) {
+    desktop_.input().click(placeInside);
+    const XClient& client = desktop_.client();
+    desktop::require("The activation of the window \"Notes\"",
+                     [&] { return client.value(client.root(), "_NET_ACTIVE_WINDOW") == notes_; });
 }
 
 xcb_window_t windowWithRole(const XClient& client, const std::string& part) {
@@ -137,6 +145,21 @@ xcb_window_t windowWithRole(const XClient& client, const std::string& part) {
         }
     }
     return XCB_WINDOW_NONE;
+}
+
+void closeWindow(const XClient& client, xcb_window_t window) {
+    xcb_client_message_event_t message{};
+    message.response_type = XCB_CLIENT_MESSAGE;
+    message.format = 32;
+    message.window = window;
+    message.type = client.atom("_NET_CLOSE_WINDOW");
+    xcb_send_event(client.get(), 0, client.root(),
+                   XCB_EVENT_MASK_SUBSTRUCTURE_NOTIFY | XCB_EVENT_MASK_SUBSTRUCTURE_REDIRECT,
+                   reinterpret_cast<const char*>(&message));
+    client.synchronize();
+    desktop::require("The closing of a window",
+                     [&] { return std::ranges::count(managedWindows(client), window) == 0; });
+    readSettledScreen(client);
 }
 
 desktop::Picture readWindow(const XClient& client, xcb_window_t window) {

@@ -17,17 +17,23 @@ class Scene {
     Scene(const Scene&) = delete;
     Scene& operator=(const Scene&) = delete;
 
+    /// Clicks into the window "Notes" and waits until it is the active one.
+    void activateNotes(desktop::Place placeInside);
+
   private:
     void paintBackground();
-    void openText(const std::string& title, const std::string& geometry, const std::string& colors,
-                  const std::string& text);
+    xcb_window_t openText(const std::string& title, const std::string& geometry,
+                          const std::string& colors, const std::string& text);
 
     desktop::Desktop& desktop_;
     std::vector<std::unique_ptr<desktop::Process>> programs_;
+    xcb_window_t notes_ = XCB_WINDOW_NONE;
 };
 
 /// The managed window whose role contains `part`, XCB_WINDOW_NONE when there is none.
 xcb_window_t windowWithRole(const desktop::XClient& client, const std::string& part);
+/// Asks the window manager to close the window, as its close button does; returns when it is gone.
+void closeWindow(const desktop::XClient& client, xcb_window_t window);
 /// What the screen shows of the window, its decoration included.
 desktop::Picture readWindow(const desktop::XClient& client, xcb_window_t window);
 /// The screen when it has stopped changing: two readings, 100 ms apart, are the same.
