@@ -118,6 +118,12 @@ TEST_P(Cancel, keys_reach_no_other_window_while_the_overlay_is_open) {
     EXPECT_THAT(window->takeKeys(), IsEmpty());
 }
 
+TEST_P(Cancel, the_window_in_front_keeps_the_focus_and_its_looks) {
+    session.openOverlay();
+    EXPECT_EQ(session.desktop().client().inputFocus(), window->id());
+    EXPECT_EQ(session.activeWindow(), window->id());
+}
+
 TEST_P(Cancel, nothing_is_drawn_before_the_first_drag) {
     const Picture screen = session.screen({0, 0, 1280, 800});
     session.openOverlay();

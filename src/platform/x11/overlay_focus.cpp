@@ -1,10 +1,12 @@
 #include "platform/x11/overlay_focus.h"
 
 #include <algorithm>
+#include <utility>
 
 namespace platform::x11 {
 
-OverlayFocus::OverlayFocus(Connection& connection) : connection_(connection) {}
+OverlayFocus::OverlayFocus(Connection& connection, IsNeeded isNeeded)
+    : connection_(connection), isNeeded_(std::move(isNeeded)) {}
 
 std::optional<OverlayFocus::Holder> OverlayFocus::holderOf(
     xcb_get_input_focus_cookie_t cookie) const {
@@ -21,6 +23,9 @@ bool OverlayFocus::isOurs(xcb_window_t window) const {
 }
 
 void OverlayFocus::take(xcb_window_t window) {
+    if (isNeeded_ && !isNeeded_()) {
+        return;
+    }
     const auto cookie = xcb_get_input_focus(connection_.get());
     // The moment of the shortcut would not do: the server ignores a request that is older than the
     // last change of the focus, which may be somebody's click that we never saw.

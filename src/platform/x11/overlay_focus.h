@@ -3,6 +3,7 @@
 #include <xcb/xcb.h>
 
 #include <cstdint>
+#include <functional>
 #include <optional>
 #include <vector>
 
@@ -13,12 +14,19 @@ namespace platform::x11 {
 /// The input focus of one opening of the overlay: taken for its windows, given back to whoever had
 /// it when the last of them goes, unless somebody else has taken it meanwhile. Main thread.
 ///
-/// The windows are none of the window manager's, which then leaves the focus where it is put.
+/// Taken only when it is needed: a window manager shows the window that loses it as inactive, and
+/// then a picture of the live screen is not what the person saw. Who holds the keyboard has every
+/// key without it. The windows are none of the window manager's, which then leaves the focus where
+/// it is put.
 class OverlayFocus {
   public:
-    explicit OverlayFocus(Connection& connection);
+    /// Whether keys would go to another program if the focus stayed where it is.
+    using IsNeeded = std::function<bool()>;
 
-    /// Gives the keys to a window that is mapped. One round trip.
+    /// `isNeeded` is asked for each window; an empty one stands for always.
+    OverlayFocus(Connection& connection, IsNeeded isNeeded);
+
+    /// Gives the keys to a window that is mapped, if it is needed. One round trip.
     void take(xcb_window_t window);
     /// The window is about to go.
     void release(xcb_window_t window);
@@ -33,6 +41,7 @@ class OverlayFocus {
     [[nodiscard]] bool isOurs(xcb_window_t window) const;
 
     Connection& connection_;
+    IsNeeded isNeeded_;
     /// Every window of this opening that was ever given the focus.
     std::vector<xcb_window_t> windows_;
     std::size_t openWindows_ = 0;

@@ -22,6 +22,8 @@ class X11KeyboardTap final : public overlay::KeyboardTap {
     X11KeyboardTap& operator=(const X11KeyboardTap&) = delete;
 
     base::Result<std::unique_ptr<overlay::EventTap>> create(Handler handler) override;
+    /// Whether `create` would succeed now. A round trip at most; changes nothing.
+    [[nodiscard]] bool isAvailable() const { return (*router_)->isKeyboardAvailable(); }
     /// When this object is destroyed first, `ready` is not called any more.
     void whenAvailable(std::chrono::milliseconds limit, std::function<void()> ready) override;
 

@@ -1,5 +1,7 @@
 #include "platform/x11/x11_overlay_surface_factory.h"
 
+#include <utility>
+
 #include "platform/x11/overlay_window.h"
 #include "platform/x11/x11_overlay_surface.h"
 
@@ -28,19 +30,21 @@ class GoneOverlaySurface final : public overlay::OverlaySurface {
 
 base::Result<std::unique_ptr<X11OverlaySurfaceFactory>> X11OverlaySurfaceFactory::create(
     Connection& connection, X11Displays& displays, X11Pointer& pointer, OverlayStage& stage,
-    TextRasterizer& textRasterizer) {
+    TextRasterizer& textRasterizer, OverlayFocus::IsNeeded isFocusNeeded) {
     const auto formats = RenderFormats::query(connection);
     if (!formats) {
         return formats.error();
     }
-    return std::unique_ptr<X11OverlaySurfaceFactory>(new X11OverlaySurfaceFactory(
-        connection, displays, pointer, stage, textRasterizer, formats.value()));
+    return std::unique_ptr<X11OverlaySurfaceFactory>(
+        new X11OverlaySurfaceFactory(connection, displays, pointer, stage, textRasterizer,
+                                     formats.value(), std::move(isFocusNeeded)));
 }
 
 X11OverlaySurfaceFactory::X11OverlaySurfaceFactory(Connection& connection, X11Displays& displays,
                                                    X11Pointer& pointer, OverlayStage& stage,
                                                    TextRasterizer& textRasterizer,
-                                                   const RenderFormats& formats)
+                                                   const RenderFormats& formats,
+                                                   OverlayFocus::IsNeeded isFocusNeeded)
     : services_{connection,
                 displays,
                 pointer,
@@ -48,7 +52,7 @@ X11OverlaySurfaceFactory::X11OverlaySurfaceFactory(Connection& connection, X11Di
                 textRasterizer,
                 formats,
                 xcb_generate_id(connection.get()),
-                OverlayFocus(connection),
+                OverlayFocus(connection, std::move(isFocusNeeded)),
                 OverlayStack(connection)} {
     xcb_create_colormap(connection.get(), XCB_COLORMAP_ALLOC_NONE, services_.colormap,
                         connection.root(), formats.argbVisual);

@@ -11,10 +11,11 @@ namespace platform::x11 {
 /// it, and it outlives its surfaces.
 class X11OverlaySurfaceFactory final : public overlay::OverlaySurfaceFactory {
   public:
-    /// Some round trips. Fails on a server that cannot blend.
+    /// Some round trips. Fails on a server that cannot blend. `isFocusNeeded` as OverlayFocus has
+    /// it.
     static base::Result<std::unique_ptr<X11OverlaySurfaceFactory>> create(
         Connection& connection, X11Displays& displays, X11Pointer& pointer, OverlayStage& stage,
-        TextRasterizer& textRasterizer);
+        TextRasterizer& textRasterizer, OverlayFocus::IsNeeded isFocusNeeded = {});
     ~X11OverlaySurfaceFactory() override;
     X11OverlaySurfaceFactory(const X11OverlaySurfaceFactory&) = delete;
     X11OverlaySurfaceFactory& operator=(const X11OverlaySurfaceFactory&) = delete;
@@ -28,7 +29,7 @@ class X11OverlaySurfaceFactory final : public overlay::OverlaySurfaceFactory {
   private:
     X11OverlaySurfaceFactory(Connection& connection, X11Displays& displays, X11Pointer& pointer,
                              OverlayStage& stage, TextRasterizer& textRasterizer,
-                             const RenderFormats& formats);
+                             const RenderFormats& formats, OverlayFocus::IsNeeded isFocusNeeded);
 
     SurfaceServices services_;
 };

@@ -176,6 +176,19 @@ TEST(OverlaySurface, the_focus_is_taken_and_given_back) {
     EXPECT_EQ(client.inputFocus(), window);
 }
 
+TEST(OverlaySurface, the_focus_stays_where_it_is_while_the_keyboard_can_be_held) {
+    Rig rig(withOpenbox());
+    auto& client = rig.desktop.client();
+    const xcb_window_t window = makeWindow(client, 10, 10);
+    ASSERT_TRUE(desktop::waitUntil([&] { return client.inputFocus() == window; }));
+    rig.isFocusNeeded = false;
+    RecordingInput input;
+    auto surface = rig.open(input);
+    EXPECT_EQ(client.inputFocus(), window);
+    surface->close();
+    EXPECT_EQ(client.inputFocus(), window);
+}
+
 TEST(OverlaySurface, a_focus_that_somebody_else_took_meanwhile_is_left_alone) {
     Rig rig(bare());
     auto& client = rig.desktop.client();

@@ -77,7 +77,8 @@ class Rig {
           pointer(*connection, displays),
           stage(*connection, queue),
           factory(std::move(platform::x11::X11OverlaySurfaceFactory::create(
-                                *connection, displays, pointer, stage, rasterizer)
+                                *connection, displays, pointer, stage, rasterizer,
+                                [this] { return isFocusNeeded; })
                                 .value())) {
         queue.allowLeftovers();
         errorWatch_ = connection->subscribe([this](const xcb_generic_event_t& event) {
@@ -134,6 +135,7 @@ class Rig {
         return count;
     }
 
+    bool isFocusNeeded = true;
     double scale;
     desktop::Desktop desktop;
     doubles::ManualMainQueue queue;
