@@ -11,7 +11,7 @@ namespace platform::png {
 namespace {
 
 /// Filtered bytes given to the compressor at a time: they stay in the second-level cache.
-constexpr std::size_t blockSize = 128 * 1024;
+constexpr std::size_t blockSize = std::size_t{128} * 1024;
 
 /// The filter is chosen by compressing this many strips of rows both ways: about 3 % of a band of a
 /// 4K picture, so that the trial costs about 1 ms.
@@ -66,7 +66,7 @@ BandCompressor::Filter BandCompressor::chooseFilter() {
     std::size_t up = 0;
     for (int strip = 0; strip < strips; ++strip) {
         // From the middle of each part of the band: the edges of a screen are often bare.
-        const auto middle = static_cast<std::int64_t>(count) * (2 * strip + 1) / (2 * strips);
+        const auto middle = static_cast<std::int64_t>(count) * (2L * strip + 1) / (2L * strips);
         const int first = range_.first + std::max(static_cast<int>(middle) - trialRows / 2, 0);
         const RowRange range{first, std::min(first + trialRows, range_.end)};
         plain += compressedSize(range, Filter::none);

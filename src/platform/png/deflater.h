@@ -33,7 +33,7 @@ class Deflater {
     /// are kept back until the next call.
     void compress(std::span<const std::uint8_t> input, Flush flush, const Sink& sink);
 
-    static constexpr std::size_t pieceSize = 64 * 1024;
+    static constexpr std::size_t pieceSize = std::size_t{64} * 1024;
 
   private:
     void give(const Sink& sink);

@@ -21,7 +21,7 @@ using File = std::vector<std::uint8_t>;
 /// A row of four bytes a pixel and its filter byte must not be longer than this.
 constexpr std::uint64_t largestRow = 0x7FFFFFFF;
 /// Below this many filtered bytes a second thread costs more than it saves.
-constexpr std::size_t smallestSharedWork = 512 * 1024;
+constexpr std::size_t smallestSharedWork = std::size_t{512} * 1024;
 
 std::optional<base::Error> problemOf(const base::Image& image) {
     if (image.isEmpty()) {
