@@ -1,13 +1,20 @@
 #include "base/log.h"
 
+#include <algorithm>
 #include <cstdio>
 #include <cstdlib>
+#include <iterator>
+
+#include "base/text.h"
 
 namespace base {
 
 void StandardOutputLog::line(std::string_view text) {
-    std::fwrite(text.data(), 1, text.size(), stdout);
-    std::fputc('\n', stdout);
+    std::string line;
+    line.reserve(text.size() + 1);
+    std::ranges::replace_copy_if(text, std::back_inserter(line), isControl, ' ');
+    line += '\n';
+    std::fwrite(line.data(), 1, line.size(), stdout);
     std::fflush(stdout);
 }
 

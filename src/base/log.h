@@ -16,7 +16,8 @@ class Log {
     virtual void line(std::string_view text) = 0;
 };
 
-/// Standard output, one flush per line, so that a reader sees each line as it happens.
+/// Standard output, one flush per line, so that a reader sees each line as it happens. Control
+/// characters become blanks: a path or a name from outside cannot make two lines of one.
 class StandardOutputLog final : public Log {
   public:
     void line(std::string_view text) override;

@@ -4,6 +4,7 @@
 #include <array>
 #include <cstdlib>
 
+#include "base/text.h"
 #include "platform/freedesktop/key_file.h"
 
 namespace platform::freedesktop {
@@ -11,10 +12,6 @@ namespace platform::freedesktop {
 namespace {
 
 constexpr const char* mainGroup = "Desktop Entry";
-
-bool isControl(char letter) {
-    return static_cast<unsigned char>(letter) < 0x20 || letter == 0x7F;
-}
 
 /// The value with its escapes (\s \n \t \r \\) undone; whatever would break the line is a blank.
 std::string oneLine(std::string_view value) {
@@ -24,7 +21,7 @@ std::string oneLine(std::string_view value) {
             ++index;
             text.push_back(value[index] == '\\' ? '\\' : ' ');
         } else {
-            text.push_back(isControl(value[index]) ? ' ' : value[index]);
+            text.push_back(base::isControl(value[index]) ? ' ' : value[index]);
         }
     }
     return text;
