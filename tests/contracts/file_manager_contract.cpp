@@ -57,6 +57,21 @@ TEST_P(FileManagerContract, a_folder_is_not_replaced_by_a_file) {
     EXPECT_TRUE(world_->manager().isReadable(path));
 }
 
+TEST_P(FileManagerContract, a_path_with_a_zero_byte_is_not_cut_off_there) {
+    const std::string path = world_->folder() + "/a";
+    const std::string longer = path + std::string("\0b.png", 6);
+    const base::Status written = world_->manager().write(longer, bytes("x"));
+    const base::Status writtenText = world_->manager().writeTextAtomically(longer, "x");
+    ASSERT_FALSE(written);
+    ASSERT_FALSE(writtenText);
+    EXPECT_EQ(written.error().kind, base::ErrorKind::invalid);
+    EXPECT_EQ(writtenText.error().kind, base::ErrorKind::invalid);
+    EXPECT_FALSE(written.error().sentence.empty());
+    EXPECT_FALSE(writtenText.error().sentence.empty());
+    EXPECT_EQ(world_->contents(path), "no file");
+    EXPECT_FALSE(world_->manager().isReadable(world_->folder() + std::string("\0b", 2)));
+}
+
 TEST_P(FileManagerContract, what_exists_is_readable_and_what_does_not_is_not) {
     const std::string path = world_->folder() + "/a.png";
     EXPECT_TRUE(world_->manager().isReadable(world_->folder()));

@@ -54,6 +54,9 @@ class FakeFileManager final : public base::FileManager, public Recorder {
         if (writeError) {
             return *writeError;
         }
+        if (path.find('\0') != std::string::npos) {
+            return base::Error{base::ErrorKind::invalid, "The path holds a zero byte."};
+        }
         const std::size_t slash = path.rfind('/');
         const std::string folder = slash == 0 ? "/" : path.substr(0, slash);
         if (slash == std::string::npos || !folders.contains(folder)) {

@@ -82,6 +82,10 @@ std::string parentOf(const std::string& path) {
     return slash == 0 ? "/" : path.substr(0, slash);
 }
 
+bool isWholePath(const std::string& path) {
+    return path.find('\0') == std::string::npos;
+}
+
 base::Error readError(const std::string& path, int errorNumber) {
     return {kindOf(errorNumber),
             "The file " + quotedName(path) + " couldn’t be read: " + reasonOf(errorNumber) + "."};

@@ -8,7 +8,6 @@
 
 #include <cerrno>
 #include <csignal>
-#include <cstdio>
 #include <ctime>
 
 #include "platform/freedesktop/file_errors.h"
@@ -105,6 +104,9 @@ FileHandle createBeside(const std::string& path, mode_t mode, std::string& name)
 }  // namespace
 
 base::Status writeInPlace(const std::string& path, std::span<const std::uint8_t> bytes) {
+    if (!isWholePath(path)) {
+        return writeError(path, EINVAL);
+    }
     const BrokenPipeGuard guard;
     constexpr int flags = O_WRONLY | O_CREAT | O_TRUNC | O_NONBLOCK | O_NOCTTY | O_CLOEXEC;
     FileHandle file(::open(path.c_str(), flags, 0666));
@@ -122,6 +124,9 @@ base::Status writeInPlace(const std::string& path, std::span<const std::uint8_t>
 }
 
 base::Status replaceFile(const std::string& path, std::string_view text, FileAccess access) {
+    if (!isWholePath(path)) {
+        return writeError(path, EINVAL);
+    }
     std::string temporary;
     const mode_t mode = access == FileAccess::ownerOnly ? 0600 : 0666;
     FileHandle file = createBeside(path, mode, temporary);

@@ -4,6 +4,7 @@
 
 #include <utility>
 
+#include "platform/freedesktop/file_errors.h"
 #include "platform/freedesktop/file_writing.h"
 
 namespace platform::freedesktop {
@@ -16,7 +17,7 @@ std::vector<std::string> XdgFileManager::downloadsDirectories() const {
 }
 
 bool XdgFileManager::isReadable(const std::string& path) const {
-    return ::access(path.c_str(), R_OK) == 0;
+    return isWholePath(path) && ::access(path.c_str(), R_OK) == 0;
 }
 
 base::Status XdgFileManager::write(const std::string& path, std::span<const std::uint8_t> bytes) {
