@@ -40,7 +40,7 @@ int main(int argc, char** argv) {
                                                            showInTray);
     const platform::x11::SystemTrayWatch systemTray(*connection, showInTray);
     const platform::qt::EventSource source(connection->fileDescriptor(),
-                                           [&] { connection->dispatchPendingEvents(); });
+                                           [&] { return connection->dispatchNextEvent(); });
     say("ready");
     return QApplication::exec();
 }

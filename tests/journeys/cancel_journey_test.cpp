@@ -2,6 +2,8 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <csignal>
+
 #include "journeys/session.h"
 
 namespace journeys {
@@ -69,6 +71,20 @@ TEST_P(Cancel, escape_in_the_middle_of_a_drag_captures_nothing) {
     input.releaseButton();
     expectNothingHappened(before, 1);
     EXPECT_TRUE(desktop::waitUntil([&] { return session.screen({0, 0, 1280, 800}) == screen; }));
+}
+
+TEST_P(Cancel, escape_counts_before_a_release_that_comes_right_behind_it) {
+    session.openOverlay();
+    const std::size_t before = session.mark();
+    input.moveTo({100, 100});
+    input.pressButton();
+    input.moveInSteps({100, 100}, {400, 300});
+    // A busy program finds both when it looks again.
+    session.program().signal(SIGSTOP);
+    input.tap(key::escape);
+    input.releaseButton();
+    session.program().signal(SIGCONT);
+    expectNothingHappened(before, 1);
 }
 
 TEST_P(Cancel, escape_in_window_mode_captures_nothing) {

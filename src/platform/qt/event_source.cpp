@@ -9,31 +9,53 @@ namespace platform::qt {
 
 class EventSource::Receiver {
   public:
-    Receiver(int fileDescriptor, std::function<void()> dispatch)
+    Receiver(int fileDescriptor, std::function<Dispatch()> dispatch)
         : dispatch_(std::move(dispatch)), notifier_(fileDescriptor, QSocketNotifier::Read) {
         QObject::connect(&notifier_, &QSocketNotifier::activated, &notifier_,
-                         [this] { dispatchOnce(); });
+                         [this] { dispatchUnlessBusy(); });
         QObject::connect(QAbstractEventDispatcher::instance(),
                          &QAbstractEventDispatcher::aboutToBlock, &notifier_,
-                         [this] { dispatchOnce(); });
+                         [this] { dispatchUnlessBusy(); });
     }
 
   private:
-    /// Somebody's loop inside a dispatch (a drag, a dialog of the system) must not enter it again.
-    void dispatchOnce() {
-        if (std::exchange(isDispatching_, true)) {
+    enum class State {
+        idle,
+        /// Somebody's loop inside a dispatch (a drag, a dialog of the system) must not enter it
+        /// again.
+        dispatching,
+        /// The next event waits behind what the last one has posted.
+        queued,
+    };
+
+    void dispatchUnlessBusy() {
+        if (state_ != State::idle) {
             return;
         }
-        dispatch_();
-        isDispatching_ = false;
+        state_ = State::dispatching;
+        switch (dispatch_()) {
+            case Dispatch::nothing:
+                state_ = State::idle;
+                break;
+            case Dispatch::done:
+                state_ = State::queued;
+                QMetaObject::invokeMethod(
+                    &notifier_, [this] { dispatchQueued(); }, Qt::QueuedConnection);
+                break;
+        }
     }
 
-    std::function<void()> dispatch_;
-    bool isDispatching_ = false;
+    void dispatchQueued() {
+        state_ = State::idle;
+        dispatchUnlessBusy();
+    }
+
+    std::function<Dispatch()> dispatch_;
+    State state_ = State::idle;
     QSocketNotifier notifier_;
 };
 
-EventSource::EventSource(int fileDescriptor, std::function<void()> dispatch)
+EventSource::EventSource(int fileDescriptor, std::function<Dispatch()> dispatch)
     : receiver_(std::make_unique<Receiver>(fileDescriptor, std::move(dispatch))) {}
 
 EventSource::~EventSource() = default;

@@ -3,6 +3,7 @@
 #include <functional>
 #include <memory>
 
+#include "platform/dispatch.h"
 #include "platform/file_descriptor_watch.h"
 
 namespace platform::qt {
@@ -11,9 +12,13 @@ namespace platform::qt {
 /// called when the descriptor is readable and each time before the loop goes to sleep, since a
 /// reply can have brought events along that the descriptor no longer shows. No timers. Main thread,
 /// between the making of the QCoreApplication and its end.
+///
+/// One event at a time: what it has posted to the main queue runs before the next one, however many
+/// have come while the program was busy. So a release after Escape finds the overlay closed.
 class EventSource {
   public:
-    EventSource(int fileDescriptor, std::function<void()> dispatch);
+    /// `dispatch` hands on one event, and says whether there was one.
+    EventSource(int fileDescriptor, std::function<Dispatch()> dispatch);
     ~EventSource();
     EventSource(const EventSource&) = delete;
     EventSource& operator=(const EventSource&) = delete;

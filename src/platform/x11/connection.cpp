@@ -108,20 +108,24 @@ void Connection::fetchEvents() {
     }
 }
 
-void Connection::dispatchPendingEvents() {
+Dispatch Connection::dispatchNextEvent() {
     fetchEvents();
-    while (!queue_.empty()) {
-        const Reply<xcb_generic_event_t> event = std::move(queue_.front());
-        queue_.pop_front();
-        if (!queue_.empty() && isMotionInSameWindow(*event, *queue_.front())) {
-            continue;
-        }
-        dispatch(*event);
+    Reply<xcb_generic_event_t> event;
+    do {
         if (queue_.empty()) {
-            fetchEvents();
+            return Dispatch::nothing;
         }
-    }
+        event = std::move(queue_.front());
+        queue_.pop_front();
+    } while (!queue_.empty() && isMotionInSameWindow(*event, *queue_.front()));
+    dispatch(*event);
     flush();
+    return Dispatch::done;
+}
+
+void Connection::dispatchPendingEvents() {
+    while (dispatchNextEvent() == Dispatch::done) {
+    }
 }
 
 void Connection::dispatch(const xcb_generic_event_t& event) {

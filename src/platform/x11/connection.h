@@ -12,6 +12,7 @@
 #include <string_view>
 
 #include "base/result.h"
+#include "platform/dispatch.h"
 
 namespace platform::x11 {
 
@@ -79,11 +80,13 @@ class Connection {
     [[nodiscard]] std::uint8_t firstEvent(xcb_extension_t& extension) const;
 
     /// Becomes readable when events arrive; replies can leave events behind that it does not show,
-    /// so the loop also calls `dispatchPendingEvents` before it sleeps.
+    /// so the loop also dispatches before it sleeps.
     [[nodiscard]] int fileDescriptor() const;
-    /// Hands every event that has arrived to the handlers, in the order of their subscription,
+    /// Hands the next event that has arrived to the handlers, in the order of their subscription,
     /// until one has consumed it. Of motions that follow each other in one window only the last is
     /// given.
+    Dispatch dispatchNextEvent();
+    /// Every event that has arrived, with nothing in between.
     void dispatchPendingEvents();
     void flush();
     /// Whether the server is gone.

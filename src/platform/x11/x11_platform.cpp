@@ -93,7 +93,7 @@ class X11Platform final : public RunningPlatform {
     int run() override { return QApplication::exec(); }
 
   private:
-    void dispatch();
+    Dispatch dispatch();
 
     Foundation foundation_;
     std::unique_ptr<Screen> screen_;
@@ -152,16 +152,17 @@ X11Platform::X11Platform(const StartOptions& options, Foundation foundation,
              .textRecognizer = textRecognizer_,
              .soundPlayer = soundPlayer_,
              .userNotifications = notifications_},
-      events_(foundation_.connection->fileDescriptor(), [this] { dispatch(); }) {}
+      events_(foundation_.connection->fileDescriptor(), [this] { return dispatch(); }) {}
 
-void X11Platform::dispatch() {
-    foundation_.connection->dispatchPendingEvents();
+Dispatch X11Platform::dispatch() {
+    const auto dispatched = foundation_.connection->dispatchNextEvent();
     if (foundation_.connection->isLost()) {
         std::fputs("The X server has ended the connection.\n", stderr);
         std::fflush(stderr);
         // Nothing that the toolkit would tidy up can be reached any more.
         std::_Exit(1);
     }
+    return dispatched;
 }
 
 Instance X11Platform::serve(Requests requests) {

@@ -5,12 +5,14 @@
 #include <unistd.h>
 
 #include <array>
+#include <string>
 
 #include "platform/qt/qt_main_queue.h"
 #include "platform/qt/qt_session.h"
 
 namespace {
 
+using platform::Dispatch;
 using platform::qt::EventSource;
 using qt_tests::QtSession;
 using qt_tests::runUntil;
@@ -47,7 +49,10 @@ class EventSourceTest : public testing::Test {
 
 TEST_F(EventSourceTest, what_arrives_at_the_descriptor_is_dispatched) {
     int received = 0;
-    const EventSource source(pipe_.readEnd(), [&] { received += pipe_.drain(); });
+    const EventSource source(pipe_.readEnd(), [&] {
+        received += pipe_.drain();
+        return Dispatch::nothing;
+    });
     pipe_.write();
     EXPECT_TRUE(runUntil([&] { return received == 1; }));
 }
@@ -55,7 +60,10 @@ TEST_F(EventSourceTest, what_arrives_at_the_descriptor_is_dispatched) {
 TEST_F(EventSourceTest,
        what_is_queued_without_the_descriptor_is_dispatched_before_the_loop_sleeps) {
     int queued = 1;
-    const EventSource source(pipe_.readEnd(), [&] { queued = 0; });
+    const EventSource source(pipe_.readEnd(), [&] {
+        queued = 0;
+        return Dispatch::nothing;
+    });
     EXPECT_TRUE(runUntil([&] { return queued == 0; }));
 }
 
@@ -68,8 +76,26 @@ TEST_F(EventSourceTest, a_task_posted_by_a_dispatch_before_the_sleep_still_runs)
             isPosted = true;
             queue.post([&] { hasRun = true; });
         }
+        return Dispatch::nothing;
     });
     EXPECT_TRUE(runUntil([&] { return hasRun; }));
+}
+
+TEST_F(EventSourceTest, what_an_event_has_posted_runs_before_the_next_event) {
+    platform::qt::QtMainQueue queue;
+    std::string order;
+    int events = 3;
+    const EventSource source(pipe_.readEnd(), [&] {
+        if (events == 0) {
+            return Dispatch::nothing;
+        }
+        --events;
+        order += 'e';
+        queue.post([&] { order += 't'; });
+        return Dispatch::done;
+    });
+    EXPECT_TRUE(runUntil([&] { return order.size() == 6; }));
+    EXPECT_EQ(order, "etetet");
 }
 
 TEST_F(EventSourceTest, a_dispatch_is_not_entered_again_from_within) {
@@ -83,6 +109,7 @@ TEST_F(EventSourceTest, a_dispatch_is_not_entered_again_from_within) {
             QCoreApplication::processEvents();
         }
         --depth;
+        return Dispatch::nothing;
     });
     EXPECT_TRUE(runUntil([&] { return count > 1; }));
     EXPECT_EQ(deepest, 1);
@@ -91,7 +118,10 @@ TEST_F(EventSourceTest, a_dispatch_is_not_entered_again_from_within) {
 TEST_F(EventSourceTest, nothing_is_dispatched_after_its_end) {
     int count = 0;
     {
-        const EventSource source(pipe_.readEnd(), [&] { ++count; });
+        const EventSource source(pipe_.readEnd(), [&] {
+            ++count;
+            return Dispatch::done;
+        });
     }
     pipe_.write();
     bool isOver = false;

@@ -26,7 +26,8 @@ class Windows : public testing::Test {
     Windows()
         : desktop_(QtSession::shared().desktop()),
           connection_(std::move(platform::x11::Connection::open().value())),
-          source_(connection_->fileDescriptor(), [this] { connection_->dispatchPendingEvents(); }),
+          source_(connection_->fileDescriptor(),
+                  [this] { return connection_->dispatchNextEvent(); }),
           windowManager_(*connection_) {}
 
     QtWindows make(QtWindows::HandOver handOver = {}) {
