@@ -2,7 +2,10 @@
 
 #include <sys/stat.h>
 
+#include <chrono>
 #include <cstdlib>
+
+#include "platform/bus_probe.h"
 
 namespace platform {
 
@@ -10,6 +13,8 @@ namespace {
 
 /// An address of a kind that no library knows how to connect to.
 constexpr const char* noBusAddress = "disabled:";
+/// A bus that the connection itself has to start needs a moment.
+constexpr std::chrono::seconds busPatience{3};
 
 std::string environmentValue(const char* name) {
     const char* value = std::getenv(name);
@@ -21,14 +26,15 @@ bool isSocket(const std::string& path) {
     return ::stat(path.c_str(), &status) == 0 && S_ISSOCK(status.st_mode);
 }
 
-/// The rule of the bus library: the variable, else the socket in the runtime directory.
-bool findSessionBus() {
+/// The rule of the bus library: the variable, else the socket in the runtime directory. Empty
+/// without a bus.
+std::string sessionBusAddress() {
     const std::string address = environmentValue("DBUS_SESSION_BUS_ADDRESS");
     if (!address.empty()) {
-        return address != noBusAddress;
+        return address == noBusAddress ? std::string() : address;
     }
-    const std::string runtimeDirectory = environmentValue("XDG_RUNTIME_DIR");
-    return runtimeDirectory.starts_with('/') && isSocket(runtimeDirectory + "/bus");
+    const std::string socket = environmentValue("XDG_RUNTIME_DIR") + "/bus";
+    return socket.starts_with('/') && isSocket(socket) ? "unix:path=" + socket : std::string();
 }
 
 }  // namespace
@@ -36,7 +42,7 @@ bool findSessionBus() {
 Session Session::fromEnvironment() {
     return {.xDisplay = environmentValue("DISPLAY"),
             .waylandDisplay = environmentValue("WAYLAND_DISPLAY"),
-            .hasSessionBus = findSessionBus(),
+            .hasSessionBus = !sessionBusAddress().empty(),
             .isStartedByBus = !environmentValue("DBUS_STARTER_ADDRESS").empty() &&
                               environmentValue("DBUS_STARTER_BUS_TYPE") == "session"};
 }
@@ -44,7 +50,7 @@ Session Session::fromEnvironment() {
 void settleEnvironment(const Session& session) {
     ::unsetenv("DBUS_STARTER_ADDRESS");
     ::unsetenv("DBUS_STARTER_BUS_TYPE");
-    if (!session.hasSessionBus) {
+    if (!session.hasSessionBus || !busAnswers(sessionBusAddress(), busPatience)) {
         ::setenv("DBUS_SESSION_BUS_ADDRESS", noBusAddress, 1);
     }
 }

@@ -20,8 +20,8 @@ struct Session {
 };
 
 /// Prepares the environment for the libraries and for what this process starts: the marks of a
-/// start by the bus are taken out, and without a session bus its address is set to one that is
-/// refused at once. Before other threads exist.
+/// start by the bus are taken out, and without a session bus that answers its address is set to one
+/// that is refused at once. Before other threads exist.
 void settleEnvironment(const Session& session);
 
 }  // namespace platform

@@ -54,6 +54,12 @@ TEST_F(SessionEnvironment, without_a_bus_none_is_started_by_a_library) {
     EXPECT_FALSE(Session::fromEnvironment().hasSessionBus);
 }
 
+TEST_F(SessionEnvironment, a_bus_that_does_not_answer_is_none) {
+    ::setenv("DBUS_SESSION_BUS_ADDRESS", "unix:path=/nonexistent/bus", 1);
+    platform::settleEnvironment(Session::fromEnvironment());
+    EXPECT_FALSE(Session::fromEnvironment().hasSessionBus);
+}
+
 TEST(UnavailableTextRecognizer, answers_with_the_reason) {
     platform::UnavailableTextRecognizer recognizer;
     const auto result = recognizer.recognize(base::Image());
