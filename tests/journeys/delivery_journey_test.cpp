@@ -137,7 +137,7 @@ TEST_F(Delivery, settings_are_read_at_each_capture) {
     settings["saveToDownloads"] = false;
     session.writeSettings(settings);
     // The file is watched, not polled: the change arrives a moment later.
-    desktop::require("The new setting to hold", [&] {
+    session.require("The new setting to hold", [&] {
         const std::size_t before = capture();
         session.waitForLine(line::regionCopied, before);
         return desktop::staysTrue([&] { return session.countSince(before, line::saved) == 0; },

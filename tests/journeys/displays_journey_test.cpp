@@ -72,7 +72,7 @@ TEST_P(Displays, dragging_on_one_leaves_the_other_undimmed_and_window_mode_dims_
     session->input().pressButton();
     session->input().moveInSteps({second.x + 200, second.y + 100},
                                  {second.x + 400, second.y + 300});
-    desktop::require("The dimming of the second display",
+    session->require("The dimming of the second display",
                      [&] { return session->screen(onSecond) != secondBefore; });
     EXPECT_EQ(session->screen(onFirst), firstBefore);
     const std::size_t before = session->mark();
@@ -99,7 +99,7 @@ TEST_P(Displays, a_window_on_the_second_display_can_be_chosen) {
     session->input().moveTo({window.place().x + 10, window.place().y + 10});
     session->input().tap(key::space);
     session->program().waitForLine(line::toggled, before);
-    desktop::require("The highlight", [&] {
+    session->require("The highlight", [&] {
         const auto shown = session->screen({window.place().x + 100, window.place().y + 100, 1, 1});
         return (shown.pixels[0] & 0xffU) >= 126U && shown.pixels[0] != content.at(100, 100);
     });

@@ -55,7 +55,7 @@ TEST(TakenKey, the_same_combination_for_both_shortcuts_is_refused_the_second_tim
     session.program().waitForLine("❌ Failed to register OCR shortcut. Status: -9878");
     session.program().waitForLine(line::becameActive);
     // Both later registrations: the screenshot shortcut still works.
-    desktop::require("The end of the start", [&] {
+    session.require("The end of the start", [&] {
         const std::size_t lines = session.mark();
         return desktop::staysTrue([&] { return session.mark() == lines; },
                                   std::chrono::milliseconds(350));
@@ -213,7 +213,7 @@ TEST(MissingServices, without_a_window_manager_a_window_can_be_chosen) {
     session.input().tap(key::space);
     session.program().waitForLine(line::toggled, before);
     const Picture plain = window.picture().cut(0, 0, 4, 4);
-    desktop::require("The highlight", [&] {
+    session.require("The highlight", [&] {
         const Picture shown = session.screen({600, 400, 4, 4});
         // The highlight is blue: its blue is far above what dimming alone leaves of any colour.
         return (shown.at(0, 0) & 0xffU) >= 127U && shown != plain;
@@ -238,7 +238,7 @@ TEST(ChangingDesktop, a_compositor_that_comes_or_goes_changes_only_how_the_overl
     session.start();
     expectACapture(session);
     session.desktop().startCompositor(desktop::Compositor::picom);
-    desktop::require("The wallpaper under the compositor", [&] {
+    session.require("The wallpaper under the compositor", [&] {
         return session.screen({0, 0, 1280, 800}) == session.wallpaper();
     });
     expectACapture(session);

@@ -25,14 +25,14 @@ class Purity : public testing::TestWithParam<desktop::Compositor> {
     /// The overlay is seen, at `place`, before the selection ends: a picture taken now would be
     /// wrong.
     void waitUntilSeen(Place place, const Picture& undisturbed) {
-        desktop::require("The overlay on the screen", [&] {
+        session.require("The overlay on the screen", [&] {
             return session.screen({place.x, place.y, 1, 1}).pixels[0] !=
                    undisturbed.at(place.x, place.y);
         });
     }
     void waitUntilGone(const Picture& undisturbed) {
         session.waitUntilClosed();
-        desktop::require("The screen as it was", [&] {
+        session.require("The screen as it was", [&] {
             return session.screen({0, 0, 1280, 800}) == undisturbed;
         });
     }
@@ -89,7 +89,7 @@ TEST_P(Purity, of_a_window_in_100_captures) {
         session.program().waitForLine(line::toggled, before);
         session.input().moveTo({521 + capture, 330 + capture});
         // The hovered window becomes blue over the dimming, so its pixels say both.
-        desktop::require("The highlight", [&] {
+        session.require("The highlight", [&] {
             return (session.screen({620, 390, 1, 1}).pixels[0] & 0xffU) >= 126U &&
                    session.screen({620, 390, 1, 1}).pixels[0] != screen.at(620, 390);
         });

@@ -18,7 +18,7 @@ class Rapid : public testing::TestWithParam<desktop::Compositor> {
         session.start();
     }
     void waitForDeliveries(std::size_t mark, std::size_t count) {
-        desktop::require("The delivery of every picture", [&] {
+        session.require("The delivery of every picture", [&] {
             return session.countSince(mark, line::regionCopied) >= count &&
                    session.countSince(mark, line::saved) >= count;
         });
@@ -29,7 +29,7 @@ class Rapid : public testing::TestWithParam<desktop::Compositor> {
         session.waitUntilClosed();
     }
     void waitForOpenings(std::size_t mark, std::size_t count) {
-        desktop::require("The opening of every overlay", [&] {
+        session.require("The opening of every overlay", [&] {
             return session.countSince(mark, line::showSelectionCalled) >= count;
         });
         session.waitUntilOpen();
@@ -85,7 +85,7 @@ TEST_P(Rapid, ten_presses_are_ten_openings_and_one_overlay) {
         [&] { return session.countSince(before, "🟡 HotKey event received! ID: 1") == 10; },
         std::chrono::milliseconds(200)));
     EXPECT_EQ(session.countSince(before, line::cursorSet), 10U);
-    desktop::require("One overlay to be left", [&] { return session.overlayWindows() == 1; });
+    session.require("One overlay to be left", [&] { return session.overlayWindows() == 1; });
     input.drag({100, 110}, {400, 310});
     waitForDeliveries(before, 1);
     EXPECT_EQ(difference(expected, session.clipboardPicture().picture), "equal");
@@ -125,8 +125,8 @@ TEST_P(Rapid, the_other_shortcut_while_open_changes_the_mode) {
     const std::size_t before = session.mark();
     session.openOverlay();
     session.pressRecognitionShortcut();
-    desktop::require("The second opening",
-                     [&] { return session.countSince(before, line::cursorSet) == 2; });
+    session.require("The second opening",
+                    [&] { return session.countSince(before, line::cursorSet) == 2; });
     EXPECT_EQ(session.countSince(before, "Cmd+Shift+2 pressed - OCR Mode"), 1U);
     session.waitUntilOpen();
     input.tap(key::escape);
@@ -168,7 +168,7 @@ TEST(RapidUnderAStoppedCompositor,
     session.waitUntilOpen();
     session.input().drag({600, 300}, {800, 500});
     session.desktop().compositor().signal(SIGCONT);
-    desktop::require("Both deliveries", [&] {
+    session.require("Both deliveries", [&] {
         return session.countSince(before, line::regionCopied) == 2 &&
                session.countSince(before, line::saved) == 2;
     });

@@ -153,12 +153,12 @@ void Session::openOverlay() {
 }
 
 void Session::waitUntilOpen() {
-    desktop::require("The opening of the overlay",
-                     [this] { return overlayWindows() == options_.outputs.size(); });
+    require("The opening of the overlay",
+            [this] { return overlayWindows() == options_.outputs.size(); });
 }
 
 void Session::waitUntilClosed() {
-    desktop::require("The closing of the overlay", [this] { return !isOpen(); });
+    require("The closing of the overlay", [this] { return !isOpen(); });
 }
 
 std::vector<std::string> Session::linesSince(std::size_t mark) const {
@@ -172,6 +172,17 @@ std::size_t Session::countSince(std::size_t mark, const std::string& prefix) con
     return static_cast<std::size_t>(
         std::count_if(lines.begin(), lines.end(),
                       [&](const std::string& text) { return text.starts_with(prefix); }));
+}
+
+void Session::require(const std::string& what, const std::function<bool()>& condition) const {
+    if (desktop::waitUntil(condition)) {
+        return;
+    }
+    std::string message = what + " did not happen in time. The program printed:\n";
+    for (const std::string& text : program_->outputLines()) {
+        message += "    " + text + "\n";
+    }
+    throw std::runtime_error(message);
 }
 
 std::string Session::waitForLine(const std::string& prefix, std::size_t mark) {

@@ -77,6 +77,8 @@ class Session {
     [[nodiscard]] std::vector<std::string> linesSince(std::size_t mark) const;
     /// How many lines since `mark` begin with `prefix`.
     [[nodiscard]] std::size_t countSince(std::size_t mark, const std::string& prefix) const;
+    /// As desktop::require, with the program's log in the message when it does not happen.
+    void require(const std::string& what, const std::function<bool()>& condition) const;
     /// Waits for a line that begins with `prefix` and gives what follows it.
     std::string waitForLine(const std::string& prefix, std::size_t mark);
 

@@ -64,8 +64,8 @@ class WindowCapture : public testing::TestWithParam<desktop::Compositor> {
         const std::uint32_t original = window.picture().at(inside.x, inside.y);
         session.input().moveTo({at.x - 5, at.y - 5});
         session.input().moveTo(at);
-        desktop::require("The highlight of the hovered window",
-                         [&] { return isHighlighted(pixel(at), original); });
+        session.require("The highlight of the hovered window",
+                        [&] { return isHighlighted(pixel(at), original); });
     }
     void openInWindowMode() {
         session.openOverlay();
@@ -168,7 +168,7 @@ TEST_P(WindowCapture, a_window_50_wide_is_never_offered_and_one_51_wide_is) {
 TEST_P(WindowCapture, a_click_with_nothing_hovered_captures_nothing_and_closes) {
     session.input().moveTo({1200, 60});
     openInWindowMode();
-    desktop::require("The dimming", [&] {
+    session.require("The dimming", [&] {
         return isDimmed(pixel({20, 700}), session.wallpaper().at(20, 700));
     });
     const std::size_t before = session.mark();
@@ -202,8 +202,8 @@ TEST_P(WindowCapture, an_occluded_window_is_taken_whole_under_a_compositor) {
     openInWindowMode();
     const Place free{left->place().x + 20, left->place().y + 20};
     session.input().moveTo(free);
-    desktop::require("The highlight",
-                     [&] { return isHighlighted(pixel(free), left->picture().at(20, 20)); });
+    session.require("The highlight",
+                    [&] { return isHighlighted(pixel(free), left->picture().at(20, 20)); });
     EXPECT_EQ(difference(expected, clickAndRead(*left).picture), "equal");
 }
 
