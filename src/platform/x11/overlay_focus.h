@@ -3,7 +3,6 @@
 #include <xcb/xcb.h>
 
 #include <cstdint>
-#include <functional>
 #include <optional>
 #include <vector>
 
@@ -14,20 +13,18 @@ namespace platform::x11 {
 /// The input focus of one opening of the overlay: taken for its windows, given back to whoever had
 /// it when the last of them goes, unless somebody else has taken it meanwhile. Main thread.
 ///
-/// Taken only when it is needed: a window manager shows the window that loses it as inactive, and
-/// then a picture of the live screen is not what the person saw. Who holds the keyboard has every
-/// key without it. The windows are none of the window manager's, which then leaves the focus where
-/// it is put.
+/// Taken only when the keyboard could not be held: a window manager shows the window that loses the
+/// focus as inactive, and then a picture of the live screen is not what the person saw. Who holds
+/// the keyboard has every key without it. The windows are none of the window manager's, which then
+/// leaves the focus where it is put.
 class OverlayFocus {
   public:
-    /// Whether keys would go to another program if the focus stayed where it is.
-    using IsNeeded = std::function<bool()>;
+    explicit OverlayFocus(Connection& connection);
 
-    /// `isNeeded` is asked for each window; an empty one stands for always.
-    OverlayFocus(Connection& connection, IsNeeded isNeeded);
-
-    /// Gives the keys to a window that is mapped, if it is needed. One round trip.
-    void take(xcb_window_t window);
+    /// A window that is mapped is the one for the keys from here on.
+    void makeKey(xcb_window_t window);
+    /// Gives the focus to the window that was made key last; nothing without one. One round trip.
+    void take();
     /// The window is about to go.
     void release(xcb_window_t window);
 
@@ -41,10 +38,10 @@ class OverlayFocus {
     [[nodiscard]] bool isOurs(xcb_window_t window) const;
 
     Connection& connection_;
-    IsNeeded isNeeded_;
-    /// Every window of this opening that was ever given the focus.
+    /// Every window of this opening, the one made key last at the end.
     std::vector<xcb_window_t> windows_;
     std::size_t openWindows_ = 0;
+    /// Who had the focus before it was taken.
     std::optional<Holder> previous_;
 };
 

@@ -37,6 +37,9 @@ X11KeyboardTap::~X11KeyboardTap() = default;
 base::Result<std::unique_ptr<overlay::EventTap>> X11KeyboardTap::create(Handler handler) {
     auto tap = (*router_)->addTap(std::move(handler));
     if (!tap) {
+        if (onRefused_) {
+            onRefused_();
+        }
         return tap.error();
     }
     return std::unique_ptr<overlay::EventTap>(std::make_unique<X11EventTap>(router_, tap.value()));

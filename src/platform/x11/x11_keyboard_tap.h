@@ -1,6 +1,8 @@
 #pragma once
 
+#include <functional>
 #include <memory>
+#include <utility>
 
 #include "base/main_queue.h"
 #include "overlay/keyboard_tap.h"
@@ -22,8 +24,9 @@ class X11KeyboardTap final : public overlay::KeyboardTap {
     X11KeyboardTap& operator=(const X11KeyboardTap&) = delete;
 
     base::Result<std::unique_ptr<overlay::EventTap>> create(Handler handler) override;
-    /// Whether `create` would succeed now. A round trip at most; changes nothing.
-    [[nodiscard]] bool isAvailable() const { return (*router_)->isKeyboardAvailable(); }
+    /// `listener` is called each time when `create` fails because another program holds the
+    /// keyboard.
+    void onRefused(std::function<void()> listener) { onRefused_ = std::move(listener); }
     /// When this object is destroyed first, `ready` is not called any more.
     void whenAvailable(std::chrono::milliseconds limit, std::function<void()> ready) override;
 
@@ -31,6 +34,7 @@ class X11KeyboardTap final : public overlay::KeyboardTap {
     void tryAgain(std::chrono::milliseconds remaining, std::function<void()> ready);
 
     base::MainQueue& mainQueue_;
+    std::function<void()> onRefused_;
     /// Held by this object alone, looked at by its taps and delayed tries.
     std::shared_ptr<KeyRouter*> router_;
 };

@@ -79,7 +79,7 @@ void X11OverlaySurface::makeKeyAndOrderFront() {
         case State::closed:
             return;
     }
-    services_.focus.take(window_);
+    services_.focus.makeKey(window_);
     services_.connection.flush();
 }
 

@@ -1,7 +1,5 @@
 #include "platform/x11/x11_overlay_surface_factory.h"
 
-#include <utility>
-
 #include "platform/x11/overlay_window.h"
 #include "platform/x11/x11_overlay_surface.h"
 
@@ -30,21 +28,19 @@ class GoneOverlaySurface final : public overlay::OverlaySurface {
 
 base::Result<std::unique_ptr<X11OverlaySurfaceFactory>> X11OverlaySurfaceFactory::create(
     Connection& connection, X11Displays& displays, X11Pointer& pointer, OverlayStage& stage,
-    TextRasterizer& textRasterizer, OverlayFocus::IsNeeded isFocusNeeded) {
+    TextRasterizer& textRasterizer) {
     const auto formats = RenderFormats::query(connection);
     if (!formats) {
         return formats.error();
     }
-    return std::unique_ptr<X11OverlaySurfaceFactory>(
-        new X11OverlaySurfaceFactory(connection, displays, pointer, stage, textRasterizer,
-                                     formats.value(), std::move(isFocusNeeded)));
+    return std::unique_ptr<X11OverlaySurfaceFactory>(new X11OverlaySurfaceFactory(
+        connection, displays, pointer, stage, textRasterizer, formats.value()));
 }
 
 X11OverlaySurfaceFactory::X11OverlaySurfaceFactory(Connection& connection, X11Displays& displays,
                                                    X11Pointer& pointer, OverlayStage& stage,
                                                    TextRasterizer& textRasterizer,
-                                                   const RenderFormats& formats,
-                                                   OverlayFocus::IsNeeded isFocusNeeded)
+                                                   const RenderFormats& formats)
     : services_{connection,
                 displays,
                 pointer,
@@ -52,7 +48,7 @@ X11OverlaySurfaceFactory::X11OverlaySurfaceFactory(Connection& connection, X11Di
                 textRasterizer,
                 formats,
                 xcb_generate_id(connection.get()),
-                OverlayFocus(connection, std::move(isFocusNeeded)),
+                OverlayFocus(connection),
                 OverlayStack(connection)} {
     xcb_create_colormap(connection.get(), XCB_COLORMAP_ALLOC_NONE, services_.colormap,
                         connection.root(), formats.argbVisual);

@@ -11,11 +11,10 @@ namespace platform::x11 {
 /// it, and it outlives its surfaces.
 class X11OverlaySurfaceFactory final : public overlay::OverlaySurfaceFactory {
   public:
-    /// Some round trips. Fails on a server that cannot blend. `isFocusNeeded` as OverlayFocus has
-    /// it.
+    /// Some round trips. Fails on a server that cannot blend.
     static base::Result<std::unique_ptr<X11OverlaySurfaceFactory>> create(
         Connection& connection, X11Displays& displays, X11Pointer& pointer, OverlayStage& stage,
-        TextRasterizer& textRasterizer, OverlayFocus::IsNeeded isFocusNeeded = {});
+        TextRasterizer& textRasterizer);
     ~X11OverlaySurfaceFactory() override;
     X11OverlaySurfaceFactory(const X11OverlaySurfaceFactory&) = delete;
     X11OverlaySurfaceFactory& operator=(const X11OverlaySurfaceFactory&) = delete;
@@ -26,10 +25,14 @@ class X11OverlaySurfaceFactory final : public overlay::OverlaySurfaceFactory {
         const base::Screen& screen, const overlay::PanelConfiguration& configuration,
         overlay::SurfaceInput& input) override;
 
+    /// The keyboard could not be held: the surface that was made key last gets the keys by the
+    /// input focus instead.
+    void takeFocus() { services_.focus.take(); }
+
   private:
     X11OverlaySurfaceFactory(Connection& connection, X11Displays& displays, X11Pointer& pointer,
                              OverlayStage& stage, TextRasterizer& textRasterizer,
-                             const RenderFormats& formats, OverlayFocus::IsNeeded isFocusNeeded);
+                             const RenderFormats& formats);
 
     SurfaceServices services_;
 };

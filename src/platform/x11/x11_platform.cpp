@@ -226,12 +226,14 @@ base::Result<std::unique_ptr<RunningPlatform>> createX11Platform(const StartOpti
     }
     foundation.pasteboard = std::move(pasteboard.value());
     auto screen = std::make_unique<Screen>(*foundation.connection, *foundation.mainQueue);
-    auto surfaces = X11OverlaySurfaceFactory::create(
-        *foundation.connection, screen->displays, screen->pointer, screen->stage,
-        screen->textRasterizer, [&tap = foundation.keyboard->tap()] { return !tap.isAvailable(); });
+    auto surfaces =
+        X11OverlaySurfaceFactory::create(*foundation.connection, screen->displays, screen->pointer,
+                                         screen->stage, screen->textRasterizer);
     if (!surfaces) {
         return surfaces.error();
     }
+    foundation.keyboard->tap().onRefused(
+        [factory = surfaces.value().get()] { factory->takeFocus(); });
     return std::unique_ptr<RunningPlatform>(std::make_unique<X11Platform>(
         options, std::move(foundation), std::move(screen), std::move(surfaces.value())));
 }

@@ -181,7 +181,7 @@ TEST(OverlaySurface, the_focus_stays_where_it_is_while_the_keyboard_can_be_held)
     auto& client = rig.desktop.client();
     const xcb_window_t window = makeWindow(client, 10, 10);
     ASSERT_TRUE(desktop::waitUntil([&] { return client.inputFocus() == window; }));
-    rig.isFocusNeeded = false;
+    rig.keyboard = Rig::Keyboard::ours;
     RecordingInput input;
     auto surface = rig.open(input);
     EXPECT_EQ(client.inputFocus(), window);

@@ -77,8 +77,7 @@ class Rig {
           pointer(*connection, displays),
           stage(*connection, queue),
           factory(std::move(platform::x11::X11OverlaySurfaceFactory::create(
-                                *connection, displays, pointer, stage, rasterizer,
-                                [this] { return isFocusNeeded; })
+                                *connection, displays, pointer, stage, rasterizer)
                                 .value())) {
         queue.allowLeftovers();
         errorWatch_ = connection->subscribe([this](const xcb_generic_event_t& event) {
@@ -110,6 +109,9 @@ class Rig {
     std::unique_ptr<overlay::OverlaySurface> open(RecordingInput& input, std::size_t display = 0) {
         auto surface = factory->create(displays.screens().at(display), {}, input);
         surface->makeKeyAndOrderFront();
+        if (keyboard == Keyboard::heldByAnother) {
+            factory->takeFocus();
+        }
         settle();
         return surface;
     }
@@ -135,7 +137,7 @@ class Rig {
         return count;
     }
 
-    bool isFocusNeeded = true;
+    enum class Keyboard { heldByAnother, ours } keyboard = Keyboard::heldByAnother;
     double scale;
     desktop::Desktop desktop;
     doubles::ManualMainQueue queue;
