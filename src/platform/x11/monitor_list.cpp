@@ -74,7 +74,7 @@ std::vector<Monitor> MonitorReader::read() {
             break;
     }
     if (monitors.empty()) {
-        monitors.push_back(wholeScreen());
+        monitors = wholeScreen();
     }
     return mergeMirrored(std::move(monitors));
 }
@@ -147,13 +147,15 @@ std::vector<Monitor> MonitorReader::readControllers() {
     return monitors;
 }
 
-Monitor MonitorReader::wholeScreen() const {
-    const auto& screen = connection_.screen();
-    return {screen.root,
-            "screen",
-            {0, 0, screen.width_in_pixels, screen.height_in_pixels},
-            DisplayRole::primary,
-            0};
+std::vector<Monitor> MonitorReader::wholeScreen() const {
+    // Asked for: the connection only knows how large the screen was when the program started.
+    const Reply<xcb_get_geometry_reply_t> root(xcb_get_geometry_reply(
+        connection_.get(), xcb_get_geometry(connection_.get(), connection_.root()), nullptr));
+    if (!root) {
+        return {};
+    }
+    return {
+        {connection_.root(), "screen", {0, 0, root->width, root->height}, DisplayRole::primary, 0}};
 }
 
 std::vector<Monitor> mergeMirrored(std::vector<Monitor> monitors) {

@@ -39,7 +39,7 @@ class MonitorReader {
 
     [[nodiscard]] std::vector<Monitor> readMonitors();
     [[nodiscard]] std::vector<Monitor> readControllers();
-    [[nodiscard]] Monitor wholeScreen() const;
+    [[nodiscard]] std::vector<Monitor> wholeScreen() const;
     [[nodiscard]] const std::string& nameOf(xcb_atom_t atom);
 
     Connection& connection_;

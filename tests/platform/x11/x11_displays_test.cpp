@@ -160,6 +160,15 @@ TEST(X11Displays, a_change_that_was_queued_before_the_end_of_the_displays_is_for
     queue.runAll();
 }
 
+TEST(X11Displays, without_any_monitor_the_screen_as_it_is_now_is_one_display) {
+    DisplaysRig rig({{0, 0, 1024, 768}, {1024, 0, 800, 600}});
+    rig.desktop.server().configure(
+        {"--output", "DUMMY0", "--off", "--output", "DUMMY1", "--off", "--fb", "900x700"});
+    ASSERT_EQ(rig.displays.screens().size(), 1U);
+    EXPECT_EQ(rig.displays.screens()[0].frame, (Rect{{0, 0}, {900, 700}}));
+    rig.turn();
+}
+
 TEST(X11Displays, mirrored_outputs_are_one_display) {
     DisplaysRig rig({{0, 0, 1024, 768}, {0, 0, 1024, 768}});
     ASSERT_EQ(rig.displays.screens().size(), 1U);
