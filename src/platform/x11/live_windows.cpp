@@ -49,7 +49,8 @@ LiveWindows::~LiveWindows() {
 }
 
 bool LiveWindows::isClearing(const Window& window) {
-    return window.trace == Trace::clearedOnce || window.trace == Trace::clearedTwice;
+    return window.trace == Trace::unmapped || window.trace == Trace::clearedOnce ||
+           window.trace == Trace::clearedTwice;
 }
 
 LiveWindows::Window* LiveWindows::find(xcb_window_t window) {
@@ -107,6 +108,7 @@ bool LiveWindows::isClear(const Window& window, const NativeRect& region) {
         case Trace::outsideOfArea:
             return holdsAll(window.area, common);
         case Trace::painted:
+        case Trace::unmapped:
         case Trace::clearedOnce:
         case Trace::clearedTwice:
             break;
@@ -158,25 +160,24 @@ void LiveWindows::advance() {
 }
 
 void LiveWindows::beginClearing(Window& window, const NativeRect& area) {
-    if (!isCompositorRunning(connection_)) {
-        // It went away while the overlay was up, and nobody blends a cleared window any more.
-        xcb_unmap_window(connection_.get(), window.id);
-        window.trace = Trace::none;
-        return;
-    }
-    if (!watch_) {
-        watch_ = std::make_unique<DamageWatch>(
-            connection_, [this](const NativeRect& rect, std::uint32_t sequence) {
-                notePainting(rect, sequence);
-            });
-    }
-    const auto& screen = connection_.screen();
-    window.trace = Trace::clearedOnce;
-    window.area = area;
-    window.pending =
-        NativeRegion(intersection(area, {0, 0, screen.width_in_pixels, screen.height_in_pixels}));
     window.clearNumber = nextClearNumber_++;
-    window.clearing = clear(window, area);
+    if (isCompositorRunning(connection_)) {
+        if (!watch_) {
+            watch_ = std::make_unique<DamageWatch>(
+                connection_, [this](const NativeRect& rect, std::uint32_t sequence) {
+                    notePainting(rect, sequence);
+                });
+        }
+        window.trace = Trace::clearedOnce;
+        window.area = area;
+        window.pending = NativeRegion(area);
+        window.clearing = clear(window, area);
+    } else {
+        // It went away while the overlay was up, and nobody blends a cleared window any more.
+        window.trace = Trace::unmapped;
+        window.area = window.frame;
+        xcb_unmap_window(connection_.get(), window.id);
+    }
     mainQueue_.postAfter(repaintLimit,
                          alive_.guard([this, number = window.clearNumber] { giveUp(number); }));
 }
@@ -191,7 +192,8 @@ xcb_void_cookie_t LiveWindows::clear(const Window& window, const NativeRect& are
 void LiveWindows::notePainting(const NativeRect& rect, std::uint32_t sequence) {
     bool isAnyDone = false;
     for (Window& window : windows_) {
-        if (!isClearing(window) || !DamageWatch::isAfter(sequence, window.clearing)) {
+        if (!isClearing(window) || window.trace == Trace::unmapped ||
+            !DamageWatch::isAfter(sequence, window.clearing)) {
             continue;
         }
         window.pending.subtract(rect);

@@ -46,6 +46,9 @@ class LiveWindows {
     enum class Trace {
         none,
         painted,
+        /// The windows below have not had the time to repaint what it covered, which no event
+        /// tells.
+        unmapped,
         /// `area` is cleared, the compositor has not painted all of it since.
         clearedOnce,
         /// The corners of `area` are cleared once more, the compositor has not painted both since.

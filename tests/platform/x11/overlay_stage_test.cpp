@@ -10,102 +10,20 @@
 #include <thread>
 #include <vector>
 
-#include "platform/x11/x11_overlay_stage.h"
-#include "x11_rig.h"
+#include "overlay_stage_rig.h"
 
 namespace {
 
 using platform::x11::Connection;
-using platform::x11::NativeRect;
 using platform::x11::PaintPermission;
 using platform::x11::StageMode;
 using platform::x11::X11OverlayStage;
+using tests::display;
+using tests::gray;
+using tests::overlayColor;
+using tests::OverlayStageRig;
 using tests::PixelDepth;
-
-constexpr NativeRect display{0, 0, 800, 600};
-constexpr NativeRect region{100, 100, 400, 300};
-constexpr std::uint32_t gray = 0xff808080;
-constexpr std::uint32_t darkest = 0x40;
-constexpr std::uint32_t overlayColor = 0xffff00ff;
-
-/// A gray screen with an overlay in a colour that a gray screen never has.
-class OverlayStageRig {
-  public:
-    explicit OverlayStageRig(desktop::Compositor compositor)
-        : desktop_({.outputs = {{0, 0, display.width, display.height}},
-                    .windowManager = desktop::WindowManager::none,
-                    .compositor = compositor}),
-          connection_(tests::connectTo(desktop_)),
-          stage_(*connection_, queue_) {
-        queue_.allowLeftovers();
-        if (compositor != desktop::Compositor::none) {
-            tests::awaitBlending(desktop_);
-        }
-        below_ = tests::makeWindow(desktop_.client().get(), {.frame = display, .background = gray});
-        awaitPixel(gray);
-    }
-
-    [[nodiscard]] X11OverlayStage& stage() { return stage_; }
-    [[nodiscard]] doubles::ManualMainQueue& queue() { return queue_; }
-    [[nodiscard]] Connection& connection() { return *connection_; }
-    [[nodiscard]] desktop::Desktop& desktop() { return desktop_; }
-    [[nodiscard]] xcb_window_t below() const { return below_; }
-
-    xcb_window_t openLive() {
-        const xcb_window_t window = tests::makeWindow(
-            connection_->get(), {.frame = display, .depth = PixelDepth::withAlpha});
-        stage_.windowMapped(window, display, nullptr);
-        return window;
-    }
-    PaintPermission paint(xcb_window_t window) {
-        const PaintPermission permission = stage_.requestPaint(window);
-        if (permission == PaintPermission::granted) {
-            tests::fill(connection_->get(), window, display, overlayColor);
-        }
-        return permission;
-    }
-    xcb_window_t openPainted() {
-        const xcb_window_t window = openLive();
-        EXPECT_EQ(paint(window), PaintPermission::granted);
-        awaitPixel(overlayColor);
-        return window;
-    }
-    bool runUntil(const std::function<bool()>& condition) {
-        return tests::runUntil(*connection_, queue_, condition);
-    }
-    bool awaitGone(xcb_window_t window) {
-        return runUntil([&] { return !stage_.holds(window); });
-    }
-    void awaitPixel(std::uint32_t color) {
-        EXPECT_TRUE(runUntil(
-            [&] { return desktop::readScreen(desktop_.client(), 5, 5, 1, 1).at(0, 0) == color; }));
-    }
-    /// How many pixels of `region` the window below never shows, read as the next thing that the
-    /// server does. It shows grays above `darkest`.
-    std::size_t overlayPixels() {
-        const auto picture =
-            desktop::readScreen(desktop_.client(), region.x, region.y, region.width, region.height);
-        return static_cast<std::size_t>(
-            std::count_if(picture.pixels.begin(), picture.pixels.end(), [](std::uint32_t pixel) {
-                const std::uint32_t level = pixel & 0xffU;
-                return level < darkest || pixel != (0xff000000U | level * 0x10101U);
-            }));
-    }
-    bool isViewable(xcb_window_t window) {
-        auto* const client = desktop_.client().get();
-        const desktop::Reply<xcb_get_window_attributes_reply_t> reply(
-            xcb_get_window_attributes_reply(client, xcb_get_window_attributes(client, window),
-                                            nullptr));
-        return reply && reply->map_state == XCB_MAP_STATE_VIEWABLE;
-    }
-
-  private:
-    desktop::Desktop desktop_;
-    std::unique_ptr<Connection> connection_;
-    doubles::ManualMainQueue queue_;
-    X11OverlayStage stage_;
-    xcb_window_t below_ = XCB_WINDOW_NONE;
-};
+using tests::region;
 
 enum class Order { closeFirst, captureFirst };
 
@@ -141,8 +59,8 @@ class BusyScreen {
     BusyScreen(const std::string& displayName, xcb_window_t window)
         : thread_([this, displayName, window] {
               const desktop::XClient client(displayName);
-              for (std::uint32_t level = darkest; !isOver_;
-                   level = level == 0xf0 ? darkest : level + 1) {
+              for (std::uint32_t level = tests::darkest; !isOver_;
+                   level = level == 0xf0 ? tests::darkest : level + 1) {
                   tests::fill(client.get(), window, display, level * 0x10101U);
                   client.synchronize();
               }
@@ -301,18 +219,6 @@ TEST(OverlayStage, nothing_is_called_after_its_end) {
     EXPECT_TRUE(rig.awaitGone(window));
     rig.queue().advance(std::chrono::seconds{1});
     EXPECT_EQ(calls, 0);
-}
-
-TEST(OverlayStage, a_compositor_that_ends_while_the_overlay_is_up_leaves_no_black_window) {
-    OverlayStageRig rig(desktop::Compositor::picom);
-    const xcb_window_t window = rig.openPainted();
-    rig.desktop().stopCompositor();
-    int calls = 0;
-    rig.stage().whenClear(region, [&] { ++calls; });
-    EXPECT_TRUE(rig.runUntil([&] { return calls == 1; }));
-    EXPECT_TRUE(rig.runUntil([&] { return !rig.isViewable(window); }));
-    rig.stage().windowClosed(window);
-    EXPECT_FALSE(rig.stage().holds(window));
 }
 
 TEST(OverlayStage, a_snapshot_keeps_what_the_overlay_covers) {
