@@ -1,0 +1,152 @@
+// Reads sets of pictures whose text is known and prints how much of it was right.
+//
+//   ocr [--texts FOLDER] [--pictures] [--no-command-line] SET...
+//
+//   --texts FOLDER      writes what was read to FOLDER/NAME.txt
+//   --pictures          a line for each picture that was not read perfectly
+//   --no-command-line   leaves out the tesseract command, which takes most of the time
+#include <cstdio>
+#include <fstream>
+#include <map>
+#include <string>
+
+#include "reading_run.h"
+#include "text_score.h"
+
+namespace {
+
+struct Options {
+    std::filesystem::path texts;
+    bool showsPictures = false;
+    bool runsCommandLine = true;
+    std::vector<std::filesystem::path> sets;
+};
+
+/// What one recogniser made of a set, as a whole and by kind of picture and by program.
+class Tally {
+  public:
+    void add(const bench::Sample& sample, const bench::TextScore& score,
+             const bench::Reading& reading) {
+        whole_ += score;
+        groups_[sample.category] += score;
+        programs_[sample.program] += score;
+        if (score.characters == 0) {
+            textFromNothing_ += score.wrongCharacters;
+        }
+        cpu_ += reading.cpu;
+        megapixels_ += reading.megapixels;
+    }
+
+    void print(const char* recognizer) const {
+        std::printf(
+            "%-24s CER %6.2f %%   exact lines %5.1f %%   CPU %6.0f ms/MP   "
+            "characters from pictures without text %ld\n",
+            recognizer, 100 * whole_.errorRate(), 100 * whole_.exactShare(), cpu_ / megapixels_,
+            textFromNothing_);
+    }
+
+    void printGroups() const {
+        for (const auto& [name, score] : groups_) {
+            printRow(name, score);
+        }
+        std::printf("  without one program:\n");
+        for (const auto& [name, score] : programs_) {
+            bench::TextScore rest = whole_;
+            rest.characters -= score.characters;
+            rest.wrongCharacters -= score.wrongCharacters;
+            rest.lines -= score.lines;
+            rest.exactLines -= score.exactLines;
+            printRow(name, rest);
+        }
+    }
+
+  private:
+    static void printRow(const std::string& name, const bench::TextScore& score) {
+        std::printf("  %-22s CER %6.2f %%   exact lines %5.1f %%   (%ld of %ld characters wrong)\n",
+                    name.c_str(), 100 * score.errorRate(), 100 * score.exactShare(),
+                    score.wrongCharacters, score.characters);
+    }
+
+    bench::TextScore whole_;
+    std::map<std::string, bench::TextScore> groups_;
+    std::map<std::string, bench::TextScore> programs_;
+    long textFromNothing_ = 0;
+    double cpu_ = 0;
+    double megapixels_ = 0;
+};
+
+int fail(const base::Error& error) {
+    std::fprintf(stderr, "%s\n", error.sentence.c_str());
+    return 1;
+}
+
+int readSet(const std::filesystem::path& folder, const Options& options) {
+    const auto samples = bench::loadSamples(folder);
+    if (!samples) {
+        return fail(samples.error());
+    }
+    bench::ReadingRun run;
+    Tally own;
+    Tally commandLine;
+    for (const bench::Sample& sample : samples.value()) {
+        const auto reading = run.read(sample);
+        if (!reading) {
+            return fail(reading.error());
+        }
+        const auto score = bench::scoreText(sample.truth, reading.value().text);
+        own.add(sample, score, reading.value());
+        if (!options.texts.empty()) {
+            std::ofstream(options.texts / (sample.name + ".txt")) << reading.value().text;
+        }
+        if (options.showsPictures && score.wrongCharacters > 0) {
+            std::printf("  %-14s %4ld of %4ld wrong, %ld of %ld lines, %.0f ms\n",
+                        sample.name.c_str(), score.wrongCharacters, score.characters,
+                        score.exactLines, score.lines, reading.value().cpu);
+        }
+        if (options.runsCommandLine) {
+            const auto other = bench::readWithCommandLine(sample);
+            if (!other) {
+                return fail(other.error());
+            }
+            commandLine.add(sample, bench::scoreText(sample.truth, other.value().text),
+                            other.value());
+        }
+    }
+    std::printf("%s\n", folder.c_str());
+    own.printGroups();
+    own.print("this program");
+    if (options.runsCommandLine) {
+        commandLine.print("tesseract command line");
+    }
+    return 0;
+}
+
+}  // namespace
+
+int main(int count, char** arguments) {
+    Options options;
+    for (int index = 1; index < count; ++index) {
+        const std::string argument = arguments[index];
+        if (argument == "--texts" && index + 1 < count) {
+            options.texts = arguments[++index];
+            std::filesystem::create_directories(options.texts);
+        } else if (argument == "--pictures") {
+            options.showsPictures = true;
+        } else if (argument == "--no-command-line") {
+            options.runsCommandLine = false;
+        } else {
+            options.sets.emplace_back(argument);
+        }
+    }
+    if (options.sets.empty()) {
+        std::fprintf(stderr,
+                     "Usage: ocr [--texts FOLDER] [--pictures] [--no-command-line] SET...\n");
+        return 2;
+    }
+    for (const auto& folder : options.sets) {
+        if (const int status = readSet(folder, options); status != 0) {
+            return status;
+        }
+    }
+    return 0;
+}

@@ -1,0 +1,36 @@
+#pragma once
+
+#include <map>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "base/result.h"
+#include "picture_set.h"
+#include "platform/tesseract/screen_text_reader.h"
+
+namespace bench {
+
+/// A reading and what it took.
+struct Reading {
+    std::string text;
+    /// Processor time, milliseconds.
+    double cpu = 0;
+    /// Of the picture.
+    double megapixels = 0;
+};
+
+/// Reads samples with the program's own recogniser, one engine kept for each list of languages.
+class ReadingRun {
+  public:
+    base::Result<Reading> read(const Sample& sample);
+
+  private:
+    std::map<std::vector<std::string>, std::unique_ptr<platform::tesseract::ScreenTextReader>>
+        readers_;
+};
+
+/// Reads a sample with the engine's command line and one thread.
+base::Result<Reading> readWithCommandLine(const Sample& sample);
+
+}  // namespace bench

@@ -1,0 +1,190 @@
+#include "platform/tesseract/background_model.h"
+
+#include <unordered_map>
+
+#include "platform/tesseract/connected_components.h"
+
+namespace platform::tesseract {
+
+namespace {
+
+constexpr int blockWidth = 8;
+constexpr int blockHeight = 5;
+/// Neighbours of one surface may differ this much in a channel: dithered and smooth gradients do.
+constexpr int surfaceTolerance = 2;
+/// Sum over the channels, for growing a surface pixel by pixel.
+constexpr int growthTolerance = 1;
+/// A flat patch smaller than this that does not reach the edge is the inside of a letter or a knob.
+constexpr int smallestSurface = 250;
+constexpr std::uint16_t farAway = 60000;
+/// Lines of text lie one above the other: what is beside a pixel says more than what is above it.
+constexpr int sidewaysCost = 2;
+constexpr int verticalCost = 3;
+
+}  // namespace
+
+BackgroundModel::BackgroundModel(const ColorPlane& page)
+    : flat_(page.width(), page.height()),
+      colors_(page.width(), page.height()),
+      distances_(page.width(), page.height(), farAway) {
+    markFlatBlocks(page);
+    dropSmallSurfaces();
+    for (int y = 0; y < page.height(); ++y) {
+        for (int x = 0; x < page.width(); ++x) {
+            if (flat_.at(x, y) != 0) {
+                colors_.at(x, y) = page.at(x, y);
+                distances_.at(x, y) = 0;
+                hasSurfaces_ = true;
+            }
+        }
+    }
+    if (hasSurfaces_) {
+        grow(page);
+        spread();
+    } else {
+        fillWithCommonestColor(page);
+    }
+}
+
+void BackgroundModel::markFlatBlocks(const ColorPlane& page) {
+    const int width = page.width();
+    const auto same = [](Color one, Color other) {
+        return largestDifference(one, other) <= surfaceTolerance;
+    };
+    std::vector<int> rowsBelow(static_cast<std::size_t>(width), 0);
+    for (int y = 0; y < page.height(); ++y) {
+        const Color* row = page.row(y);
+        int run = 0;
+        for (int x = 0; x < width; ++x) {
+            run = x > 0 && same(row[x], row[x - 1]) ? run + 1 : 1;
+            int& rows = rowsBelow[static_cast<std::size_t>(x)];
+            if (run < blockWidth) {
+                rows = 0;
+                continue;
+            }
+            rows = rows > 0 && same(row[x], page.at(x, y - 1)) ? rows + 1 : 1;
+            flat_.at(x, y) = rows >= blockHeight ? 1 : 0;
+        }
+    }
+    // So far only the lower right corner of each block is marked.
+    std::vector<int> rowsLeft(static_cast<std::size_t>(width), 0);
+    for (int y = page.height() - 1; y >= 0; --y) {
+        std::uint8_t* row = flat_.row(y);
+        int columnsLeft = 0;
+        for (int x = width - 1; x >= 0; --x) {
+            int& rows = rowsLeft[static_cast<std::size_t>(x)];
+            if (row[x] != 0) {
+                rows = blockHeight;
+            }
+            if (rows > 0) {
+                --rows;
+                columnsLeft = blockWidth;
+            }
+            if (columnsLeft > 0) {
+                --columnsLeft;
+                row[x] = 1;
+            }
+        }
+    }
+}
+
+void BackgroundModel::dropSmallSurfaces() {
+    const ConnectedComponents surfaces(flat_);
+    for (const Component& surface : surfaces.all()) {
+        const Box& box = surface.box;
+        const bool reachesEdge = box.left == 0 || box.top == 0 || box.right == flat_.width() ||
+                                 box.bottom == flat_.height();
+        if (surface.pixelCount >= smallestSurface || reachesEdge) {
+            continue;
+        }
+        for (const Run* run = surfaces.runsBegin(surface); run != surfaces.runsEnd(surface);
+             ++run) {
+            std::fill(flat_.row(run->y) + run->left, flat_.row(run->y) + run->right,
+                      std::uint8_t{0});
+        }
+    }
+}
+
+void BackgroundModel::grow(const ColorPlane& page) {
+    const auto takeFrom = [&](int x, int y, int fromX, int fromY) {
+        if (distances_.at(fromX, fromY) == 0 &&
+            distance(page.at(x, y), page.at(fromX, fromY)) <= growthTolerance) {
+            colors_.at(x, y) = page.at(x, y);
+            distances_.at(x, y) = 0;
+        }
+    };
+    const int width = page.width();
+    const int height = page.height();
+    for (int y = 0; y < height; ++y) {
+        for (int x = 0; x < width; ++x) {
+            if (distances_.at(x, y) != 0 && x > 0) {
+                takeFrom(x, y, x - 1, y);
+            }
+            if (distances_.at(x, y) != 0 && y > 0) {
+                takeFrom(x, y, x, y - 1);
+            }
+        }
+    }
+    for (int y = height - 1; y >= 0; --y) {
+        for (int x = width - 1; x >= 0; --x) {
+            if (distances_.at(x, y) != 0 && x + 1 < width) {
+                takeFrom(x, y, x + 1, y);
+            }
+            if (distances_.at(x, y) != 0 && y + 1 < height) {
+                takeFrom(x, y, x, y + 1);
+            }
+        }
+    }
+}
+
+void BackgroundModel::spread() {
+    const auto relax = [&](int x, int y, int fromX, int fromY, int cost) {
+        const int candidate = distances_.at(fromX, fromY) + cost;
+        if (candidate < distances_.at(x, y)) {
+            distances_.at(x, y) = static_cast<std::uint16_t>(candidate);
+            colors_.at(x, y) = colors_.at(fromX, fromY);
+        }
+    };
+    const int width = colors_.width();
+    const int height = colors_.height();
+    for (int y = 0; y < height; ++y) {
+        for (int x = 0; x < width; ++x) {
+            if (x > 0) {
+                relax(x, y, x - 1, y, sidewaysCost);
+            }
+            if (y > 0) {
+                relax(x, y, x, y - 1, verticalCost);
+            }
+        }
+    }
+    for (int y = height - 1; y >= 0; --y) {
+        for (int x = width - 1; x >= 0; --x) {
+            if (x + 1 < width) {
+                relax(x, y, x + 1, y, sidewaysCost);
+            }
+            if (y + 1 < height) {
+                relax(x, y, x, y + 1, verticalCost);
+            }
+        }
+    }
+}
+
+void BackgroundModel::fillWithCommonestColor(const ColorPlane& page) {
+    std::unordered_map<std::uint32_t, int> counts;
+    Color commonest;
+    int most = 0;
+    for (int y = 0; y < page.height(); ++y) {
+        for (int x = 0; x < page.width(); ++x) {
+            const Color color = page.at(x, y);
+            const auto key =
+                static_cast<std::uint32_t>(color.red | color.green << 8 | color.blue << 16);
+            if (++counts[key] > most) {
+                most = counts[key];
+                commonest = color;
+            }
+        }
+    }
+    colors_ = ColorPlane(page.width(), page.height(), commonest);
+}
+
+}  // namespace platform::tesseract

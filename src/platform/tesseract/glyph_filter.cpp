@@ -1,0 +1,162 @@
+#include "platform/tesseract/glyph_filter.h"
+
+namespace platform::tesseract {
+
+namespace {
+
+constexpr int smallestLetter = 5;
+constexpr int largestLetter = 70;
+constexpr int largestGlyph = 90;
+constexpr double frameSideShare = 0.86;
+constexpr int differentSurfaces = 18;
+constexpr double secondSurfaceShare = 0.15;
+
+/// How many of `count` pixels from (`x`, `y`) on are ink, themselves or one pixel further in.
+struct Side {
+    int x;
+    int y;
+    int stepX;
+    int stepY;
+    int count;
+    int inwardX;
+    int inwardY;
+
+    [[nodiscard]] bool isDrawn(const Mask& mask) const {
+        int drawn = 0;
+        for (int index = 0; index < count; ++index) {
+            const int column = x + stepX * index;
+            const int row = y + stepY * index;
+            if (mask.at(column, row) != 0 || mask.at(column + inwardX, row + inwardY) != 0) {
+                ++drawn;
+            }
+        }
+        return drawn >= frameSideShare * count;
+    }
+};
+
+bool hasCorner(const Mask& mask, int x, int y, int inwardX, int inwardY) {
+    return mask.at(x, y) != 0 || mask.at(x + inwardX, y) != 0 || mask.at(x, y + inwardY) != 0 ||
+           mask.at(x + inwardX, y + inwardY) != 0;
+}
+
+}  // namespace
+
+GlyphFilter::GlyphFilter(const Mask& mask, const ConnectedComponents& components,
+                         const BackgroundModel& background)
+    : mask_(mask), components_(components), background_(background) {
+    std::vector<double> heights;
+    for (const Component& component : components.all()) {
+        const Box& box = component.box;
+        if (box.height() >= smallestLetter && box.height() <= largestLetter &&
+            box.width() <= 3 * box.height()) {
+            heights.push_back(box.height());
+        }
+    }
+    letterCount_ = static_cast<int>(heights.size());
+    letterHeight_ = median(std::move(heights));
+}
+
+std::vector<Glyph> GlyphFilter::glyphs() const {
+    std::vector<Glyph> glyphs;
+    if (letterCount_ == 0) {
+        return glyphs;
+    }
+    for (std::size_t index = 0; index < components_.all().size(); ++index) {
+        const Component& component = components_.all()[index];
+        if (!isGlyph(component)) {
+            continue;
+        }
+        const Box& box = component.box;
+        const Color background = background_.colors().at(static_cast<int>(box.centerX()),
+                                                         static_cast<int>(box.centerY()));
+        glyphs.push_back({box, component.pixelCount, index, background});
+    }
+    return glyphs;
+}
+
+bool GlyphFilter::isGlyph(const Component& component) const {
+    return !isRule(component) && !isTooLarge(component) && !isBlob(component) &&
+           !isFrame(component) && !standsOnTwoSurfaces(component) && !holdsOthers(component);
+}
+
+bool GlyphFilter::isRule(const Component& component) const {
+    const Box& box = component.box;
+    const bool upright = box.width() <= 0.3 * letterHeight_ && box.height() > 2.3 * letterHeight_;
+    const bool lying = box.width() > 4 * letterHeight_ && box.width() > 20 * box.height() &&
+                       box.height() <= std::max(2.0, 0.25 * letterHeight_);
+    return upright || lying;
+}
+
+bool GlyphFilter::isTooLarge(const Component& component) const {
+    const Box& box = component.box;
+    return box.height() > largestGlyph ||
+           (box.height() > 3.2 * letterHeight_ && box.height() > 24) ||
+           (box.width() > 12 * letterHeight_ && box.height() > 1.3 * letterHeight_) ||
+           (letterCount_ < 2 && box.height() > 60);
+}
+
+bool GlyphFilter::isBlob(const Component& component) const {
+    const Box& box = component.box;
+    return box.width() >= 1.4 * letterHeight_ && box.height() >= 1.4 * letterHeight_ &&
+           component.pixelCount > 0.7 * box.area();
+}
+
+bool GlyphFilter::isFrame(const Component& component) const {
+    const Box& box = component.box;
+    if (box.width() < 7 || box.height() <= std::max(6.0, 1.25 * letterHeight_) ||
+        box.width() < 0.85 * box.height() || component.pixelCount > 0.62 * box.area()) {
+        return false;
+    }
+    const int right = box.right - 1;
+    const int bottom = box.bottom - 1;
+    const Side sides[] = {{box.left, box.top, 1, 0, box.width(), 0, 1},
+                          {box.left, bottom, 1, 0, box.width(), 0, -1},
+                          {box.left, box.top, 0, 1, box.height(), 1, 0},
+                          {right, box.top, 0, 1, box.height(), -1, 0}};
+    for (const Side& side : sides) {
+        if (!side.isDrawn(mask_)) {
+            return false;
+        }
+    }
+    if (!hasCorner(mask_, box.left, box.top, 1, 1) || !hasCorner(mask_, right, box.top, -1, 1) ||
+        !hasCorner(mask_, box.left, bottom, 1, -1) || !hasCorner(mask_, right, bottom, -1, -1)) {
+        return false;
+    }
+    int inside = 0;
+    for (int y = box.top + 3; y < box.bottom - 3; ++y) {
+        for (int x = box.left + 3; x < box.right - 3; ++x) {
+            inside += mask_.at(x, y);
+        }
+    }
+    return inside < 0.05 * std::max(1, (box.width() - 6) * (box.height() - 6));
+}
+
+bool GlyphFilter::holdsOthers(const Component& component) const {
+    const Box& box = component.box;
+    if (box.height() < 1.5 * letterHeight_ || box.width() < 1.5 * letterHeight_ ||
+        component.pixelCount > 0.3 * box.area()) {
+        return false;
+    }
+    return std::any_of(
+        components_.all().begin(), components_.all().end(), [&](const Component& other) {
+            const Box& inner = other.box;
+            return inner.height() >= 0.5 * letterHeight_ && inner.left > box.left &&
+                   inner.right < box.right && inner.top > box.top && inner.bottom < box.bottom;
+        });
+}
+
+bool GlyphFilter::standsOnTwoSurfaces(const Component& component) const {
+    const ColorPlane& colors = background_.colors();
+    const Run* first = components_.runsBegin(component);
+    const Color one = colors.at(first->left, first->y);
+    int onOther = 0;
+    for (const Run* run = first; run != components_.runsEnd(component); ++run) {
+        for (int x = run->left; x < run->right; ++x) {
+            onOther += distance(colors.at(x, run->y), one) > differentSurfaces ? 1 : 0;
+        }
+    }
+    return std::min(onOther, component.pixelCount - onOther) >=
+           secondSurfaceShare * component.pixelCount;
+}
+
+}  // namespace platform::tesseract

@@ -1,0 +1,39 @@
+#pragma once
+
+#include <vector>
+
+#include "platform/tesseract/background_model.h"
+#include "platform/tesseract/connected_components.h"
+#include "platform/tesseract/text_line.h"
+
+namespace platform::tesseract {
+
+/// Tells letters from rules, frames, icons and blobs by geometry alone (after the size, density and
+/// elongation tests of Fletcher and Kasturi, 1988), in units of the page's commonest letter height.
+class GlyphFilter {
+  public:
+    GlyphFilter(const Mask& mask, const ConnectedComponents& components,
+                const BackgroundModel& background);
+
+    /// The components that may be text.
+    [[nodiscard]] std::vector<Glyph> glyphs() const;
+    /// Median height of what may be a letter, near the x-height; 0 on a page without any.
+    [[nodiscard]] double letterHeight() const { return letterHeight_; }
+
+  private:
+    [[nodiscard]] bool isGlyph(const Component& component) const;
+    [[nodiscard]] bool isRule(const Component& component) const;
+    [[nodiscard]] bool isTooLarge(const Component& component) const;
+    [[nodiscard]] bool isFrame(const Component& component) const;
+    [[nodiscard]] bool isBlob(const Component& component) const;
+    [[nodiscard]] bool holdsOthers(const Component& component) const;
+    [[nodiscard]] bool standsOnTwoSurfaces(const Component& component) const;
+
+    const Mask& mask_;
+    const ConnectedComponents& components_;
+    const BackgroundModel& background_;
+    double letterHeight_ = 0;
+    int letterCount_ = 0;
+};
+
+}  // namespace platform::tesseract

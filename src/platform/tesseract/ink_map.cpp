@@ -1,0 +1,80 @@
+#include "platform/tesseract/ink_map.h"
+
+namespace platform::tesseract {
+
+namespace {
+
+/// Sum over the channels: what a surface's own tolerance explains.
+constexpr int noise = 6;
+/// Surfaces that differ this much (sum over the channels) have an edge between them.
+constexpr int differentSurfaces = 20;
+constexpr int edgeReach = 2;
+/// A line or two of text, so that one strong word does not silence a weak one far away.
+constexpr int tileWidth = 48;
+constexpr int tileHeight = 24;
+constexpr double inkShare = 0.35;
+constexpr int weakestInk = 14;
+
+bool isBetweenSurfaces(const BackgroundModel& background, int x, int y) {
+    const ColorPlane& colors = background.colors();
+    const int bottom = std::min(colors.height() - 1, y + edgeReach);
+    const int right = std::min(colors.width() - 1, x + edgeReach);
+    const Color* first = nullptr;
+    for (int row = std::max(0, y - edgeReach); row <= bottom; ++row) {
+        for (int column = std::max(0, x - edgeReach); column <= right; ++column) {
+            if (!background.isSurface(column, row)) {
+                continue;
+            }
+            const Color& color = colors.at(column, row);
+            if (first == nullptr) {
+                first = &color;
+            } else if (distance(*first, color) > differentSurfaces) {
+                return true;
+            }
+        }
+    }
+    return false;
+}
+
+}  // namespace
+
+InkPlane measureInk(const ColorPlane& page, const BackgroundModel& background) {
+    InkPlane ink(page.width(), page.height());
+    for (int y = 0; y < page.height(); ++y) {
+        for (int x = 0; x < page.width(); ++x) {
+            const int difference = distance(page.at(x, y), background.colors().at(x, y));
+            if (difference <= noise) {
+                continue;
+            }
+            if (background.hasSurfaces() && !background.isSurface(x, y) &&
+                isBetweenSurfaces(background, x, y)) {
+                continue;
+            }
+            ink.at(x, y) = static_cast<std::uint8_t>(std::min(255, difference / 2));
+        }
+    }
+    return ink;
+}
+
+Mask binarize(const InkPlane& ink) {
+    const int columns = (ink.width() + tileWidth - 1) / tileWidth;
+    const int rows = (ink.height() + tileHeight - 1) / tileHeight;
+    InkPlane strongest(columns, rows);
+    for (int y = 0; y < ink.height(); ++y) {
+        for (int x = 0; x < ink.width(); ++x) {
+            std::uint8_t& most = strongest.at(x / tileWidth, y / tileHeight);
+            most = std::max(most, ink.at(x, y));
+        }
+    }
+    Mask mask(ink.width(), ink.height());
+    for (int y = 0; y < ink.height(); ++y) {
+        for (int x = 0; x < ink.width(); ++x) {
+            const int value = ink.at(x, y);
+            const double threshold = inkShare * strongest.at(x / tileWidth, y / tileHeight);
+            mask.at(x, y) = value >= weakestInk && value >= threshold ? 1 : 0;
+        }
+    }
+    return mask;
+}
+
+}  // namespace platform::tesseract

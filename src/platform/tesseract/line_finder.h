@@ -1,0 +1,31 @@
+#pragma once
+
+#include <vector>
+
+#include "platform/tesseract/text_line.h"
+
+namespace platform::tesseract {
+
+/// Rows of segments from the top, those of a row from the left.
+///
+/// Letters are chained from left to right to the segment whose rows they share most (as the
+/// nearest-neighbour chains of O'Gorman's docstrum, 1993, without its skew), small marks then go to
+/// the segment nearest to them, and segments on the same height become one row.
+class LineFinder {
+  public:
+    /// `letterHeight` in pixels, as the glyph filter measured it.
+    explicit LineFinder(double letterHeight) : letterHeight_(letterHeight) {}
+
+    [[nodiscard]] std::vector<TextLine> find(std::vector<Glyph> glyphs) const;
+
+  private:
+    [[nodiscard]] std::vector<Segment> chain(const std::vector<Glyph>& letters) const;
+    void attachMarks(const std::vector<Glyph>& marks, std::vector<Segment>& segments) const;
+    void mergeOverlapping(std::vector<Segment>& segments) const;
+    [[nodiscard]] static std::vector<TextLine> rowsOf(std::vector<Segment> segments);
+    [[nodiscard]] double largestGap() const { return 1.6 * letterHeight_; }
+
+    double letterHeight_;
+};
+
+}  // namespace platform::tesseract

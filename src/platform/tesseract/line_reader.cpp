@@ -1,0 +1,101 @@
+#include "platform/tesseract/line_reader.h"
+
+#include <omp.h>
+#include <tesseract/baseapi.h>
+
+#include <algorithm>
+
+namespace platform::tesseract {
+
+namespace {
+
+/// The engine scales what it reads by this; the lines come at the size that it wants.
+constexpr int resolution = 300;
+
+std::string joined(const std::vector<std::string>& languages) {
+    std::string all;
+    for (const std::string& language : languages) {
+        all += (all.empty() ? "" : "+") + language;
+    }
+    return all;
+}
+
+/// tesseract-ocr-chi-sim for chi_sim.
+std::string packageOf(const std::string& language) {
+    std::string name = language;
+    std::replace(name.begin(), name.end(), '_', '-');
+    return "tesseract-ocr-" + name;
+}
+
+std::string oneLine(const char* text) {
+    std::string line = text == nullptr ? "" : text;
+    for (char& character : line) {
+        if (character == '\n' || character == '\r' || character == '\f') {
+            character = ' ';
+        }
+    }
+    const std::size_t first = line.find_first_not_of(' ');
+    if (first == std::string::npos) {
+        return {};
+    }
+    return line.substr(first, line.find_last_not_of(' ') - first + 1);
+}
+
+}  // namespace
+
+class LineReader::Engine {
+  public:
+    bool load(const std::string& languages) {
+        return api_.Init(nullptr, languages.c_str(), ::tesseract::OEM_LSTM_ONLY) == 0;
+    }
+    void configure() {
+        api_.SetVariable("tessedit_do_invert", "0");
+        api_.SetVariable("debug_file", "/dev/null");
+        api_.SetPageSegMode(::tesseract::PSM_RAW_LINE);
+    }
+    [[nodiscard]] std::vector<std::string> loadedLanguages() {
+        std::vector<std::string> languages;
+        api_.GetLoadedLanguagesAsVector(&languages);
+        return languages;
+    }
+    LineReading read(const InkPlane& picture) {
+        api_.SetImage(picture.row(0), picture.width(), picture.height(), 1, picture.width());
+        api_.SetSourceResolution(resolution);
+        const std::unique_ptr<char[]> text(api_.GetUTF8Text());
+        return {oneLine(text.get()), api_.MeanTextConf()};
+    }
+
+  private:
+    ::tesseract::TessBaseAPI api_;
+};
+
+LineReader::LineReader(std::unique_ptr<Engine> engine) : engine_(std::move(engine)) {}
+LineReader::~LineReader() = default;
+
+base::Result<std::unique_ptr<LineReader>> LineReader::create(
+    const std::vector<std::string>& languages) {
+    if (languages.empty()) {
+        return base::Error{base::ErrorKind::invalid, "No language to recognise text in was given."};
+    }
+    auto engine = std::make_unique<Engine>();
+    const bool isLoaded = engine->load(joined(languages));
+    const std::vector<std::string> loaded =
+        isLoaded ? engine->loadedLanguages() : std::vector<std::string>{};
+    for (const std::string& language : languages) {
+        if (std::find(loaded.begin(), loaded.end(), language) == loaded.end()) {
+            return base::Error{base::ErrorKind::unavailable,
+                               "The recognition data for \"" + language +
+                                   "\" are missing; please install the package " +
+                                   packageOf(language) + "."};
+        }
+    }
+    engine->configure();
+    return std::unique_ptr<LineReader>(new LineReader(std::move(engine)));
+}
+
+LineReading LineReader::read(const InkPlane& picture) {
+    omp_set_max_active_levels(0);
+    return engine_->read(picture);
+}
+
+}  // namespace platform::tesseract

@@ -1,0 +1,95 @@
+#include "platform/tesseract/screen_text_reader.h"
+
+#include "platform/tesseract/background_model.h"
+#include "platform/tesseract/character_pitch.h"
+#include "platform/tesseract/characters.h"
+#include "platform/tesseract/connected_components.h"
+#include "platform/tesseract/glyph_filter.h"
+#include "platform/tesseract/ink_map.h"
+#include "platform/tesseract/line_finder.h"
+#include "platform/tesseract/line_metrics.h"
+#include "platform/tesseract/line_picture.h"
+#include "platform/tesseract/line_reader.h"
+#include "platform/tesseract/reading_order.h"
+#include "platform/tesseract/spacing.h"
+
+namespace platform::tesseract {
+
+namespace {
+
+/// One or two characters that the engine is this unsure of are a speck.
+constexpr int sureConfidence = 40;
+constexpr std::size_t speckLength = 2;
+
+bool isSpeck(const LineReading& reading) {
+    std::vector<std::string> characters = charactersOf(reading.text);
+    std::erase(characters, " ");
+    return reading.confidence < sureConfidence && characters.size() <= speckLength;
+}
+
+/// Rows of nothing but dots and dashes no wider than a letter.
+bool isSpecks(const TextLine& line, double letterHeight) {
+    int tallest = 0;
+    int width = 0;
+    for (const Glyph& glyph : line.glyphsFromLeft()) {
+        tallest = std::max(tallest, glyph.box.height());
+        width += glyph.box.width();
+    }
+    return tallest < 0.45 * letterHeight && width < 1.2 * letterHeight;
+}
+
+}  // namespace
+
+ScreenTextReader::ScreenTextReader(std::unique_ptr<LineReader> lineReader)
+    : lineReader_(std::move(lineReader)) {}
+ScreenTextReader::~ScreenTextReader() = default;
+
+base::Result<std::unique_ptr<ScreenTextReader>> ScreenTextReader::create(
+    const std::vector<std::string>& languages) {
+    auto lineReader = LineReader::create(languages);
+    if (!lineReader) {
+        return lineReader.error();
+    }
+    return std::unique_ptr<ScreenTextReader>(new ScreenTextReader(std::move(lineReader.value())));
+}
+
+base::Result<std::vector<capture::TextObservation>> ScreenTextReader::read(
+    const base::Image& image) {
+    std::vector<capture::TextObservation> observations;
+    if (image.isEmpty()) {
+        return observations;
+    }
+    if (static_cast<long>(image.width()) * image.height() > largestPicture) {
+        return base::Error{base::ErrorKind::invalid,
+                           "The picture is too large for its text to be recognised"};
+    }
+    const ColorPlane page = colorsOf(image);
+    const BackgroundModel background(page);
+    const InkPlane ink = measureInk(page, background);
+    const Mask mask = binarize(ink);
+    const ConnectedComponents components(mask);
+    const GlyphFilter filter(mask, components, background);
+    const double letterHeight = filter.letterHeight();
+
+    std::vector<TextLine> rows = LineFinder(letterHeight).find(filter.glyphs());
+    const double pitch = measurePitch(rows, letterHeight);
+    const Typeface typeface = pitch > 0 ? Typeface::monospaced : Typeface::proportional;
+    std::vector<TextLine> lines = ReadingOrder(letterHeight, typeface).sort(rows);
+    std::erase_if(lines, [&](const TextLine& line) { return isSpecks(line, letterHeight); });
+
+    const auto metrics = measureLines(lines, letterHeight, typeface);
+    const LinePainter painter(ink, components, letterHeight);
+    const Spacing spacing(letterHeight, pitch);
+    for (std::size_t index = 0; index < lines.size(); ++index) {
+        LineReading reading = lineReader_->read(painter.paint(lines[index], metrics[index], {}));
+        if (reading.text.empty() || isSpeck(reading)) {
+            continue;
+        }
+        reading.text = typeface == Typeface::monospaced ? withStraightQuotes(reading.text)
+                                                        : withStraightApostrophes(reading.text);
+        observations.push_back({{spacing.apply(reading.text, lines[index])}});
+    }
+    return observations;
+}
+
+}  // namespace platform::tesseract

@@ -1,0 +1,81 @@
+#include "platform/tesseract/background_model.h"
+
+#include <gtest/gtest.h>
+
+#include "drawn_page.h"
+#include "platform/tesseract/ink_map.h"
+
+namespace platform::tesseract {
+
+namespace {
+constexpr Color white{255, 255, 255};
+constexpr Color black{0, 0, 0};
+constexpr Color blue{30, 80, 200};
+}  // namespace
+
+TEST(BackgroundModel, a_stroke_takes_the_color_of_the_surface_around_it) {
+    ColorPlane page(40, 30, white);
+    fill(page, {18, 8, 21, 22}, black);
+    const BackgroundModel background(page);
+    EXPECT_EQ(background.colors().at(19, 15), white);
+    EXPECT_FALSE(background.isSurface(19, 15));
+}
+
+TEST(BackgroundModel, a_button_is_a_surface_of_its_own) {
+    ColorPlane page(80, 60, white);
+    fill(page, {20, 20, 60, 40}, blue);
+    const BackgroundModel background(page);
+    EXPECT_EQ(background.colors().at(40, 30), blue);
+    EXPECT_TRUE(background.isSurface(40, 30));
+}
+
+TEST(BackgroundModel, a_gradient_is_followed) {
+    ColorPlane page(60, 40);
+    for (int y = 0; y < 40; ++y) {
+        fill(page, {0, y, 60, y + 1}, {static_cast<std::uint8_t>(100 + y), 50, 50});
+    }
+    fill(page, {30, 10, 33, 30}, white);
+    const BackgroundModel background(page);
+    EXPECT_LE(distance(background.colors().at(31, 12), Color{112, 50, 50}), 2);
+    EXPECT_LE(distance(background.colors().at(31, 27), Color{127, 50, 50}), 2);
+}
+
+TEST(BackgroundModel, a_picture_too_small_for_a_surface_has_the_commonest_color) {
+    ColorPlane page(3, 3, white);
+    page.at(1, 1) = black;
+    EXPECT_EQ(BackgroundModel(page).colors().at(1, 1), white);
+}
+
+TEST(InkMap, light_text_on_dark_weighs_as_much_as_dark_text_on_light) {
+    ColorPlane page(80, 40, white);
+    fill(page, {40, 0, 80, 40}, black);
+    fill(page, {15, 10, 18, 30}, black);
+    fill(page, {60, 10, 63, 30}, white);
+    const InkPlane ink = measureInk(page, BackgroundModel(page));
+    EXPECT_EQ(ink.at(16, 20), 255);
+    EXPECT_EQ(ink.at(61, 20), 255);
+    EXPECT_EQ(ink.at(5, 5), 0);
+}
+
+TEST(InkMap, the_edge_between_two_surfaces_is_no_ink) {
+    ColorPlane page(80, 40, white);
+    fill(page, {40, 0, 80, 40}, black);
+    fill(page, {39, 0, 40, 40}, {128, 128, 128});
+    const InkPlane ink = measureInk(page, BackgroundModel(page));
+    for (int x = 0; x < 80; ++x) {
+        EXPECT_EQ(ink.at(x, 20), 0) << x;
+    }
+}
+
+TEST(InkMap, a_pale_word_far_from_a_strong_one_is_still_ink) {
+    InkPlane ink(200, 24);
+    ink.at(5, 5) = 255;
+    ink.at(10, 5) = 40;
+    ink.at(150, 5) = 40;
+    const Mask mask = binarize(ink);
+    EXPECT_EQ(mask.at(5, 5), 1);
+    EXPECT_EQ(mask.at(10, 5), 0);
+    EXPECT_EQ(mask.at(150, 5), 1);
+}
+
+}  // namespace platform::tesseract
