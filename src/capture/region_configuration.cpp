@@ -1,7 +1,6 @@
 #include "capture/region_configuration.h"
 
 #include <algorithm>
-#include <cmath>
 #include <iterator>
 
 #include "base/log.h"
@@ -48,13 +47,12 @@ std::vector<ShareableWindow> windowsToExclude(
     return excluded;
 }
 
-StreamConfiguration regionConfiguration(const base::Rect& source, const base::Size& pointSize,
-                                        double scaleFactor,
+StreamConfiguration regionConfiguration(const base::Rect& source, double scaleFactor,
                                         const std::optional<std::string>& colorSpaceName) {
     StreamConfiguration configuration;
     configuration.sourceRect = source;
-    configuration.width = truncatedPixels(pointSize.width * scaleFactor);
-    configuration.height = truncatedPixels(pointSize.height * scaleFactor);
+    configuration.width = truncatedPixels(source.size.width * scaleFactor);
+    configuration.height = truncatedPixels(source.size.height * scaleFactor);
     configuration.cursor = CursorVisibility::hidden;
     configuration.scaling = Scaling::none;
     configuration.pixelFormat = PixelFormat::bgra;

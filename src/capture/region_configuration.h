@@ -24,10 +24,9 @@ std::vector<ShareableWindow> windowsToExclude(
     const std::vector<ShareableWindow>& windows,
     const std::optional<std::string>& mainBundleIdentifier);
 
-/// How a region is captured: `screenRect` times `scaleFactor` pixels, truncated toward zero. A
-/// product that is no 64-bit integer is a fatal error.
-StreamConfiguration regionConfiguration(const base::Rect& source, const base::Size& pointSize,
-                                        double scaleFactor,
+/// How a region is captured: the size of `source` times `scaleFactor` in pixels, truncated toward
+/// zero. A product that is no 64-bit integer is a fatal error.
+StreamConfiguration regionConfiguration(const base::Rect& source, double scaleFactor,
                                         const std::optional<std::string>& colorSpaceName);
 
 }  // namespace capture

@@ -31,8 +31,8 @@ void ScreenCapture::handleRegionContent(const RegionCaptureRequest& request,
                                windowsToExclude(content->windows, mediator_.mainBundleIdentifier)};
     mediator_.service.captureImage(
         filter,
-        regionConfiguration(sourceRect(request.screenRect, display->frame), request.screenRect.size,
-                            request.scaleFactor, request.colorSpaceName),
+        regionConfiguration(sourceRect(request.screenRect, display->frame), request.scaleFactor,
+                            request.colorSpaceName),
         [this, request](const auto& image, const auto& failure) {
             handleRegionImage(request, image, failure);
         });

@@ -1,7 +1,5 @@
 #pragma once
 
-#include <string>
-
 #include "base/image.h"
 #include "base/log.h"
 #include "capture/text_recognizer.h"

@@ -98,8 +98,7 @@ TEST(WindowsToExclude, a_window_without_an_owner_is_ours_only_when_we_have_no_id
 }
 
 TEST(RegionConfiguration, the_size_in_pixels_is_the_size_in_points_times_the_scale) {
-    const auto configuration =
-        capture::regionConfiguration({{1, 2}, {100, 50}}, {100, 50}, 2.0, "Display P3");
+    const auto configuration = capture::regionConfiguration({{1, 2}, {100, 50}}, 2.0, "Display P3");
     EXPECT_EQ(configuration.sourceRect, (Rect{{1, 2}, {100, 50}}));
     EXPECT_EQ(configuration.width, 200);
     EXPECT_EQ(configuration.height, 100);
@@ -110,7 +109,8 @@ TEST(RegionConfiguration, the_size_in_pixels_is_the_size_in_points_times_the_sca
 }
 
 TEST(RegionConfiguration, fractions_of_a_pixel_are_cut_off) {
-    const auto configuration = capture::regionConfiguration({}, {100.9, 33.4}, 1.25, std::nullopt);
+    const auto configuration =
+        capture::regionConfiguration({{}, {100.9, 33.4}}, 1.25, std::nullopt);
     EXPECT_EQ(configuration.width, 126);
     EXPECT_EQ(configuration.height, 41);
     EXPECT_EQ(configuration.colorSpaceName, std::nullopt);
@@ -118,7 +118,7 @@ TEST(RegionConfiguration, fractions_of_a_pixel_are_cut_off) {
 
 TEST(RegionConfigurationDeathTest, a_size_that_is_no_number_of_pixels_is_fatal) {
     const auto configure = [](double width) {
-        (void)capture::regionConfiguration({}, {width, 10}, 2.0, std::nullopt);
+        (void)capture::regionConfiguration({{}, {width, 10}}, 2.0, std::nullopt);
     };
     EXPECT_DEATH(configure(std::numeric_limits<double>::infinity()), "out of range");
     EXPECT_DEATH(configure(std::numeric_limits<double>::quiet_NaN()), "out of range");
