@@ -35,8 +35,8 @@ PORTS = [
 
 # What an adapter may use beside the ports and its own folder: what the session is, how to watch a
 # descriptor, and the centre where the toolkit's activation is posted.
-ADAPTER_AIDS = ["platform/session.h", "platform/file_descriptor_watch.h",
-                "platform/running_platform.h", "platform/text_rasterizer.h",
+ADAPTER_AIDS = ["platform/session.h", "platform/environment.h", "platform/file_descriptor_watch.h",
+                "platform/dispatch.h", "platform/running_platform.h", "platform/text_rasterizer.h",
                 "app/notification_center.h"]
 
 # Which of the project's own headers a file may include: the first row that matches it decides. The

@@ -17,6 +17,14 @@ std::string decimalText(double number) {
     return text;
 }
 
+std::string_view trimmed(std::string_view text) {
+    const auto first = text.find_first_not_of(" \t\r");
+    if (first == std::string_view::npos) {
+        return {};
+    }
+    return text.substr(first, text.find_last_not_of(" \t\r") - first + 1);
+}
+
 std::string latin1Text(std::string_view text) {
     std::string latin1;
     latin1.reserve(text.size());

@@ -9,6 +9,9 @@ namespace base {
 /// ("100.0", "0.25"), or an exponent where that is shorter ("1e+20").
 std::string decimalText(double number);
 
+/// `text` without the blanks, tabs and carriage returns at its ends.
+std::string_view trimmed(std::string_view text);
+
 /// Whether a byte is an ASCII control character.
 constexpr bool isControl(char byte) {
     return static_cast<unsigned char>(byte) < 0x20 || byte == 0x7F;

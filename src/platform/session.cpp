@@ -6,6 +6,7 @@
 #include <cstdlib>
 
 #include "platform/bus_probe.h"
+#include "platform/environment.h"
 
 namespace platform {
 
@@ -15,11 +16,6 @@ namespace {
 constexpr const char* noBusAddress = "disabled:";
 /// A bus that the connection itself has to start needs a moment.
 constexpr std::chrono::seconds busPatience{3};
-
-std::string environmentValue(const char* name) {
-    const char* value = std::getenv(name);
-    return value == nullptr ? std::string() : std::string(value);
-}
 
 bool isSocket(const std::string& path) {
     struct stat status {};

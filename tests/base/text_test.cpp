@@ -18,6 +18,12 @@ TEST(DecimalText, an_exponent_needs_no_further_digit) {
     EXPECT_EQ(base::decimalText(1e20), "1e+20");
 }
 
+TEST(Trimmed, only_the_ends_lose_their_blanks) {
+    EXPECT_EQ(base::trimmed(" \t a  b \r"), "a  b");
+    EXPECT_EQ(base::trimmed(" \t\r"), "");
+    EXPECT_EQ(base::trimmed(""), "");
+}
+
 TEST(Latin1Text, letters_of_latin_1_become_one_byte_each) {
     EXPECT_EQ(base::latin1Text("Größe"),
               "Gr\xF6\xDF"

@@ -2,9 +2,9 @@
 
 #include <algorithm>
 #include <array>
-#include <cstdlib>
 
 #include "base/text.h"
+#include "platform/environment.h"
 #include "platform/freedesktop/key_file.h"
 
 namespace platform::freedesktop {
@@ -47,8 +47,7 @@ std::string executableOf(std::string_view command) {
 
 std::string firstSet(std::initializer_list<const char*> variables) {
     for (const char* variable : variables) {
-        const char* value = std::getenv(variable);
-        if (value != nullptr && *value != '\0') {
+        if (auto value = environmentValue(variable); !value.empty()) {
             return value;
         }
     }

@@ -2,20 +2,16 @@
 
 #include <sys/stat.h>
 
-#include <cstdlib>
 #include <optional>
 #include <string_view>
 
+#include "base/text.h"
+#include "platform/environment.h"
 #include "platform/freedesktop/small_file.h"
 
 namespace platform::freedesktop {
 
 namespace {
-
-std::string environmentValue(const char* name) {
-    const char* value = std::getenv(name);
-    return value == nullptr ? std::string() : std::string(value);
-}
 
 bool isAbsolute(std::string_view path) {
     return path.starts_with('/');
@@ -42,14 +38,6 @@ std::string absoluteOr(const char* variable, const std::string& home, const char
     return home.empty() ? std::string() : home + inHome;
 }
 
-std::string_view trimmed(std::string_view text) {
-    const auto first = text.find_first_not_of(" \t\r");
-    if (first == std::string_view::npos) {
-        return {};
-    }
-    return text.substr(first, text.find_last_not_of(" \t\r") - first + 1);
-}
-
 /// The text between the double quotes at the start, with backslash escapes undone; none when the
 /// quotes do not close or something other than a comment follows.
 std::optional<std::string> unquoted(std::string_view text) {
@@ -59,7 +47,7 @@ std::optional<std::string> unquoted(std::string_view text) {
     std::string value;
     for (std::size_t index = 1; index < text.size(); ++index) {
         if (text[index] == '"') {
-            const auto rest = trimmed(text.substr(index + 1));
+            const auto rest = base::trimmed(text.substr(index + 1));
             return rest.empty() || rest.starts_with('#') ? std::optional(value) : std::nullopt;
         }
         if (text[index] == '\\' && index + 1 < text.size()) {
@@ -116,15 +104,15 @@ std::string parseDownloadsDirectory(const std::string& userDirsText, const std::
     std::string found;
     for (std::size_t begin = 0; begin < userDirsText.size();) {
         const auto end = std::min(userDirsText.find('\n', begin), userDirsText.size());
-        const auto line = trimmed(std::string_view(userDirsText).substr(begin, end - begin));
+        const auto line = base::trimmed(std::string_view(userDirsText).substr(begin, end - begin));
         begin = end + 1;
         const auto equals = line.find('=');
         if (equals == std::string_view::npos ||
-            trimmed(line.substr(0, equals)) != "XDG_DOWNLOAD_DIR") {
+            base::trimmed(line.substr(0, equals)) != "XDG_DOWNLOAD_DIR") {
             continue;
         }
         // The file is read by shells too, where the last assignment counts.
-        if (const auto value = unquoted(trimmed(line.substr(equals + 1)))) {
+        if (const auto value = unquoted(base::trimmed(line.substr(equals + 1)))) {
             found = expandedPath(*value, home);
         }
     }
