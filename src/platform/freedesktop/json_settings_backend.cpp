@@ -211,29 +211,24 @@ void JsonSettingsBackend::announce(std::set<std::string> keys) {
 
 void JsonSettingsBackend::callHandlerLater() {
     // Later, since a read may have noticed the change: its caller is in the middle of something.
-    queue_.post([this, life = std::weak_ptr(life_)] {
-        if (life.expired()) {
-            return;
-        }
+    queue_.post(alive_.guard([this] {
         const auto handler = changeHandler_;
         for (const auto& key : std::exchange(changedKeys_, {})) {
             if (handler) {
                 handler(key);
             }
         }
-    });
+    }));
 }
 
 void JsonSettingsBackend::syncLater() {
     if (std::exchange(isSyncQueued_, true)) {
         return;
     }
-    queue_.post([this, life = std::weak_ptr(life_)] {
-        if (!life.expired()) {
-            isSyncQueued_ = false;
-            syncInBackground(resolved(path_));
-        }
-    });
+    queue_.post(alive_.guard([this] {
+        isSyncQueued_ = false;
+        syncInBackground(resolved(path_));
+    }));
 }
 
 }  // namespace platform::freedesktop

@@ -10,6 +10,7 @@
 #include <string>
 
 #include "app/settings_backend.h"
+#include "base/alive.h"
 #include "base/log.h"
 #include "base/main_queue.h"
 #include "platform/file_descriptor_watch.h"
@@ -79,8 +80,7 @@ class JsonSettingsBackend final : public app::SettingsBackend {
     std::set<std::string> changedKeys_;
     bool isSyncQueued_ = false;
     std::unique_ptr<DirectoryWatch> watch_;
-    /// Queued tasks hold it weakly: they do nothing after the object is gone.
-    std::shared_ptr<const int> life_ = std::make_shared<const int>(0);
+    base::Alive alive_;
 };
 
 }  // namespace platform::freedesktop

@@ -55,7 +55,6 @@ KeyboardMapping::KeyboardMapping(Connection& connection, base::MainQueue& mainQu
     : connection_(connection),
       mainQueue_(mainQueue),
       modifiers_(modifiers),
-      alive_(std::make_shared<const KeyboardMapping*>(this)),
       subscription_(connection.subscribe(
           [this](const xcb_generic_event_t& event) { return handle(event); })) {}
 
@@ -83,11 +82,7 @@ void KeyboardMapping::postRefresh() {
         return;
     }
     refresh_ = Refresh::posted;
-    mainQueue_.post([this, alive = std::weak_ptr(alive_)] {
-        if (!alive.expired()) {
-            refresh();
-        }
-    });
+    mainQueue_.post(alive_.guard([this] { refresh(); }));
 }
 
 void KeyboardMapping::refresh() {

@@ -3,6 +3,7 @@
 #include <functional>
 #include <memory>
 
+#include "base/alive.h"
 #include "base/main_queue.h"
 #include "base/result.h"
 #include "platform/x11/connection.h"
@@ -42,8 +43,7 @@ class KeyboardMapping {
     std::uint8_t xkbEvent_ = 0;
     std::function<void()> listener_;
     Refresh refresh_ = Refresh::none;
-    /// Tells a refresh that runs late whether this object is still there.
-    std::shared_ptr<const KeyboardMapping*> alive_;
+    base::Alive alive_;
     Connection::Subscription subscription_;
 };
 
