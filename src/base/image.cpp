@@ -1,7 +1,5 @@
 #include "base/image.h"
 
-#include <utility>
-
 namespace base {
 
 Image Image::fromPixels(int width, int height, std::vector<std::uint8_t> pixels,

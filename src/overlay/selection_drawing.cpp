@@ -1,6 +1,5 @@
 #include "overlay/selection_drawing.h"
 
-#include <algorithm>
 #include <array>
 
 namespace overlay {

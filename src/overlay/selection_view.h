@@ -4,7 +4,7 @@
 #include <functional>
 #include <memory>
 #include <optional>
-#include <vector>
+#include <string>
 
 #include "base/alive.h"
 #include "base/capture_mode.h"

@@ -1,9 +1,5 @@
 #pragma once
 
-#include <functional>
-#include <memory>
-#include <string>
-
 #include "app/settings_backend.h"
 #include "app/windows.h"
 #include "base/displays.h"

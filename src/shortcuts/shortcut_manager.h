@@ -2,8 +2,6 @@
 
 #include <cstdint>
 #include <functional>
-#include <map>
-#include <memory>
 #include <optional>
 
 #include "app/notification_center.h"

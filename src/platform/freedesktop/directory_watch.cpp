@@ -4,7 +4,6 @@
 #include <unistd.h>
 
 #include <array>
-#include <cstddef>
 #include <utility>
 
 #include "platform/freedesktop/file_errors.h"
