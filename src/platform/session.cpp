@@ -3,6 +3,7 @@
 #include <sys/stat.h>
 
 #include <chrono>
+#include <csignal>
 #include <cstdlib>
 
 #include "platform/bus_probe.h"
@@ -44,6 +45,7 @@ Session Session::fromEnvironment() {
 }
 
 void settleEnvironment(const Session& session) {
+    std::signal(SIGPIPE, SIG_IGN);
     ::unsetenv("DBUS_STARTER_ADDRESS");
     ::unsetenv("DBUS_STARTER_BUS_TYPE");
     if (!session.hasSessionBus || !busAnswers(sessionBusAddress(), busPatience)) {

@@ -1,7 +1,10 @@
 #include "platform/session.h"
 
 #include <gtest/gtest.h>
+#include <unistd.h>
 
+#include <array>
+#include <cerrno>
 #include <cstdlib>
 
 #include "platform/unavailable_text_recognizer.h"
@@ -52,6 +55,16 @@ TEST_F(SessionEnvironment, without_a_bus_none_is_started_by_a_library) {
     platform::settleEnvironment(Session::fromEnvironment());
     EXPECT_STREQ(std::getenv("DBUS_SESSION_BUS_ADDRESS"), "disabled:");
     EXPECT_FALSE(Session::fromEnvironment().hasSessionBus);
+}
+
+TEST_F(SessionEnvironment, a_reader_of_the_log_that_leaves_does_not_end_the_program) {
+    platform::settleEnvironment(Session::fromEnvironment());
+    std::array<int, 2> pipe{};
+    ASSERT_EQ(::pipe(pipe.data()), 0);
+    ::close(pipe[0]);
+    EXPECT_EQ(::write(pipe[1], "line\n", 5), -1);
+    EXPECT_EQ(errno, EPIPE);
+    ::close(pipe[1]);
 }
 
 TEST_F(SessionEnvironment, a_bus_that_does_not_answer_is_none) {

@@ -2,12 +2,10 @@
 
 #include <fcntl.h>
 #include <poll.h>
-#include <pthread.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
 #include <cerrno>
-#include <csignal>
 #include <ctime>
 
 #include "platform/freedesktop/file_errors.h"
@@ -18,36 +16,6 @@ namespace platform::freedesktop {
 namespace {
 
 constexpr int pipePatienceMilliseconds = 1000;
-
-/// Keeps a pipe whose reader leaves from ending the process: the write reports EPIPE instead.
-class BrokenPipeGuard {
-  public:
-    BrokenPipeGuard() {
-        sigemptyset(&brokenPipe_);
-        sigaddset(&brokenPipe_, SIGPIPE);
-        sigset_t pending;
-        sigpending(&pending);
-        wasPending_ = sigismember(&pending, SIGPIPE) == 1;
-        pthread_sigmask(SIG_BLOCK, &brokenPipe_, &previous_);
-    }
-    ~BrokenPipeGuard() {
-        const int errorNumber = errno;
-        const timespec now{};
-        if (!wasPending_) {
-            while (sigtimedwait(&brokenPipe_, nullptr, &now) == -1 && errno == EINTR) {
-            }
-        }
-        pthread_sigmask(SIG_SETMASK, &previous_, nullptr);
-        errno = errorNumber;
-    }
-    BrokenPipeGuard(const BrokenPipeGuard&) = delete;
-    BrokenPipeGuard& operator=(const BrokenPipeGuard&) = delete;
-
-  private:
-    sigset_t brokenPipe_{};
-    sigset_t previous_{};
-    bool wasPending_ = false;
-};
 
 /// 0, or the error number.
 int waitUntilWritable(int descriptor) {
@@ -107,7 +75,6 @@ base::Status writeInPlace(const std::string& path, std::span<const std::uint8_t>
     if (!isWholePath(path)) {
         return writeError(path, EINVAL);
     }
-    const BrokenPipeGuard guard;
     constexpr int flags = O_WRONLY | O_CREAT | O_TRUNC | O_NONBLOCK | O_NOCTTY | O_CLOEXEC;
     FileHandle file(::open(path.c_str(), flags, 0666));
     if (!file.isOpen()) {

@@ -10,7 +10,8 @@
 namespace platform::freedesktop {
 
 /// Opens `path` as it is (creating or emptying it) and writes `bytes`. A pipe that takes nothing
-/// for a second is an error, so that a stalled reader never holds the caller.
+/// for a second is an error, so that a stalled reader never holds the caller. The process ignores
+/// SIGPIPE, so that a reader who leaves is an error too.
 base::Status writeInPlace(const std::string& path, std::span<const std::uint8_t> bytes);
 
 /// Who may read the new file.
