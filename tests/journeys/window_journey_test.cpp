@@ -193,10 +193,7 @@ TEST_P(WindowCapture, space_twice_returns_to_the_region) {
     EXPECT_EQ(session.countSince(before, line::regionCopied), 1U);
 }
 
-TEST_P(WindowCapture, an_occluded_window_is_taken_whole_under_a_compositor) {
-    if (GetParam() == desktop::Compositor::none) {
-        GTEST_SKIP() << "Nothing keeps the covered part of a window without a compositor.";
-    }
+TEST_P(WindowCapture, an_occluded_window_is_taken_whole) {
     const Picture expected = session.screen(left->frame());
     const auto cover = open({.x = 150, .y = 120, .width = 400, .height = 140, .seed = 13});
     openInWindowMode();

@@ -16,10 +16,11 @@ struct DisplayBacking {
     std::shared_ptr<const Snapshot> snapshot;
 };
 
-/// What a listed window carries. Whatever else has to be prepared for its picture before the
-/// overlay closes belongs here too.
+/// What a listed window carries.
 struct WindowBacking {
     ListedWindow window;
+    /// Keeps the window whole when the overlay closes before its picture is taken.
+    std::shared_ptr<const void> keptWindows;
     /// All displays: a window may lie on several. Shared by all windows of one list.
     std::shared_ptr<const std::vector<DisplayBacking>> displays;
 };

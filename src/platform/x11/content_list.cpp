@@ -64,7 +64,8 @@ capture::ShareableContent listContent(Connection& connection, const OverlayStage
         if (!isWanted(window, desktopWindows, visibility)) {
             continue;
         }
-        auto backing = std::make_shared<const WindowBacking>(WindowBacking{window, backings});
+        auto backing = std::make_shared<const WindowBacking>(
+            WindowBacking{window, stage.keptWindows(), backings});
         content.windows.push_back({window.id, layout.topLeftFromNative(window.frame),
                                    layerOf(window.kind), applicationOf(window),
                                    std::move(backing)});

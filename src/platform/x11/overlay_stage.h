@@ -72,6 +72,10 @@ class OverlayStage {
     /// or that was until a moment ago; null when the live screen is to be read.
     [[nodiscard]] virtual std::shared_ptr<const Snapshot> snapshotInUse(
         const NativeRect& frame) const = 0;
+    /// What has the server keep the windows of the application in front whole, covered as they are,
+    /// while snapshots hide the screen: to be held until one of them is captured. Null when the
+    /// server needs no telling.
+    [[nodiscard]] virtual std::shared_ptr<const void> keptWindows() const = 0;
     /// Whether the window is one of the overlay's, closed ones that are still on the screen
     /// included.
     [[nodiscard]] virtual bool holds(xcb_window_t window) const = 0;

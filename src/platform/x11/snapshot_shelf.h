@@ -21,6 +21,8 @@ class SnapshotShelf {
 
     void add(xcb_window_t window, std::shared_ptr<const Snapshot> snapshot);
     [[nodiscard]] bool holds(xcb_window_t window) const;
+    /// Whether a window is up.
+    [[nodiscard]] bool isShowing() const { return !shown_.empty(); }
     /// Destroys the window at once.
     void close(xcb_window_t window);
     /// The snapshot of the display that is in use, or was until a moment ago; else null.

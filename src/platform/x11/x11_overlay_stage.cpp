@@ -7,8 +7,11 @@
 
 namespace platform::x11 {
 
-X11OverlayStage::X11OverlayStage(Connection& connection, base::MainQueue& mainQueue)
+X11OverlayStage::X11OverlayStage(Connection& connection, base::MainQueue& mainQueue,
+                                 FrontProcess frontProcess)
     : connection_(connection),
+      mainQueue_(mainQueue),
+      frontProcess_(std::move(frontProcess)),
       liveWindows_(connection, mainQueue),
       snapshotShelf_(connection, mainQueue) {}
 
@@ -25,6 +28,11 @@ void X11OverlayStage::windowMapped(xcb_window_t window, const NativeRect& frame,
                                    std::shared_ptr<const Snapshot> snapshot) {
     if (snapshot) {
         snapshotShelf_.add(window, std::move(snapshot));
+        if (frontProcess_) {
+            // When every display is covered: a redirected window flickers, which then nobody sees
+            // and no snapshot holds.
+            mainQueue_.post(alive_.guard([this] { redirectWindows(); }));
+        }
     } else {
         liveWindows_.add(window, frame);
     }
@@ -37,7 +45,19 @@ PaintPermission X11OverlayStage::requestPaint(xcb_window_t window) {
 
 void X11OverlayStage::windowClosed(xcb_window_t window) {
     snapshotShelf_.close(window);
+    if (!snapshotShelf_.isShowing()) {
+        redirectedWindows_.reset();
+    }
     liveWindows_.close(window);
+}
+
+void X11OverlayStage::redirectWindows() {
+    if (!snapshotShelf_.isShowing() || redirectedWindows_) {
+        return;
+    }
+    if (const auto process = frontProcess_()) {
+        redirectedWindows_ = RedirectedWindows::ofProcess(connection_, *process);
+    }
 }
 
 void X11OverlayStage::whenClear(const NativeRect& region, std::function<void()> clear) {

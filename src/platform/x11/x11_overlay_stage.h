@@ -1,9 +1,16 @@
 #pragma once
 
+#include <cstdint>
+#include <functional>
+#include <memory>
+#include <optional>
+
+#include "base/alive.h"
 #include "base/main_queue.h"
 #include "platform/x11/connection.h"
 #include "platform/x11/live_windows.h"
 #include "platform/x11/overlay_stage.h"
+#include "platform/x11/redirected_windows.h"
 #include "platform/x11/snapshot_shelf.h"
 
 namespace platform::x11 {
@@ -12,7 +19,12 @@ namespace platform::x11 {
 /// the main queue outlive it.
 class X11OverlayStage final : public OverlayStage {
   public:
-    X11OverlayStage(Connection& connection, base::MainQueue& mainQueue);
+    /// The process of the application in front; none when there is none.
+    using FrontProcess = std::function<std::optional<std::int32_t>()>;
+
+    /// Without `frontProcess` no window is kept whole.
+    X11OverlayStage(Connection& connection, base::MainQueue& mainQueue,
+                    FrontProcess frontProcess = {});
 
     [[nodiscard]] StageMode mode() override;
     [[nodiscard]] std::shared_ptr<const Snapshot> snapshotFor(const NativeRect& frame) override;
@@ -23,12 +35,22 @@ class X11OverlayStage final : public OverlayStage {
     void whenClear(const NativeRect& region, std::function<void()> clear) override;
     [[nodiscard]] std::shared_ptr<const Snapshot> snapshotInUse(
         const NativeRect& frame) const override;
+    [[nodiscard]] std::shared_ptr<const void> keptWindows() const override {
+        return redirectedWindows_;
+    }
     [[nodiscard]] bool holds(xcb_window_t window) const override;
 
   private:
+    void redirectWindows();
+
     Connection& connection_;
+    base::MainQueue& mainQueue_;
+    FrontProcess frontProcess_;
     LiveWindows liveWindows_;
     SnapshotShelf snapshotShelf_;
+    /// Only while a snapshot is shown.
+    std::shared_ptr<const RedirectedWindows> redirectedWindows_;
+    base::Alive alive_;
 };
 
 }  // namespace platform::x11

@@ -63,7 +63,7 @@ struct Screen {
                    [](const std::string& monitorName) {
                        return qt::scaleFactorOfMonitor(monitorName).value_or(1.0);
                    }),
-          stage(connection, queue),
+          stage(connection, queue, [this] { return workspace.lastFrontProcess(); }),
           pointer(connection, displays),
           workspace(connection,
                     [this](const std::vector<std::string>& identifiers) {

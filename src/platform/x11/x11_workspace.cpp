@@ -115,6 +115,7 @@ std::optional<overlay::Application> X11Workspace::applicationOf(xcb_window_t win
     }
     std::vector<std::string> identifiers = owner.identifiers;
     identifiers.push_back(executableOf(*owner.processID));
+    lastFrontProcess_ = owner.processID;
     const auto name = nameOf_ ? nameOf_(identifiers) : std::nullopt;
     return overlay::Application{*owner.processID, name ? name : owner.className};
 }

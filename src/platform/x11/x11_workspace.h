@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstdint>
 #include <functional>
 #include <optional>
 #include <string>
@@ -23,6 +24,8 @@ class X11Workspace final : public overlay::Workspace {
 
     /// A few round trips; those of the fallbacks only when they are needed.
     [[nodiscard]] std::optional<overlay::Application> frontmostApplication() override;
+    /// The process of the application that was found in front last; asks nobody.
+    [[nodiscard]] std::optional<std::int32_t> lastFrontProcess() const { return lastFrontProcess_; }
 
   private:
     /// What says that a window manager is running, XCB_WINDOW_NONE without one.
@@ -34,6 +37,7 @@ class X11Workspace final : public overlay::Workspace {
 
     Connection& connection_;
     NameLookup nameOf_;
+    std::optional<std::int32_t> lastFrontProcess_;
 };
 
 }  // namespace platform::x11

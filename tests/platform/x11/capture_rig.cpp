@@ -1,6 +1,7 @@
 #include "capture_rig.h"
 
 #include <gtest/gtest.h>
+#include <unistd.h>
 
 #include <algorithm>
 #include <utility>
@@ -19,7 +20,7 @@ desktop::DesktopOptions small(desktop::DesktopOptions options) {
 CaptureRig::CaptureRig(desktop::DesktopOptions options)
     : desktop_(small(options)),
       connection_(connectTo(desktop_)),
-      stage_(*connection_, queue_),
+      stage_(*connection_, queue_, [] { return getpid(); }),
       layout_({{7, "A", {0, 0, 800, 600}, 1.0, platform::x11::DisplayRole::primary, nullptr}}),
       service_(std::make_unique<platform::x11::X11CaptureService>(*connection_, queue_, stage_,
                                                                   [this] { return layout_; })) {

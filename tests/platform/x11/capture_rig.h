@@ -15,7 +15,8 @@
 
 namespace tests {
 
-/// The capture service and the stage on a private desktop of 800 x 600 pixels.
+/// The capture service and the stage on a private desktop of 800 x 600 pixels. The application in
+/// front is this process.
 class CaptureRig {
   public:
     explicit CaptureRig(desktop::DesktopOptions options);

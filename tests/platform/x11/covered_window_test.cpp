@@ -1,0 +1,135 @@
+// Windows that others cover, on a desktop that keeps nothing of what is covered.
+#include <gtest/gtest.h>
+
+#include "capture_rig.h"
+#include "platform/x11/redirected_windows.h"
+#include "platform/x11/window_pixmap.h"
+
+namespace {
+
+using capture::WindowShadow;
+using platform::x11::coveredWindows;
+using platform::x11::ListedWindow;
+using platform::x11::NativeRect;
+using platform::x11::WindowPixmap;
+using platform::x11::WindowPresence;
+using tests::CaptureRig;
+using tests::pictureOf;
+
+constexpr NativeRect screen{0, 0, 800, 600};
+constexpr std::int32_t front = 100;
+constexpr std::int32_t other = 200;
+
+ListedWindow windowOf(std::int32_t process, xcb_window_t id, const NativeRect& frame) {
+    ListedWindow window;
+    window.id = id;
+    window.topLevel = id + 1000;
+    window.frame = frame;
+    window.owner.processID = process;
+    return window;
+}
+
+TEST(CoveredWindows, are_those_of_the_process_that_a_window_in_front_of_them_covers) {
+    EXPECT_EQ(coveredWindows(
+                  {windowOf(front, 1, {0, 0, 100, 100}), windowOf(other, 2, {90, 90, 100, 100}),
+                   windowOf(front, 3, {180, 180, 50, 50}), windowOf(front, 4, {300, 300, 50, 50})},
+                  front, screen),
+              std::vector<xcb_window_t>{1003});
+}
+
+TEST(CoveredWindows, include_those_that_reach_over_the_edge_of_the_screen) {
+    EXPECT_EQ(coveredWindows({windowOf(front, 1, {-1, 0, 100, 100})}, front, screen),
+              std::vector<xcb_window_t>{1001});
+}
+
+TEST(CoveredWindows, are_not_covered_by_windows_that_are_not_on_the_screen) {
+    auto minimised = windowOf(other, 1, {0, 0, 100, 100});
+    minimised.presence = WindowPresence::elsewhere;
+    EXPECT_EQ(coveredWindows({minimised, windowOf(front, 2, {0, 0, 100, 100})}, front, screen),
+              std::vector<xcb_window_t>{});
+}
+
+/// Two windows, and an overlay that shows a snapshot over them.
+class FrozenOverlay : public testing::Test {
+  protected:
+    FrozenOverlay()
+        : rig({.windowManager = desktop::WindowManager::none}),
+          below(rig.desktop().displayName(), {.x = 100,
+                                              .y = 100,
+                                              .width = 300,
+                                              .height = 200,
+                                              .management = Management::unmanaged}),
+          above(rig.desktop().displayName(), {.x = 50,
+                                              .y = 50,
+                                              .width = 300,
+                                              .height = 200,
+                                              .management = Management::unmanaged,
+                                              .seed = 2}) {}
+
+    void openOverlay() {
+        const auto snapshot = rig.stage().snapshotFor(screen);
+        overlay = tests::makeWindow(rig.connection().get(), {.frame = screen});
+        rig.stage().windowMapped(overlay, screen, snapshot);
+        rig.queue().runAll();
+    }
+    bool isRedirected(const desktop::TestWindow& window) {
+        const auto pixmap = WindowPixmap::of(rig.connection(), window.id());
+        return pixmap && pixmap.value();
+    }
+
+    using Management = desktop::TestWindowOptions::Management;
+    CaptureRig rig;
+    desktop::TestWindow below;
+    desktop::TestWindow above;
+    xcb_window_t overlay = XCB_WINDOW_NONE;
+};
+
+TEST_F(FrozenOverlay, has_a_covered_window_taken_whole) {
+    openOverlay();
+    const auto image = rig.captureWindow(below.id(), WindowShadow::ignored);
+    ASSERT_TRUE(image);
+    EXPECT_EQ(desktop::difference(below.picture(), pictureOf(image.value())), "equal");
+}
+
+TEST_F(FrozenOverlay, has_a_covered_window_taken_whole_when_it_closes_before_the_capture) {
+    openOverlay();
+    auto listed = rig.listed(below.id());
+    ASSERT_TRUE(listed);
+    rig.stage().windowClosed(overlay);
+    capture::StreamConfiguration configuration;
+    configuration.singleWindowShadow = WindowShadow::ignored;
+    const auto image = rig.capture(capture::WindowFilter{*listed}, configuration);
+    ASSERT_TRUE(image);
+    EXPECT_EQ(desktop::difference(below.picture(), pictureOf(image.value())), "equal");
+    listed.reset();
+    EXPECT_FALSE(isRedirected(below)) << "let go of with the listing";
+}
+
+TEST_F(FrozenOverlay, leaves_a_window_alone_of_which_everything_shows) {
+    openOverlay();
+    EXPECT_TRUE(isRedirected(below));
+    EXPECT_FALSE(isRedirected(above));
+    const auto image = rig.captureWindow(above.id(), WindowShadow::ignored);
+    ASSERT_TRUE(image);
+    EXPECT_EQ(desktop::difference(above.picture(), pictureOf(image.value())), "equal");
+}
+
+TEST_F(FrozenOverlay, that_closes_leaves_the_windows_as_they_were) {
+    const auto before = desktop::readScreen(rig.desktop().client());
+    openOverlay();
+    EXPECT_TRUE(isRedirected(below));
+    rig.stage().windowClosed(overlay);
+    EXPECT_FALSE(isRedirected(below));
+    EXPECT_EQ(desktop::difference(before, desktop::readScreen(rig.desktop().client())), "equal");
+}
+
+TEST_F(FrozenOverlay, that_closes_in_the_turn_of_its_opening_redirects_nothing) {
+    const auto snapshot = rig.stage().snapshotFor(screen);
+    overlay = tests::makeWindow(rig.connection().get(), {.frame = screen});
+    rig.stage().windowMapped(overlay, screen, snapshot);
+    rig.stage().windowClosed(overlay);
+    rig.queue().runAll();
+    EXPECT_FALSE(isRedirected(below));
+}
+
+}  // namespace
