@@ -19,7 +19,8 @@ struct TapEvent {
 };
 inline constexpr std::uint32_t unknownKeyCode = 0xFFFF;
 
-/// A tap that is installed; destroying it disables it, ends the events and frees the keyboard.
+/// A tap that is installed; destroying it disables it and ends the events at once, and frees the
+/// keyboard in a later turn unless there is another tap by then.
 class EventTap {
   public:
     virtual ~EventTap() = default;

@@ -50,6 +50,8 @@ class X11World final : public OverlaySurfaceWorld {
     overlay::OverlaySurfaceFactory& factory() override { return *rig_.factory; }
     base::Screen screen() override { return rig_.displays.screens().at(0); }
     void move(base::Point point) override {
+        // The window is sent for, and not necessarily there, when the call has returned.
+        rig_.settle();
         hands().moveTo(placeOf(point));
         rig_.settle();
     }
@@ -63,6 +65,9 @@ class X11World final : public OverlaySurfaceWorld {
         rig_.settle();
     }
     void tapSpace() override {
+        // As when another program holds the keyboard: then the keys come to the surface itself.
+        rig_.factory->takeFocus();
+        rig_.settle();
         hands().tap(desktop::key::space);
         rig_.settle();
     }

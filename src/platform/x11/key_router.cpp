@@ -35,7 +35,11 @@ base::Result<KeyRouter::TapID> KeyRouter::addTap(overlay::KeyboardTap::Handler h
 }
 
 void KeyRouter::removeTap(TapID tap) {
-    if (taps_.erase(tap) == 1 && taps_.empty()) {
+    taps_.erase(tap);
+}
+
+void KeyRouter::giveBackWithoutTaps() {
+    if (grab_ == Grab::active && taps_.empty()) {
         giveBackUnlessHotKeyHeld();
     }
 }
@@ -71,6 +75,10 @@ Connection::EventVerdict KeyRouter::handle(const xcb_generic_event_t& event) {
             activatingKey_ = key.detail;
         }
         handlePress(key);
+        if (isLate) {
+            // Its release may have come when the keyboard was nobody's, and then not to us.
+            forgetKeysThatAreUp();
+        }
     }
     return Connection::EventVerdict::consumed;
 }

@@ -39,9 +39,15 @@ class KeyRouter {
     /// Takes the keyboard (one round trip) and reports its key-downs to `handler`. Fails while
     /// another program holds it.
     base::Result<TapID> addTap(overlay::KeyboardTap::Handler handler);
-    /// Gives the keyboard back with the last tap. A hot key that is still down then keeps it until
-    /// it is up, as it would have without a tap: its repeats must reach no one.
+    /// Nothing is reported to the tap from here on. The keyboard stays taken until
+    /// `giveBackWithoutTaps`.
     void removeTap(TapID tap);
+    /// Gives the keyboard back unless a tap needs it. A hot key that is still down then keeps it
+    /// until it is up, as it would have without a tap: its repeats must reach no one.
+    ///
+    /// In a later turn than the removing: an overlay that is opened again at once keeps the
+    /// keyboard, where a key released between two grabs would seem to be held for ever.
+    void giveBackWithoutTaps();
     /// Whether a tap could be added now. A round trip; changes nothing.
     bool isKeyboardAvailable();
 

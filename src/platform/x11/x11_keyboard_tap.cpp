@@ -12,17 +12,24 @@ constexpr std::chrono::milliseconds retryInterval{10};
 
 class X11EventTap final : public overlay::EventTap {
   public:
-    X11EventTap(const std::shared_ptr<KeyRouter*>& router, KeyRouter::TapID tap)
-        : router_(router), tap_(tap) {}
+    X11EventTap(base::MainQueue& mainQueue, const std::shared_ptr<KeyRouter*>& router,
+                KeyRouter::TapID tap)
+        : mainQueue_(mainQueue), router_(router), tap_(tap) {}
     ~X11EventTap() override {
         if (const auto router = router_.lock()) {
             (*router)->removeTap(tap_);
+            mainQueue_.post([weakRouter = router_] {
+                if (const auto later = weakRouter.lock()) {
+                    (*later)->giveBackWithoutTaps();
+                }
+            });
         }
     }
     X11EventTap(const X11EventTap&) = delete;
     X11EventTap& operator=(const X11EventTap&) = delete;
 
   private:
+    base::MainQueue& mainQueue_;
     std::weak_ptr<KeyRouter*> router_;
     KeyRouter::TapID tap_;
 };
@@ -42,7 +49,8 @@ base::Result<std::unique_ptr<overlay::EventTap>> X11KeyboardTap::create(Handler 
         }
         return tap.error();
     }
-    return std::unique_ptr<overlay::EventTap>(std::make_unique<X11EventTap>(router_, tap.value()));
+    return std::unique_ptr<overlay::EventTap>(
+        std::make_unique<X11EventTap>(mainQueue_, router_, tap.value()));
 }
 
 void X11KeyboardTap::whenAvailable(std::chrono::milliseconds limit, std::function<void()> ready) {

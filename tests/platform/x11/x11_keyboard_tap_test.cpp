@@ -131,7 +131,7 @@ TEST_F(X11KeyboardTapTest, other_windows_get_keys_only_without_a_tap) {
     tapKey(key::a);
     EXPECT_THAT(window.takeKeys(), IsEmpty());
     tap.reset();
-    keyboard_.synchronize();
+    keyboard_.settle();
     tapKey(key::a);
     EXPECT_THAT(window.takeKeys(), ElementsAre(key::a));
     EXPECT_EQ(keys_.size(), 1U);
@@ -206,7 +206,7 @@ TEST_F(X11KeyboardTapTest, a_hot_key_released_unseen_before_the_tap_goes_gives_t
         keyboard_.hands().release(keycode);
     }
     tap.reset();
-    keyboard_.synchronize();
+    keyboard_.settle();
     OtherProgram other(keyboard_.displayName());
     EXPECT_EQ(other.grabKeyboard(), OtherProgram::Answer::granted);
     other.ungrabKeyboard();
@@ -316,8 +316,21 @@ TEST_F(X11KeyboardTapTest, the_keyboard_is_free_only_when_the_last_tap_is_gone) 
     keyboard_.synchronize();
     EXPECT_EQ(other.grabKeyboard(), OtherProgram::Answer::refused);
     newer.reset();
-    keyboard_.synchronize();
+    keyboard_.settle();
     EXPECT_EQ(other.grabKeyboard(), OtherProgram::Answer::granted);
+}
+
+TEST_F(X11KeyboardTapTest, a_tap_made_in_the_turn_of_the_last_one_s_end_keeps_the_keyboard) {
+    auto tap = makeTap(keys_);
+    tap.reset();
+    keyboard_.synchronize();
+    OtherProgram other(keyboard_.displayName());
+    EXPECT_EQ(other.grabKeyboard(), OtherProgram::Answer::refused);
+    tap = makeTap(keys_);
+    keyboard_.settle();
+    EXPECT_EQ(other.grabKeyboard(), OtherProgram::Answer::refused);
+    tapKey(key::a);
+    EXPECT_EQ(keys_.size(), 1U);
 }
 
 TEST_F(X11KeyboardTapTest, a_tap_may_outlive_the_keyboard) {
