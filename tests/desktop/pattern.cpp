@@ -21,6 +21,16 @@ Picture pattern(int width, int height, std::uint32_t seed) {
     return picture;
 }
 
+Picture gradient(int width, int height) {
+    Picture picture{width, height, {}};
+    for (int y = 0; y < height; ++y) {
+        const auto step = static_cast<std::uint32_t>(y * 100 / height);
+        const std::uint32_t color = 0xff2a4a6bU + (step << 16U) + (step << 8U) + step / 2;
+        picture.pixels.insert(picture.pixels.end(), static_cast<std::size_t>(width), color);
+    }
+    return picture;
+}
+
 xcb_pixmap_t upload(const XClient& client, const Picture& picture) {
     const xcb_pixmap_t pixmap = xcb_generate_id(client.get());
     const xcb_gcontext_t context = xcb_generate_id(client.get());
@@ -43,9 +53,11 @@ xcb_pixmap_t upload(const XClient& client, const Picture& picture) {
     return pixmap;
 }
 
-Wallpaper::Wallpaper(const std::string& displayName, std::uint32_t seed) : client_(displayName) {
+Wallpaper::Wallpaper(const std::string& displayName, Motif motif) : client_(displayName) {
     const Picture before = readScreen(client_);
-    picture_ = pattern(before.width, before.height, seed);
+    constexpr std::uint32_t seed = 7;
+    picture_ = motif == Motif::pattern ? pattern(before.width, before.height, seed)
+                                       : gradient(before.width, before.height);
     const xcb_pixmap_t pixmap = upload(client_, picture_);
     // Under these names compositors look for the picture that they paint behind the windows.
     for (const char* name : {"_XROOTPMAP_ID", "ESETROOT_PMAP_ID"}) {

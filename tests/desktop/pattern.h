@@ -14,11 +14,17 @@ Picture pattern(int width, int height, std::uint32_t seed);
 /// The picture as a pixmap of the server, of the screen's depth. The caller frees it.
 xcb_pixmap_t upload(const XClient& client, const Picture& picture);
 
-/// The background of the desktop: the root window shows a pattern, under a compositor too.
+/// A calm picture for people to look at: a gradient from the top to the bottom.
+Picture gradient(int width, int height);
+
+/// The background of the desktop, under a compositor too.
 class Wallpaper {
   public:
+    /// What it shows: `pattern` to compare pixels with, `gradient` to look at.
+    enum class Motif { pattern, gradient };
+
     /// Returns when the screen shows it at its corners; the screen must be empty.
-    explicit Wallpaper(const std::string& displayName, std::uint32_t seed = 7);
+    explicit Wallpaper(const std::string& displayName, Motif motif = Motif::pattern);
     [[nodiscard]] const Picture& picture() const { return picture_; }
 
   private:

@@ -15,16 +15,13 @@ class Pictures : public testing::TestWithParam<desktop::Compositor> {
     Pictures() {
         session.writeSettings(nlohmann::json::object());
         session.start(SettingsWindow::leftOpen);
+        const auto printed = session.desktop().home() / "printed";
         terminal = session.desktop().start(
             "xterm", {"xterm", "-geometry", "80x24+180+140", "-fa", "Monospace", "-fs", "11", "-e",
-                      "sh", "-c", "cal -y 2>/dev/null || ls -l /usr/bin | head -40; read line"});
-        desktop::require("The terminal", [this] {
-            return session.desktop()
-                       .client()
-                       .property(session.desktop().client().root(), "_NET_CLIENT_LIST")
-                       .value_or(std::vector<std::uint8_t>{})
-                       .size() >= 8;
-        });
+                      "sh", "-c", "ls -l /usr/bin | head -40; touch \"$HOME/printed\"; read line"});
+        session.require("The text in the terminal",
+                        [&] { return std::filesystem::exists(printed); });
+        session.waitUntilStill();
     }
     void keep(const std::string& name) {
         const std::string kind = GetParam() == desktop::Compositor::none ? "frozen" : "live";
@@ -33,13 +30,13 @@ class Pictures : public testing::TestWithParam<desktop::Compositor> {
     }
     /// Waits until the place no longer shows what it showed in `before`.
     void waitForChange(Place place, const Picture& before) {
-        desktop::require("A change on the screen", [&] {
+        session.require("A change on the screen", [&] {
             return session.screen({place.x, place.y, 1, 1}).pixels[0] !=
                    before.at(place.x, place.y);
         });
     }
 
-    Session session{{.compositor = GetParam()}};
+    Session session{{.compositor = GetParam()}, desktop::Wallpaper::Motif::gradient};
     std::unique_ptr<desktop::Process> terminal;
 };
 
@@ -73,7 +70,7 @@ TEST_P(Pictures, of_window_mode_over_a_window) {
     session.program().waitForLine(line::toggled, mark);
     session.input().moveTo({402, 300});
     waitForChange({20, 780}, before);
-    desktop::require("The highlight", [&] {
+    session.require("The highlight", [&] {
         return (session.screen({500, 400, 1, 1}).pixels[0] & 0xffU) >= 126U;
     });
     keep("window-mode");

@@ -9,10 +9,10 @@ namespace journeys {
 
 namespace key = desktop::key;
 
-Session::Session(const desktop::DesktopOptions& options)
+Session::Session(const desktop::DesktopOptions& options, desktop::Wallpaper::Motif motif)
     : options_(options),
       desktop_(options),
-      wallpaper_(desktop_.displayName()),
+      wallpaper_(desktop_.displayName(), motif),
       clipboard_(desktop_.displayName()) {
     // Away from every place that a journey looks at.
     input().moveTo({options.outputs.front().x + options.outputs.front().width / 2,

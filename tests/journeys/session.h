@@ -36,7 +36,8 @@ enum class SettingsWindow { closed, leftOpen };
 /// One person's session: a private desktop with a wallpaper, and the real program in it.
 class Session {
   public:
-    explicit Session(const desktop::DesktopOptions& options = {});
+    explicit Session(const desktop::DesktopOptions& options = {},
+                     desktop::Wallpaper::Motif motif = desktop::Wallpaper::Motif::pattern);
 
     [[nodiscard]] desktop::Desktop& desktop() { return desktop_; }
     [[nodiscard]] desktop::InputDriver& input() { return desktop_.input(); }
