@@ -8,6 +8,7 @@
 #include "app/settings_store.h"
 #include "base/clock.h"
 #include "base/log.h"
+#include "capture/confirmation.h"
 #include "capture/image_delivery.h"
 #include "capture/screen_capture.h"
 #include "capture/text_recognition.h"
@@ -55,6 +56,7 @@ class LumaframeApp {
     base::Log& log_;
     base::SystemClock clock_;
     SettingsStore settings_;
+    capture::Confirmation confirmation_;
     capture::TextRecognition textRecognition_;
     capture::ImageDelivery imageDelivery_;
     capture::ScreenCapture screenCapture_;

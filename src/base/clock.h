@@ -1,6 +1,7 @@
 #pragma once
 
 #include <ctime>
+#include <string>
 
 namespace base {
 
@@ -15,5 +16,8 @@ class SystemClock final : public Clock {
   public:
     [[nodiscard]] std::tm localTime() const override;
 };
+
+/// The date and the time as they stand in the names of files: "2025-03-07 at 14.05.09".
+std::string fileNameDate(const std::tm& time);
 
 }  // namespace base

@@ -1,25 +1,11 @@
 #include "capture/image_delivery.h"
 
-#include <array>
-#include <ctime>
 #include <optional>
 
 #include "app/settings_keys.h"
 #include "base/file_path.h"
 
 namespace capture {
-
-namespace {
-
-/// "2025-03-07 at 14.05.09"
-std::string dateText(const std::tm& time) {
-    std::array<char, 64> buffer{};
-    const std::size_t length =
-        std::strftime(buffer.data(), buffer.size(), "%Y-%m-%d at %H.%M.%S", &time);
-    return {buffer.data(), length};
-}
-
-}  // namespace
 
 void ImageDelivery::deliverRegionImage(const Delivery& delivery) {
     deliver(delivery, "Retina screenshot copied!");
@@ -38,10 +24,11 @@ void ImageDelivery::deliver(const Delivery& delivery, const std::string& copiedL
     switch (delivery.mode) {
         case base::CaptureMode::screenshot:
             if (mediator_.settings.boolForKey(app::keys::showNotifications)) {
-                postNotification("Screenshot Captured", "Saved to " + savedToFolderName());
+                mediator_.confirmation.postNotification("Screenshot Captured",
+                                                        "Saved to " + savedToFolderName());
             }
             if (mediator_.settings.boolForKey(app::keys::playSounds)) {
-                playSound("Hero");
+                mediator_.confirmation.playSound("Hero");
             }
             return;
         case base::CaptureMode::ocr:
@@ -72,7 +59,8 @@ void ImageDelivery::saveScreenshot(CapturedImage& image) {
     if (!mediator_.settings.boolForKey(app::keys::saveToDownloads)) {
         return;
     }
-    const std::string fileName = "Screenshot " + dateText(mediator_.clock.localTime()) + ".png";
+    const std::string fileName =
+        "Screenshot " + base::fileNameDate(mediator_.clock.localTime()) + ".png";
     std::string folder =
         mediator_.settings.stringForKey(app::keys::screenshotSavePath).value_or("");
     if (folder.empty()) {
@@ -95,31 +83,6 @@ void ImageDelivery::saveScreenshot(CapturedImage& image) {
     } else {
         mediator_.log.line("Failed to save screenshot: " + written.error().sentence);
     }
-}
-
-void ImageDelivery::playSound(const std::string& name) {
-    std::optional<Sound> sound = mediator_.soundPlayer.soundNamed(name);
-    if (!sound) {
-        sound = mediator_.soundPlayer.soundInFallbackFile(name);
-    }
-    if (!sound) {
-        mediator_.log.line("Failed to play sound: " + name);
-        return;
-    }
-    mediator_.soundPlayer.play(*sound);
-}
-
-void ImageDelivery::postNotification(const std::string& title, const std::string& body) {
-    UserNotifications& notifications = mediator_.notifications;
-    notifications.requestAuthorization([&notifications, title, body](Authorization answer) {
-        switch (answer) {
-            case Authorization::granted:
-                notifications.add({notifications.makeIdentifier(), title, body});
-                return;
-            case Authorization::denied:
-                return;
-        }
-    });
 }
 
 }  // namespace capture

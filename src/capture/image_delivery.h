@@ -12,10 +12,9 @@
 #include "base/main_queue.h"
 #include "capture/capture_service.h"
 #include "capture/captured_image.h"
+#include "capture/confirmation.h"
 #include "capture/pasteboard.h"
-#include "capture/sound_player.h"
 #include "capture/text_recognition.h"
-#include "capture/user_notifications.h"
 
 namespace capture {
 
@@ -36,8 +35,7 @@ class ImageDelivery {
     struct Mediator {
         Pasteboard& pasteboard;
         base::FileManager& fileManager;
-        SoundPlayer& soundPlayer;
-        UserNotifications& notifications;
+        Confirmation& confirmation;
         TextRecognition& textRecognition;
         app::SettingsStore& settings;
         base::MainQueue& mainQueue;
@@ -52,10 +50,6 @@ class ImageDelivery {
     /// Writes the picture into the folder of the settings, under a name made from the local time. A
     /// file of that name is replaced.
     void saveScreenshot(CapturedImage& image);
-    /// Plays the desktop's sound of that name, else the file that stands in for it.
-    void playSound(const std::string& name);
-    /// Returns at once; the notification is posted when the desktop has allowed it.
-    void postNotification(const std::string& title, const std::string& body);
 
   private:
     void deliver(const Delivery& delivery, const std::string& copiedLine);

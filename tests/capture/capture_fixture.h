@@ -9,6 +9,7 @@
 #include "app/default_settings.h"
 #include "app/settings_keys.h"
 #include "app/settings_store.h"
+#include "capture/confirmation.h"
 #include "capture/image_delivery.h"
 #include "capture/screen_capture.h"
 #include "capture/text_recognition.h"
@@ -61,11 +62,19 @@ class CaptureFixture : public testing::Test {
     doubles::FakeSoundPlayer soundPlayer;
     doubles::FakeUserNotifications notifications;
     doubles::FakeTextRecognizer recognizer;
-    capture::TextRecognition textRecognition{{recognizer, log}};
+    capture::Confirmation confirmation{
+        {.soundPlayer = soundPlayer, .notifications = notifications, .log = log}};
+    capture::TextRecognition textRecognition{{.recognizer = recognizer,
+                                              .pasteboard = pasteboard,
+                                              .fileManager = fileManager,
+                                              .confirmation = confirmation,
+                                              .settings = settings,
+                                              .mainQueue = queue,
+                                              .clock = clock,
+                                              .log = log}};
     capture::ImageDelivery imageDelivery{{.pasteboard = pasteboard,
                                           .fileManager = fileManager,
-                                          .soundPlayer = soundPlayer,
-                                          .notifications = notifications,
+                                          .confirmation = confirmation,
                                           .textRecognition = textRecognition,
                                           .settings = settings,
                                           .mainQueue = queue,

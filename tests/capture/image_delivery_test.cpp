@@ -146,11 +146,13 @@ TEST_F(ImageDeliveryTest, a_picture_that_nobody_offers_any_more_is_not_encoded) 
 
 TEST_F(ImageDeliveryTest, in_ocr_mode_the_picture_is_copied_and_saved_and_then_read) {
     enableOnly(allSteps);
+    recognizer.error = base::Error{base::ErrorKind::failed, "It is dark"};
     deliver(CaptureMode::ocr);
-    EXPECT_THAT(calls.calls(),
-                ElementsAre("pasteboard clear", "pasteboard image",
-                            "log: Retina screenshot copied!", "downloads directories", "encode",
-                            std::string("file write: ") + target, savedLine, "recognize"));
+    EXPECT_THAT(
+        calls.calls(),
+        ElementsAre("pasteboard clear", "pasteboard image", "log: Retina screenshot copied!",
+                    "downloads directories", "encode", std::string("file write: ") + target,
+                    savedLine, "recognize", "log: Unable to perform OCR: It is dark."));
 }
 
 TEST_F(ImageDeliveryTest, the_recogniser_gets_the_untouched_pixels) {
@@ -285,14 +287,14 @@ TEST_F(FailingImageDeliveryTest, in_ocr_mode_the_text_is_read_all_the_same) {
 // The sound
 
 TEST_F(ImageDeliveryTest, a_sound_the_desktop_has_is_not_looked_for_in_files) {
-    imageDelivery.playSound("Glass");
+    confirmation.playSound("Glass");
     EXPECT_THAT(calls.calls(), ElementsAre("sound named: Glass", "sound play: Glass"));
 }
 
 TEST_F(ImageDeliveryTest, a_sound_the_desktop_has_not_is_played_from_its_file) {
     soundPlayer.named.clear();
     soundPlayer.fallbackFiles["Hero"] = "/sounds/Hero";
-    imageDelivery.playSound("Hero");
+    confirmation.playSound("Hero");
     EXPECT_THAT(calls.calls(),
                 ElementsAre("sound named: Hero", "sound file: Hero", "sound play: Hero"));
     EXPECT_THAT(soundPlayer.played, ElementsAre("/sounds/Hero"));
@@ -300,7 +302,7 @@ TEST_F(ImageDeliveryTest, a_sound_the_desktop_has_not_is_played_from_its_file) {
 
 TEST_F(ImageDeliveryTest, a_sound_that_nobody_has_is_said) {
     soundPlayer.named.clear();
-    imageDelivery.playSound("Hero");
+    confirmation.playSound("Hero");
     EXPECT_THAT(log.lines, ElementsAre("Failed to play sound: Hero"));
     EXPECT_THAT(soundPlayer.played, IsEmpty());
 }
@@ -308,7 +310,7 @@ TEST_F(ImageDeliveryTest, a_sound_that_nobody_has_is_said) {
 // The notification
 
 TEST_F(ImageDeliveryTest, a_notification_is_posted_once_it_is_allowed) {
-    imageDelivery.postNotification("Title", "Body");
+    confirmation.postNotification("Title", "Body");
     EXPECT_THAT(notifications.posted, IsEmpty());
     notifications.answer();
     ASSERT_EQ(notifications.posted.size(), 1U);
@@ -319,16 +321,16 @@ TEST_F(ImageDeliveryTest, a_notification_is_posted_once_it_is_allowed) {
 
 TEST_F(ImageDeliveryTest, a_notification_that_is_not_allowed_is_dropped_without_a_word) {
     notifications.authorization = capture::Authorization::denied;
-    imageDelivery.postNotification("Title", "Body");
+    confirmation.postNotification("Title", "Body");
     notifications.answer();
     EXPECT_THAT(notifications.posted, IsEmpty());
     EXPECT_THAT(log.lines, IsEmpty());
 }
 
 TEST_F(ImageDeliveryTest, every_notification_asks_anew_and_has_an_identifier_of_its_own) {
-    imageDelivery.postNotification("Title", "Body");
+    confirmation.postNotification("Title", "Body");
     notifications.answer();
-    imageDelivery.postNotification("Title", "Body");
+    confirmation.postNotification("Title", "Body");
     notifications.answer();
     EXPECT_EQ(notifications.requestCount, 2);
     EXPECT_NE(notifications.posted.at(0).identifier, notifications.posted.at(1).identifier);
