@@ -96,7 +96,7 @@ std::string decimalText(double number) {
     return text;
 }
 
-std::string_view trimmed(std::string_view text) {
+std::string_view withoutOuterBlanks(std::string_view text) {
     const auto first = text.find_first_not_of(" \t\r");
     if (first == std::string_view::npos) {
         return {};

@@ -12,7 +12,7 @@ namespace base {
 std::string decimalText(double number);
 
 /// `text` without the blanks, tabs and carriage returns at its ends.
-std::string_view trimmed(std::string_view text);
+std::string_view withoutOuterBlanks(std::string_view text);
 
 /// Whether a byte is an ASCII control character.
 constexpr bool isControl(char byte) {

@@ -22,9 +22,9 @@ TEST(DecimalText, an_exponent_needs_no_further_digit) {
 }
 
 TEST(Trimmed, only_the_ends_lose_their_blanks) {
-    EXPECT_EQ(base::trimmed(" \t a  b \r"), "a  b");
-    EXPECT_EQ(base::trimmed(" \t\r"), "");
-    EXPECT_EQ(base::trimmed(""), "");
+    EXPECT_EQ(base::withoutOuterBlanks(" \t a  b \r"), "a  b");
+    EXPECT_EQ(base::withoutOuterBlanks(" \t\r"), "");
+    EXPECT_EQ(base::withoutOuterBlanks(""), "");
 }
 
 TEST(Latin1Text, letters_of_latin_1_become_one_byte_each) {

@@ -11,7 +11,7 @@ KeyFile KeyFile::parse(std::string_view text) {
     std::string group;
     while (!text.empty()) {
         const auto end = std::min(text.find('\n'), text.size());
-        const auto line = base::trimmed(text.substr(0, end));
+        const auto line = base::withoutOuterBlanks(text.substr(0, end));
         text.remove_prefix(std::min(end + 1, text.size()));
         const auto equals = line.find('=');
         if (line.starts_with('#')) {
@@ -20,8 +20,9 @@ KeyFile KeyFile::parse(std::string_view text) {
         if (line.starts_with('[') && line.ends_with(']')) {
             group = line.substr(1, line.size() - 2);
         } else if (equals != std::string_view::npos && equals > 0) {
-            file.groups_[group].try_emplace(std::string(base::trimmed(line.substr(0, equals))),
-                                            base::trimmed(line.substr(equals + 1)));
+            file.groups_[group].try_emplace(
+                std::string(base::withoutOuterBlanks(line.substr(0, equals))),
+                base::withoutOuterBlanks(line.substr(equals + 1)));
         }
     }
     return file;
@@ -41,7 +42,8 @@ std::vector<std::string> KeyFile::list(const std::string& group, const std::stri
     std::vector<std::string> parts;
     for (std::size_t begin = 0; begin < text.size();) {
         const auto end = std::min(text.find_first_of(",;", begin), text.size());
-        const auto part = base::trimmed(std::string_view(text).substr(begin, end - begin));
+        const auto part =
+            base::withoutOuterBlanks(std::string_view(text).substr(begin, end - begin));
         if (!part.empty()) {
             parts.emplace_back(part);
         }

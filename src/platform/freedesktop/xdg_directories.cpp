@@ -47,7 +47,7 @@ std::optional<std::string> unquoted(std::string_view text) {
     std::string value;
     for (std::size_t index = 1; index < text.size(); ++index) {
         if (text[index] == '"') {
-            const auto rest = base::trimmed(text.substr(index + 1));
+            const auto rest = base::withoutOuterBlanks(text.substr(index + 1));
             return rest.empty() || rest.starts_with('#') ? std::optional(value) : std::nullopt;
         }
         if (text[index] == '\\' && index + 1 < text.size()) {
@@ -104,15 +104,16 @@ std::string parseDownloadsDirectory(const std::string& userDirsText, const std::
     std::string found;
     for (std::size_t begin = 0; begin < userDirsText.size();) {
         const auto end = std::min(userDirsText.find('\n', begin), userDirsText.size());
-        const auto line = base::trimmed(std::string_view(userDirsText).substr(begin, end - begin));
+        const auto line =
+            base::withoutOuterBlanks(std::string_view(userDirsText).substr(begin, end - begin));
         begin = end + 1;
         const auto equals = line.find('=');
         if (equals == std::string_view::npos ||
-            base::trimmed(line.substr(0, equals)) != "XDG_DOWNLOAD_DIR") {
+            base::withoutOuterBlanks(line.substr(0, equals)) != "XDG_DOWNLOAD_DIR") {
             continue;
         }
         // The file is read by shells too, where the last assignment counts.
-        if (const auto value = unquoted(base::trimmed(line.substr(equals + 1)))) {
+        if (const auto value = unquoted(base::withoutOuterBlanks(line.substr(equals + 1)))) {
             found = expandedPath(*value, home);
         }
     }
