@@ -4,6 +4,7 @@
 
 #include "platform/text_rasterizer.h"
 #include "platform/x11/connection.h"
+#include "platform/x11/keyboard_mapping.h"
 #include "platform/x11/overlay_focus.h"
 #include "platform/x11/overlay_stack.h"
 #include "platform/x11/overlay_stage.h"
@@ -19,6 +20,7 @@ struct SurfaceServices {
     X11Displays& displays;
     X11Pointer& pointer;
     OverlayStage& stage;
+    const KeyboardMapping& keyboardMapping;
     TextRasterizer& textRasterizer;
     RenderFormats formats;
     /// For windows of the ARGB visual.

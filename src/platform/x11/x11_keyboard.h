@@ -12,7 +12,7 @@
 
 namespace platform::x11 {
 
-/// The two ports of the keyboard, and what they share. Main thread.
+/// The two ports of the keyboard, and the mapping that they share. Main thread.
 class X11Keyboard {
   public:
     /// Fails when the server does not tell the keyboard mapping. Both arguments must outlive the
@@ -20,6 +20,7 @@ class X11Keyboard {
     static base::Result<std::unique_ptr<X11Keyboard>> create(Connection& connection,
                                                              base::MainQueue& mainQueue);
 
+    [[nodiscard]] const KeyboardMapping& mapping() const { return *mapping_; }
     [[nodiscard]] X11HotKeyService& hotKeys() { return hotKeys_; }
     [[nodiscard]] X11KeyboardTap& tap() { return tap_; }
 

@@ -57,7 +57,6 @@ X11OverlaySurface::X11OverlaySurface(SurfaceServices& services, const NativeDisp
       painter_(std::make_unique<WindowPainter>(services.connection, services.formats, window_,
                                                snapshot_)),
       figureBuilder_(display.scale, display.native.height, services.textRasterizer),
-      altModifier_(services.connection),
       subscription_(services.connection.subscribe(
           [this](const xcb_generic_event_t& event) { return handle(event); })) {}
 
@@ -240,10 +239,11 @@ void X11OverlaySurface::handleKey(const xcb_key_press_event_t& event) {
 }
 
 overlay::MouseEvent X11OverlaySurface::mouseEvent(std::int16_t x, std::int16_t y,
-                                                  std::uint16_t state) {
+                                                  std::uint16_t state) const {
+    const bool isOptionHeld = (state & services_.keyboardMapping.modifiers().option) != 0;
     return {{edgeOf(x, display_.native.width) / display_.scale,
              (display_.native.height - edgeOf(y, display_.native.height)) / display_.scale},
-            altModifier_.isHeld(state) ? overlay::optionModifierFlag : 0U};
+            isOptionHeld ? overlay::optionModifierFlag : 0U};
 }
 
 }  // namespace platform::x11

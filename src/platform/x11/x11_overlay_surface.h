@@ -6,7 +6,6 @@
 #include <vector>
 
 #include "overlay/overlay_surface.h"
-#include "platform/x11/alt_modifier.h"
 #include "platform/x11/display_layout.h"
 #include "platform/x11/overlay_figure.h"
 #include "platform/x11/surface_services.h"
@@ -51,7 +50,7 @@ class X11OverlaySurface final : public overlay::OverlaySurface {
     void handleMotion(const xcb_motion_notify_event_t& event);
     void handleKey(const xcb_key_press_event_t& event);
     [[nodiscard]] overlay::MouseEvent mouseEvent(std::int16_t x, std::int16_t y,
-                                                 std::uint16_t state);
+                                                 std::uint16_t state) const;
 
     SurfaceServices& services_;
     NativeDisplay display_;
@@ -62,7 +61,6 @@ class X11OverlaySurface final : public overlay::OverlaySurface {
     FigureBuilder figureBuilder_;
     /// What the window shows, or will show when it may be painted again.
     std::vector<Figure> figures_;
-    AltModifier altModifier_;
     State state_ = State::created;
     Button button_ = Button::up;
     Connection::Subscription subscription_;

@@ -28,23 +28,25 @@ class GoneOverlaySurface final : public overlay::OverlaySurface {
 
 base::Result<std::unique_ptr<X11OverlaySurfaceFactory>> X11OverlaySurfaceFactory::create(
     Connection& connection, X11Displays& displays, X11Pointer& pointer, OverlayStage& stage,
-    TextRasterizer& textRasterizer) {
+    const KeyboardMapping& keyboardMapping, TextRasterizer& textRasterizer) {
     const auto formats = RenderFormats::query(connection);
     if (!formats) {
         return formats.error();
     }
     return std::unique_ptr<X11OverlaySurfaceFactory>(new X11OverlaySurfaceFactory(
-        connection, displays, pointer, stage, textRasterizer, formats.value()));
+        connection, displays, pointer, stage, keyboardMapping, textRasterizer, formats.value()));
 }
 
 X11OverlaySurfaceFactory::X11OverlaySurfaceFactory(Connection& connection, X11Displays& displays,
                                                    X11Pointer& pointer, OverlayStage& stage,
+                                                   const KeyboardMapping& keyboardMapping,
                                                    TextRasterizer& textRasterizer,
                                                    const RenderFormats& formats)
     : services_{connection,
                 displays,
                 pointer,
                 stage,
+                keyboardMapping,
                 textRasterizer,
                 formats,
                 xcb_generate_id(connection.get()),

@@ -14,7 +14,7 @@ class X11OverlaySurfaceFactory final : public overlay::OverlaySurfaceFactory {
     /// Some round trips. Fails on a server that cannot blend.
     static base::Result<std::unique_ptr<X11OverlaySurfaceFactory>> create(
         Connection& connection, X11Displays& displays, X11Pointer& pointer, OverlayStage& stage,
-        TextRasterizer& textRasterizer);
+        const KeyboardMapping& keyboardMapping, TextRasterizer& textRasterizer);
     ~X11OverlaySurfaceFactory() override;
     X11OverlaySurfaceFactory(const X11OverlaySurfaceFactory&) = delete;
     X11OverlaySurfaceFactory& operator=(const X11OverlaySurfaceFactory&) = delete;
@@ -31,8 +31,8 @@ class X11OverlaySurfaceFactory final : public overlay::OverlaySurfaceFactory {
 
   private:
     X11OverlaySurfaceFactory(Connection& connection, X11Displays& displays, X11Pointer& pointer,
-                             OverlayStage& stage, TextRasterizer& textRasterizer,
-                             const RenderFormats& formats);
+                             OverlayStage& stage, const KeyboardMapping& keyboardMapping,
+                             TextRasterizer& textRasterizer, const RenderFormats& formats);
 
     SurfaceServices services_;
 };

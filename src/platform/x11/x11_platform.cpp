@@ -225,9 +225,9 @@ base::Result<std::unique_ptr<RunningPlatform>> createX11Platform(const StartOpti
     }
     foundation.pasteboard = std::move(pasteboard.value());
     auto screen = std::make_unique<Screen>(*foundation.connection, *foundation.mainQueue);
-    auto surfaces =
-        X11OverlaySurfaceFactory::create(*foundation.connection, screen->displays, screen->pointer,
-                                         screen->stage, screen->textRasterizer);
+    auto surfaces = X11OverlaySurfaceFactory::create(
+        *foundation.connection, screen->displays, screen->pointer, screen->stage,
+        foundation.keyboard->mapping(), screen->textRasterizer);
     if (!surfaces) {
         return surfaces.error();
     }

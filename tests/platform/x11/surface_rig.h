@@ -76,8 +76,10 @@ class Rig {
           displays(*connection, queue, [this](const std::string&) { return scale; }),
           pointer(*connection, displays),
           stage(*connection, queue),
+          keyboardMapping(
+              std::move(platform::x11::KeyboardMapping::create(*connection, queue).value())),
           factory(std::move(platform::x11::X11OverlaySurfaceFactory::create(
-                                *connection, displays, pointer, stage, rasterizer)
+                                *connection, displays, pointer, stage, *keyboardMapping, rasterizer)
                                 .value())) {
         queue.allowLeftovers();
         errorWatch_ = connection->subscribe([this](const xcb_generic_event_t& event) {
@@ -145,6 +147,7 @@ class Rig {
     platform::x11::X11Displays displays;
     platform::x11::X11Pointer pointer;
     platform::x11::X11OverlayStage stage;
+    std::unique_ptr<platform::x11::KeyboardMapping> keyboardMapping;
     overlay_drawings::BlockRasterizer rasterizer;
     std::unique_ptr<platform::x11::X11OverlaySurfaceFactory> factory;
     /// The codes of all errors that the server reported.
