@@ -53,83 +53,83 @@ TEST(CoveredWindows, are_not_covered_by_windows_that_are_not_on_the_screen) {
 class FrozenOverlay : public testing::Test {
   protected:
     FrozenOverlay()
-        : rig({.windowManager = desktop::WindowManager::none}),
-          below(rig.desktop().displayName(), {.x = 100,
-                                              .y = 100,
-                                              .width = 300,
-                                              .height = 200,
-                                              .management = Management::unmanaged}),
-          above(rig.desktop().displayName(), {.x = 50,
-                                              .y = 50,
-                                              .width = 300,
-                                              .height = 200,
-                                              .management = Management::unmanaged,
-                                              .seed = 2}) {}
+        : rig_({.windowManager = desktop::WindowManager::none}),
+          below_(rig_.desktop().displayName(), {.x = 100,
+                                                .y = 100,
+                                                .width = 300,
+                                                .height = 200,
+                                                .management = Management::unmanaged}),
+          above_(rig_.desktop().displayName(), {.x = 50,
+                                                .y = 50,
+                                                .width = 300,
+                                                .height = 200,
+                                                .management = Management::unmanaged,
+                                                .seed = 2}) {}
 
     void openOverlay() {
-        const auto snapshot = rig.stage().snapshotFor(screen);
-        overlay = tests::makeWindow(rig.connection().get(), {.frame = screen});
-        rig.stage().windowMapped(overlay, screen, snapshot);
-        rig.queue().runAll();
+        const auto snapshot = rig_.stage().snapshotFor(screen);
+        overlay_ = tests::makeWindow(rig_.connection().get(), {.frame = screen});
+        rig_.stage().windowMapped(overlay_, screen, snapshot);
+        rig_.queue().runAll();
     }
     bool isRedirected(const desktop::TestWindow& window) {
-        const auto pixmap = WindowPixmap::of(rig.connection(), window.id());
+        const auto pixmap = WindowPixmap::of(rig_.connection(), window.id());
         return pixmap && pixmap.value();
     }
 
     using Management = desktop::TestWindowOptions::Management;
-    CaptureRig rig;
-    desktop::TestWindow below;
-    desktop::TestWindow above;
-    xcb_window_t overlay = XCB_WINDOW_NONE;
+    CaptureRig rig_;
+    desktop::TestWindow below_;
+    desktop::TestWindow above_;
+    xcb_window_t overlay_ = XCB_WINDOW_NONE;
 };
 
 TEST_F(FrozenOverlay, has_a_covered_window_taken_whole) {
     openOverlay();
-    const auto image = rig.captureWindow(below.id(), WindowShadow::ignored);
+    const auto image = rig_.captureWindow(below_.id(), WindowShadow::ignored);
     ASSERT_TRUE(image);
-    EXPECT_EQ(desktop::difference(below.picture(), pictureOf(image.value())), "equal");
+    EXPECT_EQ(desktop::difference(below_.picture(), pictureOf(image.value())), "equal");
 }
 
 TEST_F(FrozenOverlay, has_a_covered_window_taken_whole_when_it_closes_before_the_capture) {
     openOverlay();
-    auto listed = rig.listed(below.id());
+    auto listed = rig_.listed(below_.id());
     ASSERT_TRUE(listed);
-    rig.stage().windowClosed(overlay);
+    rig_.stage().windowClosed(overlay_);
     capture::StreamConfiguration configuration;
     configuration.singleWindowShadow = WindowShadow::ignored;
-    const auto image = rig.capture(capture::WindowFilter{*listed}, configuration);
+    const auto image = rig_.capture(capture::WindowFilter{*listed}, configuration);
     ASSERT_TRUE(image);
-    EXPECT_EQ(desktop::difference(below.picture(), pictureOf(image.value())), "equal");
+    EXPECT_EQ(desktop::difference(below_.picture(), pictureOf(image.value())), "equal");
     listed.reset();
-    EXPECT_FALSE(isRedirected(below)) << "let go of with the listing";
+    EXPECT_FALSE(isRedirected(below_)) << "let go of with the listing";
 }
 
 TEST_F(FrozenOverlay, leaves_a_window_alone_of_which_everything_shows) {
     openOverlay();
-    EXPECT_TRUE(isRedirected(below));
-    EXPECT_FALSE(isRedirected(above));
-    const auto image = rig.captureWindow(above.id(), WindowShadow::ignored);
+    EXPECT_TRUE(isRedirected(below_));
+    EXPECT_FALSE(isRedirected(above_));
+    const auto image = rig_.captureWindow(above_.id(), WindowShadow::ignored);
     ASSERT_TRUE(image);
-    EXPECT_EQ(desktop::difference(above.picture(), pictureOf(image.value())), "equal");
+    EXPECT_EQ(desktop::difference(above_.picture(), pictureOf(image.value())), "equal");
 }
 
 TEST_F(FrozenOverlay, that_closes_leaves_the_windows_as_they_were) {
-    const auto before = desktop::readScreen(rig.desktop().client());
+    const auto before = desktop::readScreen(rig_.desktop().client());
     openOverlay();
-    EXPECT_TRUE(isRedirected(below));
-    rig.stage().windowClosed(overlay);
-    EXPECT_FALSE(isRedirected(below));
-    EXPECT_EQ(desktop::difference(before, desktop::readScreen(rig.desktop().client())), "equal");
+    EXPECT_TRUE(isRedirected(below_));
+    rig_.stage().windowClosed(overlay_);
+    EXPECT_FALSE(isRedirected(below_));
+    EXPECT_EQ(desktop::difference(before, desktop::readScreen(rig_.desktop().client())), "equal");
 }
 
 TEST_F(FrozenOverlay, that_closes_in_the_turn_of_its_opening_redirects_nothing) {
-    const auto snapshot = rig.stage().snapshotFor(screen);
-    overlay = tests::makeWindow(rig.connection().get(), {.frame = screen});
-    rig.stage().windowMapped(overlay, screen, snapshot);
-    rig.stage().windowClosed(overlay);
-    rig.queue().runAll();
-    EXPECT_FALSE(isRedirected(below));
+    const auto snapshot = rig_.stage().snapshotFor(screen);
+    overlay_ = tests::makeWindow(rig_.connection().get(), {.frame = screen});
+    rig_.stage().windowMapped(overlay_, screen, snapshot);
+    rig_.stage().windowClosed(overlay_);
+    rig_.queue().runAll();
+    EXPECT_FALSE(isRedirected(below_));
 }
 
 }  // namespace
