@@ -74,8 +74,12 @@ void LumaframeApp::composeSharedInstances() {
          .permissions = platform_.permissions,
          .mainQueue = platform_.mainQueue,
          .log = log_,
-         .showSelection = [](base::CaptureMode mode) {
+         .showSelection = [this](base::CaptureMode mode) {
              overlay::SelectionOverlayManager::shared().showSelection(mode);
+             // After the overlay, which is waited for; the drag gives the engine time to load.
+             if (mode == base::CaptureMode::ocr) {
+                 platform_.textRecognizer.prepare();
+             }
          }});
 }
 

@@ -18,6 +18,9 @@ struct TextObservation {
 class TextRecognizer {
   public:
     virtual ~TextRecognizer() = default;
+    /// A picture is likely to follow within the next seconds: what its reading needs may be got
+    /// ready. Returns at once; what goes wrong is told when there is a picture.
+    virtual void prepare() = 0;
     /// The lines in reading order; returns when the recognition is done.
     virtual base::Result<std::vector<TextObservation>> recognize(const base::Image& image) = 0;
 };

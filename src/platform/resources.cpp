@@ -7,24 +7,35 @@ namespace platform {
 
 namespace {
 
-/// The `share` directory of the prefix that the binary is installed in, empty when it is not.
-std::string installedShare() {
+constexpr const char* textHelperName = "lumaframe-text-helper";
+
+/// Where this program's binary is.
+std::filesystem::path binaryDirectory() {
     std::error_code error;
-    const auto executable = std::filesystem::read_symlink("/proc/self/exe", error);
-    const auto share = executable.parent_path().parent_path() / "share";
-    const bool isInstalled = !error && std::filesystem::is_directory(share / "lumaframe", error);
-    return isInstalled ? share.string() : std::string();
+    return std::filesystem::read_symlink("/proc/self/exe", error).parent_path();
+}
+
+/// The prefix that the binary is installed in, empty when it is not.
+std::filesystem::path installationPrefix() {
+    std::error_code error;
+    const auto prefix = binaryDirectory().parent_path();
+    const bool isInstalled = std::filesystem::is_directory(prefix / "share" / "lumaframe", error);
+    return isInstalled ? prefix : std::filesystem::path();
 }
 
 }  // namespace
 
 Resources Resources::locate() {
-    const std::string share = installedShare();
-    if (!share.empty()) {
-        return {.sounds = share + "/lumaframe/sounds", .icons = share + "/icons/hicolor"};
+    const std::filesystem::path prefix = installationPrefix();
+    if (!prefix.empty()) {
+        return {.sounds = prefix / "share/lumaframe/sounds",
+                .icons = prefix / "share/icons/hicolor",
+                .textHelper = prefix / "libexec/lumaframe" / textHelperName};
     }
     const std::string source = LUMAFRAME_SOURCE_RESOURCES;
-    return {.sounds = source + "/sounds", .icons = source + "/icons/hicolor"};
+    return {.sounds = source + "/sounds",
+            .icons = source + "/icons/hicolor",
+            .textHelper = binaryDirectory() / textHelperName};
 }
 
 }  // namespace platform

@@ -10,6 +10,9 @@ struct Resources {
     std::string sounds;
     /// An icon theme directory (it holds `scalable/apps` and the like).
     std::string icons;
+    /// The recognition helper: a program in `libexec/lumaframe` of the prefix, or in the build
+    /// directory.
+    std::string textHelper;
 
     static Resources locate();
 };

@@ -33,6 +33,7 @@ struct Program {
         fileManager.recordInto(calls);
         soundPlayer.recordInto(calls);
         pasteboard.recordInto(calls);
+        recognizer.recordInto(calls);
         queue.allowLeftovers();
     }
 
@@ -204,6 +205,19 @@ TEST_F(LumaframeAppTest, the_other_action_is_the_other_hot_key) {
     program().queue.runAll();
     EXPECT_EQ(program().calls.count("log: 🟡 HotKey event received! ID: 2"), 1);
     EXPECT_EQ(overlay::SelectionOverlayManager::shared().currentMode(), base::CaptureMode::ocr);
+}
+
+TEST_F(LumaframeAppTest, text_recognition_gets_ready_once_its_overlay_is_up) {
+    program().hotKeys.press(19, 768);
+    program().queue.runAll();
+    EXPECT_THAT(program().calls.startingWith({"surface show", "prepare"}),
+                ElementsAre("surface show: 1", "prepare"));
+}
+
+TEST_F(LumaframeAppTest, a_screenshot_gets_no_text_recognition_ready) {
+    program().hotKeys.press(18, 768);
+    program().queue.runAll();
+    EXPECT_EQ(program().calls.count("prepare"), 0);
 }
 
 TEST_F(LumaframeAppTest, an_action_of_another_name_is_ignored) {

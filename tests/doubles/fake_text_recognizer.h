@@ -8,9 +8,10 @@
 
 namespace doubles {
 
-/// Reads what the test has written. In a call log: "recognize".
+/// Reads what the test has written. In a call log: "prepare", "recognize".
 class FakeTextRecognizer final : public capture::TextRecognizer, public Recorder {
   public:
+    void prepare() override { record("prepare"); }
     base::Result<std::vector<capture::TextObservation>> recognize(
         const base::Image& image) override {
         record("recognize");

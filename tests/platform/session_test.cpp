@@ -7,8 +7,6 @@
 #include <cerrno>
 #include <cstdlib>
 
-#include "platform/unavailable_text_recognizer.h"
-
 namespace {
 
 using platform::Session;
@@ -71,14 +69,6 @@ TEST_F(SessionEnvironment, a_bus_that_does_not_answer_is_none) {
     ::setenv("DBUS_SESSION_BUS_ADDRESS", "unix:path=/nonexistent/bus", 1);
     platform::settleEnvironment(Session::fromEnvironment());
     EXPECT_FALSE(Session::fromEnvironment().hasSessionBus);
-}
-
-TEST(UnavailableTextRecognizer, answers_with_the_reason) {
-    platform::UnavailableTextRecognizer recognizer;
-    const auto result = recognizer.recognize(base::Image());
-    ASSERT_FALSE(result);
-    EXPECT_EQ(result.error().kind, base::ErrorKind::unavailable);
-    EXPECT_FALSE(result.error().sentence.empty());
 }
 
 }  // namespace

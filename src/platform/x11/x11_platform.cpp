@@ -30,7 +30,7 @@
 #include "platform/qt/status_notifier_watch.h"
 #include "platform/qt/tray_icon_image.h"
 #include "platform/resources.h"
-#include "platform/unavailable_text_recognizer.h"
+#include "platform/tesseract/helper_text_recognizer.h"
 #include "platform/x11/connection.h"
 #include "platform/x11/system_tray_watch.h"
 #include "platform/x11/window_manager_client.h"
@@ -105,7 +105,8 @@ class X11Platform final : public RunningPlatform {
     freedesktop::NotificationService notifications_{*foundation_.mainQueue};
     freedesktop::ThemeSoundPlayer soundPlayer_{directories_, resources_.sounds};
     png::PngEncoder imageEncoder_;
-    UnavailableTextRecognizer textRecognizer_;
+    tesseract::HelperTextRecognizer textRecognizer_{resources_.textHelper, *foundation_.mainQueue,
+                                                    qt::fileDescriptorWatch()};
     WindowManagerClient windowManager_{*foundation_.connection};
     qt::QtWindows windows_;
     Platform ports_;
