@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 #include <unistd.h>
 
+#include "journeys/overlay_colors.h"
 #include "journeys/session.h"
 
 namespace journeys {
@@ -101,7 +102,7 @@ TEST_P(Displays, a_window_on_the_second_display_can_be_chosen) {
     session->program().waitForLine(line::toggled, before);
     session->require("The highlight", [&] {
         const auto shown = session->screen({window.place().x + 100, window.place().y + 100, 1, 1});
-        return (shown.pixels[0] & 0xffU) >= 126U && shown.pixels[0] != content.at(100, 100);
+        return isHighlighted(shown.pixels[0], content.at(100, 100));
     });
     before = session->mark();
     session->input().pressButton();

@@ -2,6 +2,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include "journeys/overlay_colors.h"
 #include "journeys/session.h"
 
 namespace journeys {
@@ -212,11 +213,8 @@ TEST(MissingServices, without_a_window_manager_a_window_can_be_chosen) {
     session.input().moveTo({700, 500});
     session.input().tap(key::space);
     session.program().waitForLine(line::toggled, before);
-    const Picture plain = window.picture().cut(0, 0, 4, 4);
     session.require("The highlight", [&] {
-        const Picture shown = session.screen({600, 400, 4, 4});
-        // The highlight is blue: its blue is far above what dimming alone leaves of any colour.
-        return (shown.at(0, 0) & 0xffU) >= 127U && shown != plain;
+        return isHighlighted(session.screen({600, 400, 1, 1}).pixels[0], window.picture().at(0, 0));
     });
     before = session.mark();
     session.input().pressButton();

@@ -3,6 +3,7 @@
 
 #include <algorithm>
 
+#include "journeys/overlay_colors.h"
 #include "journeys/session.h"
 
 namespace journeys {
@@ -24,6 +25,7 @@ class Pictures : public testing::TestWithParam<desktop::Compositor> {
         session.waitUntilStill();
     }
     void keep(const std::string& name) {
+        session.waitUntilStill();
         const std::string kind = GetParam() == desktop::Compositor::none ? "frozen" : "live";
         desktop::writePng(Session::pictureFile(name + "-" + kind),
                           desktop::readScreen(session.desktop().client()));
@@ -71,7 +73,7 @@ TEST_P(Pictures, of_window_mode_over_a_window) {
     session.input().moveTo({402, 300});
     waitForChange({20, 780}, before);
     session.require("The highlight", [&] {
-        return (session.screen({500, 400, 1, 1}).pixels[0] & 0xffU) >= 126U;
+        return isHighlighted(session.screen({500, 400, 1, 1}).pixels[0], before.at(500, 400));
     });
     keep("window-mode");
     session.input().tap(key::escape);

@@ -1,6 +1,7 @@
 // Not one pixel of the overlay in a picture, however often, under every kind of session.
 #include <gtest/gtest.h>
 
+#include "journeys/overlay_colors.h"
 #include "journeys/session.h"
 
 namespace journeys {
@@ -88,10 +89,8 @@ TEST_P(Purity, of_a_window_in_100_captures) {
         session.input().tap(key::space);
         session.program().waitForLine(line::toggled, before);
         session.input().moveTo({521 + capture, 330 + capture});
-        // The hovered window becomes blue over the dimming, so its pixels say both.
         session.require("The highlight", [&] {
-            return (session.screen({620, 390, 1, 1}).pixels[0] & 0xffU) >= 126U &&
-                   session.screen({620, 390, 1, 1}).pixels[0] != screen.at(620, 390);
+            return isHighlighted(session.screen({620, 390, 1, 1}).pixels[0], screen.at(620, 390));
         });
         session.input().pressButton();
         session.input().releaseButton();
