@@ -182,9 +182,9 @@ TEST_F(PixelMemoryTest, keeps_little_two_seconds_after_the_last_use) {
 }
 
 TEST_F(PixelMemoryTest, a_use_in_between_starts_the_two_seconds_anew) {
-    memory->take(32 * mebibyte).reset();
+    ASSERT_TRUE(memory->take(32 * mebibyte));
     queue.advance(std::chrono::milliseconds{1500});
-    memory->take(32 * mebibyte).reset();
+    ASSERT_TRUE(memory->take(32 * mebibyte));
     queue.advance(std::chrono::milliseconds{1500});
     EXPECT_EQ(memory->idleSize(), 32 * mebibyte);
     queue.advance(std::chrono::milliseconds{500});
