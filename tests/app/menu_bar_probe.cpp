@@ -6,9 +6,9 @@
 #include <string>
 
 #include "app/menu_bar_commands.h"
+#include "platform/qt/application_icon.h"
 #include "platform/qt/event_source.h"
 #include "platform/qt/status_notifier_watch.h"
-#include "platform/qt/tray_icon_image.h"
 #include "platform/x11/connection.h"
 #include "platform/x11/system_tray_watch.h"
 
@@ -33,7 +33,7 @@ int main(int argc, char** argv) {
                                                    QCoreApplication::exit(0);
                                                }});
     const auto showInTray = [&] {
-        commands.showInTray(platform::qt::trayIconImage(argv[1]));
+        commands.showInTray(platform::qt::applicationIcon(argv[1]));
         say("in the tray");
     };
     const platform::qt::StatusNotifierWatch statusNotifier(QDBusConnection::sessionBus(),

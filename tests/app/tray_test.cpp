@@ -3,8 +3,8 @@
 #include <QIcon>
 #include <QImage>
 
+#include "platform/qt/application_icon.h"
 #include "platform/qt/qt_session.h"
-#include "platform/qt/tray_icon_image.h"
 
 namespace {
 
@@ -14,7 +14,7 @@ using testing::IsEmpty;
 TEST(TrayIconImage, has_every_size_with_the_files_and_without_them) {
     QtSession::shared();
     for (const char* directory : {LUMAFRAME_SOURCE_RESOURCES "/icons/hicolor", "/nonexistent"}) {
-        const QIcon icon = platform::qt::trayIconImage(directory);
+        const QIcon icon = platform::qt::applicationIcon(directory);
         for (const int size : {16, 22, 24, 32, 48, 64}) {
             const QImage image = icon.pixmap(QSize(size, size)).toImage();
             EXPECT_EQ(image.width(), size) << directory;

@@ -3,6 +3,7 @@
 #include <malloc.h>
 
 #include <QApplication>
+#include <QIcon>
 #include <cstdio>
 #include <cstdlib>
 #include <memory>
@@ -21,6 +22,7 @@
 #include "platform/freedesktop/xdg_directories.h"
 #include "platform/freedesktop/xdg_file_manager.h"
 #include "platform/png/png_encoder.h"
+#include "platform/qt/application_icon.h"
 #include "platform/qt/event_source.h"
 #include "platform/qt/image_converter.h"
 #include "platform/qt/qt_main_queue.h"
@@ -28,7 +30,6 @@
 #include "platform/qt/qt_windows.h"
 #include "platform/qt/screen_scale.h"
 #include "platform/qt/status_notifier_watch.h"
-#include "platform/qt/tray_icon_image.h"
 #include "platform/resources.h"
 #include "platform/tesseract/helper_text_recognizer.h"
 #include "platform/x11/connection.h"
@@ -175,7 +176,9 @@ Instance X11Platform::serve(Requests requests) {
 void X11Platform::showMenu(app::MenuBarCommands& menu) {
     windows_.addApplicationCommand(menu.settingsCommand());
     windows_.addApplicationCommand(menu.quitCommand());
-    const auto show = [this, &menu] { menu.showInTray(qt::trayIconImage(resources_.icons)); };
+    const QIcon icon = qt::applicationIcon(resources_.icons);
+    QApplication::setWindowIcon(icon);
+    const auto show = [&menu, icon] { menu.showInTray(icon); };
     if (const auto bus = freedesktop::sessionBus()) {
         statusNotifierWatch_ = std::make_unique<qt::StatusNotifierWatch>(*bus, show);
     }

@@ -1,4 +1,4 @@
-#include "platform/qt/tray_icon_image.h"
+#include "platform/qt/application_icon.h"
 
 #include <QFileInfo>
 #include <QPainter>
@@ -30,7 +30,7 @@ QPixmap paintedIcon(int size) {
 
 }  // namespace
 
-QIcon trayIconImage(const std::string& iconDirectory) {
+QIcon applicationIcon(const std::string& iconDirectory) {
     QIcon icon;
     for (const int size : sizes) {
         const QString folder = QString::number(size) + u'x' + QString::number(size);
