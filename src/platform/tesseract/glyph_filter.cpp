@@ -39,11 +39,7 @@ bool hasCorner(const Mask& mask, int x, int y, int inwardX, int inwardY) {
            mask.at(x + inwardX, y + inwardY) != 0;
 }
 
-}  // namespace
-
-GlyphFilter::GlyphFilter(const Mask& mask, const ConnectedComponents& components,
-                         const BackgroundModel& background)
-    : mask_(mask), components_(components), background_(background) {
+std::vector<double> letterHeights(const ConnectedComponents& components) {
     std::vector<double> heights;
     for (const Component& component : components.all()) {
         const Box& box = component.box;
@@ -52,6 +48,28 @@ GlyphFilter::GlyphFilter(const Mask& mask, const ConnectedComponents& components
             heights.push_back(box.height());
         }
     }
+    return heights;
+}
+
+}  // namespace
+
+double commonLetterHeight(const ConnectedComponents& components) {
+    return median(letterHeights(components));
+}
+
+double commonCapitalHeight(const ConnectedComponents& components) {
+    std::vector<double> heights = letterHeights(components);
+    const double common = median(heights);
+    // Capitals are 1.3 to 1.5 times as high as small letters; taller are brackets and icons.
+    std::erase_if(heights,
+                  [common](double height) { return height < common || height > 1.6 * common; });
+    return quantile(std::move(heights), 0.8);
+}
+
+GlyphFilter::GlyphFilter(const Mask& mask, const ConnectedComponents& components,
+                         const BackgroundModel& background)
+    : mask_(mask), components_(components), background_(background) {
+    std::vector<double> heights = letterHeights(components);
     letterCount_ = static_cast<int>(heights.size());
     letterHeight_ = median(std::move(heights));
 }

@@ -8,6 +8,12 @@
 
 namespace platform::tesseract {
 
+/// Median height of what may be a letter, near the x-height, in pixels; 0 without any.
+double commonLetterHeight(const ConnectedComponents& components);
+
+/// The height of capitals and ascenders, in pixels.
+double commonCapitalHeight(const ConnectedComponents& components);
+
 /// Tells letters from rules, frames, icons and blobs by geometry alone (after the size, density and
 /// elongation tests of Fletcher and Kasturi, 1988), in units of the page's commonest letter height.
 class GlyphFilter {

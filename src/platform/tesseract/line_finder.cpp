@@ -37,7 +37,8 @@ std::vector<Segment> LineFinder::chain(const std::vector<Glyph>& letters) const 
         Segment* best = nullptr;
         double bestShare = 0.5;
         for (Segment& segment : segments) {
-            if (glyph.box.left - segment.box.right > largestGap()) {
+            if (glyph.box.left - segment.box.right > largestGap() ||
+                areDivided(segment.box, glyph.box)) {
                 continue;
             }
             const double lower = std::min(glyph.box.height(), segment.box.height());
@@ -68,7 +69,8 @@ void LineFinder::attachMarks(const std::vector<Glyph>& marks,
             const double middle = mark.box.centerY();
             const double above =
                 std::max({0.0, segment.box.top - middle, middle - segment.box.bottom});
-            if (aside > largestGap() || above > 0.55 * letterHeight_) {
+            if (aside > largestGap() || above > 0.55 * letterHeight_ ||
+                areDivided(segment.box, mark.box)) {
                 continue;
             }
             const double far = 0.5 * aside + 2 * above;
@@ -89,7 +91,7 @@ void LineFinder::mergeOverlapping(std::vector<Segment>& segments) const {
     const auto belongTogether = [this](const Segment& one, const Segment& other) {
         return one.box.sharedRows(other.box) >
                    0.5 * std::min(one.box.height(), other.box.height()) &&
-               -one.box.sharedColumns(other.box) <= largestGap();
+               -one.box.sharedColumns(other.box) <= largestGap() && !areDivided(one.box, other.box);
     };
     for (std::size_t index = 0; index < segments.size();) {
         std::size_t other = index + 1;
@@ -106,6 +108,17 @@ void LineFinder::mergeOverlapping(std::vector<Segment>& segments) const {
         segments.erase(segments.begin() + static_cast<std::ptrdiff_t>(other));
         index = 0;
     }
+}
+
+bool LineFinder::areDivided(const Box& one, const Box& other) const {
+    const int left = std::min(one.right, other.right);
+    const int right = std::max(one.left, other.left);
+    const int top = std::max(one.top, other.top);
+    const int bottom = std::min(one.bottom, other.bottom);
+    return std::any_of(dividers_.begin(), dividers_.end(), [&](const Box& divider) {
+        return divider.left >= left - 1 && divider.right <= right + 1 && divider.top <= top + 2 &&
+               divider.bottom >= bottom - 2;
+    });
 }
 
 std::vector<TextLine> LineFinder::rowsOf(std::vector<Segment> segments) {

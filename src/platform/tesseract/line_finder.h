@@ -13,8 +13,10 @@ namespace platform::tesseract {
 /// the segment nearest to them, and segments on the same height become one row.
 class LineFinder {
   public:
-    /// `letterHeight` in pixels, as the glyph filter measured it.
-    explicit LineFinder(double letterHeight) : letterHeight_(letterHeight) {}
+    /// `letterHeight` in pixels, as the glyph filter measured it; no segment reaches across one of
+    /// the `dividers`.
+    LineFinder(double letterHeight, std::vector<Box> dividers)
+        : letterHeight_(letterHeight), dividers_(std::move(dividers)) {}
 
     [[nodiscard]] std::vector<TextLine> find(std::vector<Glyph> glyphs) const;
 
@@ -24,8 +26,10 @@ class LineFinder {
     void mergeOverlapping(std::vector<Segment>& segments) const;
     [[nodiscard]] static std::vector<TextLine> rowsOf(std::vector<Segment> segments);
     [[nodiscard]] double largestGap() const { return 1.6 * letterHeight_; }
+    [[nodiscard]] bool areDivided(const Box& one, const Box& other) const;
 
     double letterHeight_;
+    std::vector<Box> dividers_;
 };
 
 }  // namespace platform::tesseract

@@ -11,6 +11,8 @@ namespace {
 /// In letter heights.
 constexpr double sideMargin = 0.2;
 constexpr double widestGap = 1;
+/// Between segments: however close two cells of a table stand, they are two words.
+constexpr double narrowestGap = 0.6;
 constexpr double wordGap = 0.35;
 /// Anti-aliasing reaches this far beyond the pixels that count as ink.
 constexpr int fringe = 1;
@@ -123,12 +125,13 @@ InkPlane LinePainter::paint(const TextLine& line, const LineMetrics& metrics,
 InkPlane LinePainter::compose(const TextLine& line, int top, int height) const {
     const int side = std::max(1, static_cast<int>(sideMargin * letterHeight_));
     const int widest = static_cast<int>(widestGap * letterHeight_);
+    const int narrowest = std::min(widest, static_cast<int>(narrowestGap * letterHeight_));
     std::vector<int> lefts;
     int width = side;
     for (std::size_t index = 0; index < line.segments.size(); ++index) {
         const Box& box = line.segments[index].box;
         if (index > 0) {
-            width += std::clamp(box.left - line.segments[index - 1].box.right, 0, widest);
+            width += std::clamp(box.left - line.segments[index - 1].box.right, narrowest, widest);
         }
         lefts.push_back(width);
         width += box.width();

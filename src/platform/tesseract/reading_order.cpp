@@ -1,5 +1,7 @@
 #include "platform/tesseract/reading_order.h"
 
+#include <map>
+
 namespace platform::tesseract {
 
 namespace {
@@ -16,7 +18,7 @@ struct Side {
     int rows = 0;
     int segments = 0;
     double width = 0;
-    std::vector<Color> backgrounds;
+    Box box;
 
     void add(const std::vector<const Segment*>& parts) {
         if (parts.empty()) {
@@ -25,25 +27,37 @@ struct Side {
         ++rows;
         segments += static_cast<int>(parts.size());
         width += parts.back()->box.right - parts.front()->box.left;
-        backgrounds.push_back(parts.front()->glyphs.front().background);
+        for (const Segment* part : parts) {
+            box = box.area() == 0 ? part->box : box.united(part->box);
+        }
     }
     [[nodiscard]] bool readsLikeProse(double letterHeight) const {
         return segments < mostSegmentsPerRow * rows &&
                width / rows > narrowestColumn * letterHeight;
     }
-    [[nodiscard]] Color background() const {
-        Color commonest;
-        long most = 0;
-        for (const Color& color : backgrounds) {
-            const long count = std::count(backgrounds.begin(), backgrounds.end(), color);
-            if (count > most) {
-                most = count;
-                commonest = color;
+};
+
+/// The colour that most of a box has as its background.
+Color dominantColor(const BackgroundModel& background, const Box& box) {
+    // One pixel in sixteen is enough to know a surface.
+    constexpr int step = 4;
+    std::map<std::uint32_t, int> counts;
+    Color dominant;
+    int most = 0;
+    for (int y = box.top; y < box.bottom; y += step) {
+        for (int x = box.left; x < box.right; x += step) {
+            const Color color = background.colors().at(x, y);
+            // In steps of eight, so that gradients and dithering do not scatter.
+            const std::uint32_t key = static_cast<std::uint32_t>(
+                (color.red / 8) << 16 | (color.green / 8) << 8 | color.blue / 8);
+            if (++counts[key] > most) {
+                most = counts[key];
+                dominant = color;
             }
         }
-        return commonest;
     }
-};
+    return dominant;
+}
 
 }  // namespace
 
@@ -120,11 +134,19 @@ bool ReadingOrder::separatesColumns(const std::vector<TextLine>& rows, std::size
         rightSide.rows < static_cast<int>(fewestRows)) {
         return false;
     }
-    if (distance(leftSide.background(), rightSide.background()) > differentBackgrounds) {
+    const int top = std::min(leftSide.box.top, rightSide.box.top);
+    const int bottom = std::max(leftSide.box.bottom, rightSide.box.bottom);
+    if (standOnDifferentSurfaces({leftSide.box.left, top, cut, bottom},
+                                 {cut, top, rightSide.box.right, bottom})) {
         return true;
     }
     return typeface_ == Typeface::proportional && rowsWithBoth >= 2 && gap > 1.8 * letterHeight_ &&
            leftSide.readsLikeProse(letterHeight_) && rightSide.readsLikeProse(letterHeight_);
+}
+
+bool ReadingOrder::standOnDifferentSurfaces(const Box& left, const Box& right) const {
+    return distance(dominantColor(background_, left), dominantColor(background_, right)) >
+           differentBackgrounds;
 }
 
 }  // namespace platform::tesseract

@@ -2,6 +2,7 @@
 
 #include <vector>
 
+#include "platform/tesseract/background_model.h"
 #include "platform/tesseract/text_line.h"
 
 namespace platform::tesseract {
@@ -14,8 +15,9 @@ enum class Typeface { proportional, monospaced };
 /// columns only with text on both sides). Cells of tables stay in their rows.
 class ReadingOrder {
   public:
-    ReadingOrder(double letterHeight, Typeface typeface)
-        : letterHeight_(letterHeight), typeface_(typeface) {}
+    /// `background` must outlive this; `letterHeight` in pixels.
+    ReadingOrder(const BackgroundModel& background, double letterHeight, Typeface typeface)
+        : background_(background), letterHeight_(letterHeight), typeface_(typeface) {}
 
     [[nodiscard]] std::vector<TextLine> sort(const std::vector<TextLine>& rows) const;
 
@@ -28,6 +30,9 @@ class ReadingOrder {
     [[nodiscard]] bool separatesColumns(const std::vector<TextLine>& rows, std::size_t first,
                                         std::size_t end, int cut, int gap) const;
 
+    [[nodiscard]] bool standOnDifferentSurfaces(const Box& left, const Box& right) const;
+
+    const BackgroundModel& background_;
     double letterHeight_;
     Typeface typeface_;
 };

@@ -5,12 +5,14 @@
 #include "platform/tesseract/characters.h"
 #include "platform/tesseract/connected_components.h"
 #include "platform/tesseract/glyph_filter.h"
+#include "platform/tesseract/icon_filter.h"
 #include "platform/tesseract/ink_map.h"
 #include "platform/tesseract/line_finder.h"
 #include "platform/tesseract/line_metrics.h"
 #include "platform/tesseract/line_picture.h"
 #include "platform/tesseract/line_reader.h"
 #include "platform/tesseract/reading_order.h"
+#include "platform/tesseract/rules.h"
 #include "platform/tesseract/spacing.h"
 
 namespace platform::tesseract {
@@ -65,16 +67,24 @@ base::Result<std::vector<capture::TextObservation>> ScreenTextReader::read(
     }
     const ColorPlane page = colorsOf(image);
     const BackgroundModel background(page);
-    const InkPlane ink = measureInk(page, background);
-    const Mask mask = binarize(ink);
+    InkPlane ink = measureInk(page, background);
+    Mask mask = binarize(ink);
+    const ConnectedComponents roughComponents(mask);
+    const double roughHeight = commonLetterHeight(roughComponents);
+    if (roughHeight <= 0) {
+        return observations;
+    }
+    const Rules rules(mask, roughHeight, commonCapitalHeight(roughComponents));
+    rules.removeFrom(mask, ink);
     const ConnectedComponents components(mask);
     const GlyphFilter filter(mask, components, background);
     const double letterHeight = filter.letterHeight();
 
-    std::vector<TextLine> rows = LineFinder(letterHeight).find(filter.glyphs());
+    std::vector<TextLine> rows = LineFinder(letterHeight, rules.upright()).find(filter.glyphs());
+    IconFilter(page, ink, components, letterHeight).removeFrom(rows);
     const double pitch = measurePitch(rows, letterHeight);
     const Typeface typeface = pitch > 0 ? Typeface::monospaced : Typeface::proportional;
-    std::vector<TextLine> lines = ReadingOrder(letterHeight, typeface).sort(rows);
+    std::vector<TextLine> lines = ReadingOrder(background, letterHeight, typeface).sort(rows);
     std::erase_if(lines, [&](const TextLine& line) { return isSpecks(line, letterHeight); });
 
     const auto metrics = measureLines(lines, letterHeight, typeface);

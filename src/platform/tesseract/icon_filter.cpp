@@ -1,0 +1,239 @@
+#include "platform/tesseract/icon_filter.h"
+
+#include <set>
+
+namespace platform::tesseract {
+
+namespace {
+
+/// In letter heights.
+constexpr double tokenGap = 0.35;
+constexpr double aloneGap = 0.9;
+/// In heights of capitals.
+constexpr double overshoot = 0.08;
+constexpr double widestIcon = 2.8;
+constexpr int columnTolerance = 3;
+constexpr double iconShareOfColumn = 0.6;
+/// Sum over the channels.
+constexpr int otherColor = 90;
+/// Of the strongest ink of a token: what is not the blended edge of a stroke.
+constexpr double fullInk = 0.8;
+
+/// Whether every row and every column of the component is one run.
+bool isConvex(const ConnectedComponents& components, const Component& component) {
+    std::vector<int> lastRow(static_cast<std::size_t>(component.box.width()), -1);
+    int previousRow = -1;
+    for (const auto* run = components.runsBegin(component); run != components.runsEnd(component);
+         ++run) {
+        if (run->y == previousRow) {
+            return false;
+        }
+        previousRow = run->y;
+        for (int x = run->left; x < run->right; ++x) {
+            int& last = lastRow[static_cast<std::size_t>(x - component.box.left)];
+            if (last >= 0 && last != run->y - 1) {
+                return false;
+            }
+            last = run->y;
+        }
+    }
+    return true;
+}
+
+}  // namespace
+
+void IconFilter::removeFrom(std::vector<TextLine>& lines) const {
+    std::vector<Row> rows;
+    for (const TextLine& line : lines) {
+        rows.push_back(tokensOf(line));
+        Row& row = rows.back();
+        for (Token& token : row.tokens) {
+            if (reachesBeyondLetters(token, row) || isArrow(token, row)) {
+                token.kind = Kind::icon;
+            }
+        }
+        findColored(row);
+    }
+    followColumns(rows);
+    for (std::size_t index = 0; index < lines.size(); ++index) {
+        keepText(rows[index], lines[index]);
+    }
+    std::erase_if(lines, [](const TextLine& line) { return line.segments.empty(); });
+}
+
+IconFilter::Row IconFilter::tokensOf(const TextLine& line) const {
+    Row row;
+    std::vector<double> bottoms;
+    std::vector<double> heights;
+    for (const Glyph& glyph : line.glyphsFromLeft()) {
+        const Box& box = glyph.box;
+        if (row.tokens.empty() ||
+            box.left - row.tokens.back().box.right > tokenGap * letterHeight_) {
+            row.tokens.push_back({box, {}});
+        }
+        row.tokens.back().box = row.tokens.back().box.united(box);
+        row.tokens.back().glyphs.push_back(glyph);
+        if (box.height() >= 0.6 * letterHeight_ && box.height() <= 1.9 * letterHeight_) {
+            bottoms.push_back(box.bottom);
+            heights.push_back(box.height());
+        }
+    }
+    constexpr int wide = 100000;
+    for (std::size_t index = 0; index < row.tokens.size(); ++index) {
+        Token& token = row.tokens[index];
+        token.gapBefore = index == 0 ? wide : token.box.left - row.tokens[index - 1].box.right;
+        token.gapAfter = index + 1 == row.tokens.size()
+                             ? wide
+                             : row.tokens[index + 1].box.left - token.box.right;
+    }
+    row.baseline = bottoms.empty() ? 0 : median(bottoms);
+    row.capitalHeight = heights.empty() ? letterHeight_ : quantile(heights, 0.7);
+    return row;
+}
+
+bool IconFilter::reachesBeyondLetters(const Token& token, const Row& row) const {
+    if (row.tokens.size() < 2 || token.box.width() > widestIcon * row.capitalHeight) {
+        return false;
+    }
+    // The parts of an icon lie within each other's columns; letters stand side by side.
+    std::vector<Glyph> glyphs = token.glyphs;
+    Box whole = glyphs.front().box;
+    for (const Glyph& glyph : glyphs) {
+        if (glyph.box.sharedColumns(whole) < 0.5 * std::min(glyph.box.width(), whole.width())) {
+            return false;
+        }
+        whole = whole.united(glyph.box);
+    }
+    if (whole.width() < 0.5 * whole.height()) {
+        return false;
+    }
+    const double beyond = std::max(1.0, overshoot * row.capitalHeight);
+    return whole.bottom >= row.baseline + beyond &&
+           whole.top <= row.baseline - row.capitalHeight - beyond;
+}
+
+bool IconFilter::isArrow(const Token& token, const Row& row) const {
+    if (token.glyphs.size() != 1) {
+        return false;
+    }
+    const Glyph& glyph = token.glyphs.front();
+    const Box& box = glyph.box;
+    const double longer = std::max(box.width(), box.height());
+    const double shorter = std::min(box.width(), box.height());
+    if (longer < 0.4 * row.capitalHeight || shorter < 0.35 * longer ||
+        token.gapBefore < aloneGap * letterHeight_ || token.gapAfter < aloneGap * letterHeight_) {
+        return false;
+    }
+    const double filled = glyph.pixelCount / static_cast<double>(box.area());
+    return filled > 0.4 && filled < 0.7 &&
+           isConvex(components_, components_.all()[glyph.component]);
+}
+
+Color IconFilter::colorOf(const Token& token) const {
+    int strongest = 0;
+    long count = 0;
+    long red = 0;
+    long green = 0;
+    long blue = 0;
+    for (const bool isMeasuring : {true, false}) {
+        for (const Glyph& glyph : token.glyphs) {
+            const Component& component = components_.all()[glyph.component];
+            for (const auto* run = components_.runsBegin(component);
+                 run != components_.runsEnd(component); ++run) {
+                for (int x = run->left; x < run->right; ++x) {
+                    const int ink = ink_.at(x, run->y);
+                    if (isMeasuring) {
+                        strongest = std::max(strongest, ink);
+                    } else if (ink >= fullInk * strongest) {
+                        const Color color = page_.at(x, run->y);
+                        ++count;
+                        red += color.red;
+                        green += color.green;
+                        blue += color.blue;
+                    }
+                }
+            }
+        }
+    }
+    count = std::max(1L, count);
+    return {static_cast<std::uint8_t>(red / count), static_cast<std::uint8_t>(green / count),
+            static_cast<std::uint8_t>(blue / count)};
+}
+
+void IconFilter::findColored(Row& row) const {
+    std::vector<Color> colors;
+    std::vector<double> reds;
+    std::vector<double> greens;
+    std::vector<double> blues;
+    for (const Token& token : row.tokens) {
+        colors.push_back(colorOf(token));
+        reds.push_back(colors.back().red);
+        greens.push_back(colors.back().green);
+        blues.push_back(colors.back().blue);
+    }
+    const Color usual{static_cast<std::uint8_t>(median(reds)),
+                      static_cast<std::uint8_t>(median(greens)),
+                      static_cast<std::uint8_t>(median(blues))};
+    for (std::size_t index = 0; index < colors.size(); ++index) {
+        row.tokens[index].isColored = distance(colors[index], usual) > otherColor;
+    }
+}
+
+void IconFilter::followColumns(std::vector<Row>& rows) const {
+    std::vector<Box> columns;
+    for (const Row& row : rows) {
+        for (const Token& token : row.tokens) {
+            if (token.kind == Kind::icon) {
+                columns.push_back(token.box);
+            }
+        }
+    }
+    for (const Box& column : columns) {
+        std::vector<Token*> members;
+        int icons = 0;
+        int suspects = 0;
+        for (Row& row : rows) {
+            for (Token& token : row.tokens) {
+                if (token.box.left >= column.left - columnTolerance &&
+                    token.box.right <= column.right + columnTolerance &&
+                    std::abs(token.box.centerX() - column.centerX()) <= columnTolerance) {
+                    members.push_back(&token);
+                    icons += token.kind == Kind::icon ? 1 : 0;
+                    suspects += token.kind == Kind::icon || token.isColored ? 1 : 0;
+                }
+            }
+        }
+        if (icons >= 2 && suspects >= iconShareOfColumn * static_cast<double>(members.size())) {
+            for (Token* member : members) {
+                member->kind = Kind::icon;
+            }
+        }
+    }
+}
+
+void IconFilter::keepText(const Row& row, TextLine& line) {
+    std::set<std::size_t> icons;
+    for (const Token& token : row.tokens) {
+        for (const Glyph& glyph : token.glyphs) {
+            if (token.kind == Kind::icon) {
+                icons.insert(glyph.component);
+            }
+        }
+    }
+    if (icons.empty()) {
+        return;
+    }
+    for (Segment& segment : line.segments) {
+        std::erase_if(segment.glyphs,
+                      [&](const Glyph& glyph) { return icons.contains(glyph.component); });
+        if (!segment.glyphs.empty()) {
+            segment.box = segment.glyphs.front().box;
+            for (const Glyph& glyph : segment.glyphs) {
+                segment.box = segment.box.united(glyph.box);
+            }
+        }
+    }
+    std::erase_if(line.segments, [](const Segment& segment) { return segment.glyphs.empty(); });
+}
+
+}  // namespace platform::tesseract
