@@ -10,6 +10,8 @@ constexpr int largestGlyph = 90;
 constexpr double frameSideShare = 0.86;
 constexpr int differentSurfaces = 18;
 constexpr double secondSurfaceShare = 0.15;
+/// How much of a letter's ink comes within two pixels of its edge, at least.
+constexpr double sharpness = 0.42;
 
 /// How many of `count` pixels from (`x`, `y`) on are ink, themselves or one pixel further in.
 struct Side {
@@ -66,9 +68,9 @@ double commonCapitalHeight(const ConnectedComponents& components) {
     return quantile(std::move(heights), 0.8);
 }
 
-GlyphFilter::GlyphFilter(const Mask& mask, const ConnectedComponents& components,
-                         const BackgroundModel& background)
-    : mask_(mask), components_(components), background_(background) {
+GlyphFilter::GlyphFilter(const ColorPlane& page, const InkPlane& ink, const Mask& mask,
+                         const ConnectedComponents& components, const BackgroundModel& background)
+    : page_(page), ink_(ink), mask_(mask), components_(components), background_(background) {
     std::vector<double> heights = letterHeights(components);
     letterCount_ = static_cast<int>(heights.size());
     letterHeight_ = median(std::move(heights));
@@ -94,7 +96,8 @@ std::vector<Glyph> GlyphFilter::glyphs() const {
 
 bool GlyphFilter::isGlyph(const Component& component) const {
     return !isRule(component) && !isTooLarge(component) && !isBlob(component) &&
-           !isFrame(component) && !standsOnTwoSurfaces(component) && !holdsOthers(component);
+           !isFrame(component) && !isEdgeOfSurfaces(component) && !isBlurred(component) &&
+           !holdsOthers(component);
 }
 
 bool GlyphFilter::isRule(const Component& component) const {
@@ -149,6 +152,26 @@ bool GlyphFilter::isFrame(const Component& component) const {
     return inside < 0.05 * std::max(1, (box.width() - 6) * (box.height() - 6));
 }
 
+bool GlyphFilter::isBlurred(const Component& component) const {
+    int strongest = 0;
+    long jumps = 0;
+    for (const auto* run = components_.runsBegin(component); run != components_.runsEnd(component);
+         ++run) {
+        const std::uint8_t* row = ink_.row(run->y);
+        const auto at = [&](int x) { return x < 0 || x >= ink_.width() ? 0 : row[x]; };
+        for (int x = run->left; x < run->right; ++x) {
+            strongest = std::max<int>(strongest, row[x]);
+        }
+        const int last = run->right - 1;
+        jumps += std::max(at(run->left), at(std::min(run->left + 1, last))) -
+                 std::min(at(run->left - 1), at(run->left - 2));
+        jumps += std::max(at(last), at(std::max(last - 1, run->left))) -
+                 std::min(at(run->right), at(run->right + 1));
+    }
+    return static_cast<double>(jumps) <
+           sharpness * strongest * 2 * static_cast<double>(component.runCount);
+}
+
 bool GlyphFilter::holdsOthers(const Component& component) const {
     const Box& box = component.box;
     if (box.height() < 1.5 * letterHeight_ || box.width() < 1.5 * letterHeight_ ||
@@ -163,18 +186,40 @@ bool GlyphFilter::holdsOthers(const Component& component) const {
         });
 }
 
-bool GlyphFilter::standsOnTwoSurfaces(const Component& component) const {
+bool GlyphFilter::isEdgeOfSurfaces(const Component& component) const {
     const ColorPlane& colors = background_.colors();
     const Run* first = components_.runsBegin(component);
     const Color one = colors.at(first->left, first->y);
     int onOther = 0;
+    Color other = one;
     for (const Run* run = first; run != components_.runsEnd(component); ++run) {
         for (int x = run->left; x < run->right; ++x) {
-            onOther += distance(colors.at(x, run->y), one) > differentSurfaces ? 1 : 0;
+            if (distance(colors.at(x, run->y), one) > differentSurfaces) {
+                other = colors.at(x, run->y);
+                ++onOther;
+            }
         }
     }
-    return std::min(onOther, component.pixelCount - onOther) >=
-           secondSurfaceShare * component.pixelCount;
+    if (std::min(onOther, component.pixelCount - onOther) <
+        secondSurfaceShare * component.pixelCount) {
+        return false;
+    }
+    // Letters may well stand on two surfaces, in a colour of their own.
+    const bool isLetterSized =
+        component.box.height() < 2.2 * letterHeight_ && component.box.width() < 2.2 * letterHeight_;
+    return !isLetterSized || isBlend(component, one, other);
+}
+
+bool GlyphFilter::isBlend(const Component& component, Color one, Color other) const {
+    long detour = 0;
+    for (const auto* run = components_.runsBegin(component); run != components_.runsEnd(component);
+         ++run) {
+        for (int x = run->left; x < run->right; ++x) {
+            const Color color = page_.at(x, run->y);
+            detour += distance(color, one) + distance(color, other);
+        }
+    }
+    return static_cast<double>(detour) < 1.5 * distance(one, other) * component.pixelCount;
 }
 
 }  // namespace platform::tesseract

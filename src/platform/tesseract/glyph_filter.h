@@ -14,12 +14,13 @@ double commonLetterHeight(const ConnectedComponents& components);
 /// The height of capitals and ascenders, in pixels.
 double commonCapitalHeight(const ConnectedComponents& components);
 
-/// Tells letters from rules, frames, icons and blobs by geometry alone (after the size, density and
-/// elongation tests of Fletcher and Kasturi, 1988), in units of the page's commonest letter height.
+/// Tells letters from rules, frames, icons and blobs by geometry (after the size, density and
+/// elongation tests of Fletcher and Kasturi, 1988), in units of the page's commonest letter height,
+/// and from photographs by their edges: letters are drawn sharp.
 class GlyphFilter {
   public:
-    GlyphFilter(const Mask& mask, const ConnectedComponents& components,
-                const BackgroundModel& background);
+    GlyphFilter(const ColorPlane& page, const InkPlane& ink, const Mask& mask,
+                const ConnectedComponents& components, const BackgroundModel& background);
 
     /// The components that may be text.
     [[nodiscard]] std::vector<Glyph> glyphs() const;
@@ -33,8 +34,14 @@ class GlyphFilter {
     [[nodiscard]] bool isFrame(const Component& component) const;
     [[nodiscard]] bool isBlob(const Component& component) const;
     [[nodiscard]] bool holdsOthers(const Component& component) const;
-    [[nodiscard]] bool standsOnTwoSurfaces(const Component& component) const;
+    [[nodiscard]] bool isEdgeOfSurfaces(const Component& component) const;
 
+    [[nodiscard]] bool isBlurred(const Component& component) const;
+
+    [[nodiscard]] bool isBlend(const Component& component, Color one, Color other) const;
+
+    const ColorPlane& page_;
+    const InkPlane& ink_;
     const Mask& mask_;
     const ConnectedComponents& components_;
     const BackgroundModel& background_;

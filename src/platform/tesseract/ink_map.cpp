@@ -7,7 +7,7 @@ namespace {
 /// Sum over the channels: what a surface's own tolerance explains.
 constexpr int noise = 6;
 /// Surfaces that differ this much (sum over the channels) have an edge between them.
-constexpr int differentSurfaces = 20;
+constexpr int differentSurfaces = 40;
 constexpr int edgeReach = 2;
 /// A line or two of text, so that one strong word does not silence a weak one far away.
 constexpr int tileWidth = 48;

@@ -1,6 +1,7 @@
 #include "platform/tesseract/reading_order.h"
 
 #include <map>
+#include <optional>
 
 namespace platform::tesseract {
 
@@ -37,26 +38,29 @@ struct Side {
     }
 };
 
-/// The colour that most of a box has as its background.
-Color dominantColor(const BackgroundModel& background, const Box& box) {
+/// The colour of the surface that most of a box shows, if one does.
+std::optional<Color> surfaceOf(const BackgroundModel& background, const Box& box) {
     // One pixel in sixteen is enough to know a surface.
     constexpr int step = 4;
+    constexpr double mostOfIt = 0.6;
     std::map<std::uint32_t, int> counts;
     Color dominant;
     int most = 0;
+    int all = 0;
     for (int y = box.top; y < box.bottom; y += step) {
         for (int x = box.left; x < box.right; x += step) {
             const Color color = background.colors().at(x, y);
-            // In steps of eight, so that gradients and dithering do not scatter.
-            const std::uint32_t key = static_cast<std::uint32_t>(
-                (color.red / 8) << 16 | (color.green / 8) << 8 | color.blue / 8);
+            // In steps of eight, so that dithering does not scatter.
+            const auto key = static_cast<std::uint32_t>((color.red / 8) << 16 |
+                                                        (color.green / 8) << 8 | color.blue / 8);
+            ++all;
             if (++counts[key] > most) {
                 most = counts[key];
                 dominant = color;
             }
         }
     }
-    return dominant;
+    return most >= mostOfIt * all ? std::optional(dominant) : std::nullopt;
 }
 
 }  // namespace
@@ -145,8 +149,10 @@ bool ReadingOrder::separatesColumns(const std::vector<TextLine>& rows, std::size
 }
 
 bool ReadingOrder::standOnDifferentSurfaces(const Box& left, const Box& right) const {
-    return distance(dominantColor(background_, left), dominantColor(background_, right)) >
-           differentBackgrounds;
+    const auto leftSurface = surfaceOf(background_, left);
+    const auto rightSurface = surfaceOf(background_, right);
+    return leftSurface && rightSurface &&
+           distance(*leftSurface, *rightSurface) > differentBackgrounds;
 }
 
 }  // namespace platform::tesseract

@@ -77,7 +77,7 @@ base::Result<std::vector<capture::TextObservation>> ScreenTextReader::read(
     const Rules rules(mask, roughHeight, commonCapitalHeight(roughComponents));
     rules.removeFrom(mask, ink);
     const ConnectedComponents components(mask);
-    const GlyphFilter filter(mask, components, background);
+    const GlyphFilter filter(page, ink, mask, components, background);
     const double letterHeight = filter.letterHeight();
 
     std::vector<TextLine> rows = LineFinder(letterHeight, rules.upright()).find(filter.glyphs());
