@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cmath>
 #include <map>
 #include <vector>
 
@@ -21,6 +22,10 @@ class CharacterGrid {
     /// The inked columns of each cell that has ink, by the cell's number.
     [[nodiscard]] const std::map<int, Cell>& cells() const { return cells_; }
     [[nodiscard]] double pitch() const { return pitch_; }
+    /// The first column of a cell.
+    [[nodiscard]] int leftOf(int cell) const {
+        return static_cast<int>(std::lround(origin_ + (cell - 0.5) * pitch_));
+    }
 
   private:
     void fit(const std::vector<Glyph>& glyphs, double letterHeight);

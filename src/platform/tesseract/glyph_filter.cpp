@@ -119,7 +119,7 @@ bool GlyphFilter::isTooLarge(const Component& component) const {
 bool GlyphFilter::isBlob(const Component& component) const {
     const Box& box = component.box;
     return box.width() >= 1.4 * letterHeight_ && box.height() >= 1.4 * letterHeight_ &&
-           component.pixelCount > 0.7 * box.area();
+           component.pixelCount > 0.82 * box.area();
 }
 
 bool GlyphFilter::isFrame(const Component& component) const {

@@ -70,7 +70,7 @@ void LineFinder::attachMarks(const std::vector<Glyph>& marks,
             const double above =
                 std::max({0.0, segment.box.top - middle, middle - segment.box.bottom});
             if (aside > largestGap() || above > 0.55 * letterHeight_ ||
-                areDivided(segment.box, mark.box)) {
+                areDivided(segment.box, mark.box) || !isBesideBaseline(mark, segment)) {
                 continue;
             }
             const double far = 0.5 * aside + 2 * above;
@@ -85,6 +85,17 @@ void LineFinder::attachMarks(const std::vector<Glyph>& marks,
             segments.push_back({mark.box, {mark}});
         }
     }
+}
+
+bool LineFinder::isBesideBaseline(const Glyph& mark, const Segment& segment) const {
+    std::vector<double> bottoms;
+    for (const Glyph& glyph : segment.glyphs) {
+        if (glyph.box.height() >= markShare * letterHeight_) {
+            bottoms.push_back(glyph.box.bottom);
+        }
+    }
+    const double below = mark.box.centerY() - median(std::move(bottoms));
+    return below <= 0.6 * letterHeight_ && below >= -2.3 * letterHeight_;
 }
 
 void LineFinder::mergeOverlapping(std::vector<Segment>& segments) const {

@@ -23,6 +23,7 @@ class LineFinder {
   private:
     [[nodiscard]] std::vector<Segment> chain(const std::vector<Glyph>& letters) const;
     void attachMarks(const std::vector<Glyph>& marks, std::vector<Segment>& segments) const;
+    [[nodiscard]] bool isBesideBaseline(const Glyph& mark, const Segment& segment) const;
     void mergeOverlapping(std::vector<Segment>& segments) const;
     [[nodiscard]] static std::vector<TextLine> rowsOf(std::vector<Segment> segments);
     [[nodiscard]] double largestGap() const { return 1.6 * letterHeight_; }

@@ -1,6 +1,7 @@
 #include "platform/tesseract/screen_text_reader.h"
 
 #include "platform/tesseract/background_model.h"
+#include "platform/tesseract/cell_consensus.h"
 #include "platform/tesseract/character_pitch.h"
 #include "platform/tesseract/characters.h"
 #include "platform/tesseract/connected_components.h"
@@ -89,15 +90,29 @@ base::Result<std::vector<capture::TextObservation>> ScreenTextReader::read(
 
     const auto metrics = measureLines(lines, letterHeight, typeface);
     const LinePainter painter(ink, components, letterHeight);
-    const Spacing spacing(letterHeight, pitch);
+    std::vector<std::string> texts;
+    CellConsensus consensus(ink, pitch, letterHeight);
     for (std::size_t index = 0; index < lines.size(); ++index) {
         LineReading reading = lineReader_->read(painter.paint(lines[index], metrics[index], {}));
         if (reading.text.empty() || isSpeck(reading)) {
-            continue;
+            reading.text.clear();
         }
-        reading.text = typeface == Typeface::monospaced ? withStraightQuotes(reading.text)
-                                                        : withStraightApostrophes(reading.text);
-        observations.push_back({{spacing.apply(reading.text, lines[index])}});
+        texts.push_back(typeface == Typeface::monospaced ? withStraightQuotes(reading.text)
+                                                         : withStraightApostrophes(reading.text));
+        if (typeface == Typeface::monospaced) {
+            consensus.add(lines[index], metrics[index], texts.back());
+        }
+    }
+    const Spacing spacing(letterHeight);
+    for (std::size_t index = 0; index < lines.size(); ++index) {
+        if (typeface == Typeface::monospaced) {
+            texts[index] = consensus.corrected(index);
+        } else {
+            texts[index] = spacing.apply(texts[index], lines[index]);
+        }
+        if (!texts[index].empty()) {
+            observations.push_back({{texts[index]}});
+        }
     }
     return observations;
 }

@@ -1,6 +1,5 @@
 #include "platform/tesseract/spacing.h"
 
-#include "platform/tesseract/character_grid.h"
 #include "platform/tesseract/characters.h"
 
 namespace platform::tesseract {
@@ -12,13 +11,19 @@ constexpr double certainSpace = 0.62;
 /// More spaces than this would be new: then characters and glyphs do not match after all.
 constexpr int mostNewSpaces = 2;
 
+/// The columns from `left` up to, not including, `right`.
+struct Extent {
+    int left = 0;
+    int right = 0;
+};
+
 /// The columns of characters: dots and accents share them with their letters.
-std::vector<CharacterGrid::Cell> columnsOf(const std::vector<Glyph>& glyphs) {
-    std::vector<CharacterGrid::Cell> columns;
+std::vector<Extent> columnsOf(const std::vector<Glyph>& glyphs) {
+    std::vector<Extent> columns;
     for (const Glyph& glyph : glyphs) {
         const Box& box = glyph.box;
         if (!columns.empty()) {
-            CharacterGrid::Cell& last = columns.back();
+            Extent& last = columns.back();
             const int shared = std::min(box.right, last.right) - box.left;
             if (shared > 0 && shared >= 0.5 * std::min(box.width(), last.right - last.left)) {
                 last.right = std::max(last.right, box.right);
@@ -39,34 +44,6 @@ std::string Spacing::apply(const std::string& text, const TextLine& line) const 
     if (characters.empty() || glyphs.empty()) {
         return text;
     }
-    return pitch_ > 0 ? applyGrid(text, characters, glyphs) : applyGaps(text, characters, glyphs);
-}
-
-std::string Spacing::applyGrid(const std::string& text, const std::vector<std::string>& characters,
-                               const std::vector<Glyph>& glyphs) const {
-    const CharacterGrid grid(glyphs, pitch_, letterHeight_);
-    if (grid.cells().size() != characters.size()) {
-        return text;
-    }
-    std::string spaced;
-    std::size_t index = 0;
-    int previousCell = 0;
-    int previousRight = 0;
-    for (const auto& [number, cell] : grid.cells()) {
-        const bool isApart =
-            number - previousCell > 1 && cell.right - previousRight > 0.55 * grid.pitch();
-        if (index > 0 && isApart) {
-            spaced += ' ';
-        }
-        spaced += characters[index++];
-        previousCell = number;
-        previousRight = cell.right;
-    }
-    return spaced;
-}
-
-std::string Spacing::applyGaps(const std::string& text, const std::vector<std::string>& characters,
-                               const std::vector<Glyph>& glyphs) const {
     const auto columns = columnsOf(glyphs);
     if (columns.size() != characters.size()) {
         return text;

@@ -1,0 +1,187 @@
+#include "platform/tesseract/cell_consensus.h"
+
+#include <cmath>
+#include <limits>
+
+#include "platform/tesseract/character_grid.h"
+#include "platform/tesseract/characters.h"
+
+namespace platform::tesseract {
+
+namespace {
+
+/// Of the strongest ink in a cell.
+constexpr double shapeInk = 0.5;
+constexpr int weakestInk = 14;
+/// In letter heights, above and below the baseline.
+constexpr double cellAscent = 2.1;
+constexpr double cellDescent = 0.8;
+/// A space is an empty cell with this much of the pitch free.
+constexpr double freeShare = 0.55;
+
+// What the steps of an alignment cost.
+constexpr double otherCharacter = 1;
+constexpr double unknownShape = 0.3;
+constexpr double cellWithoutCharacter = 1.1;
+constexpr double unknownCellWithoutCharacter = 1.5;
+constexpr double characterWithoutCell = 1.2;
+/// A cell; more, and the line is not what the cells show.
+constexpr double highestCost = 0.6;
+
+}  // namespace
+
+void CellConsensus::add(const TextLine& line, const LineMetrics& metrics,
+                        const std::string& reading) {
+    Line added{reading, charactersOf(reading), cellsOf(line, metrics)};
+    std::erase(added.characters, " ");
+    if (added.characters.size() == added.cells.size()) {
+        for (std::size_t index = 0; index < added.cells.size(); ++index) {
+            if (!added.cells[index].shape.isEmpty()) {
+                dictionary_.learn(added.cells[index].shape, added.characters[index]);
+            }
+        }
+    }
+    lines_.push_back(std::move(added));
+}
+
+std::vector<CellConsensus::Cell> CellConsensus::cellsOf(const TextLine& line,
+                                                        const LineMetrics& metrics) const {
+    const std::vector<Glyph> glyphs = line.glyphsFromLeft();
+    const CharacterGrid grid(glyphs, pitch_, letterHeight_);
+    const int baseline = static_cast<int>(std::lround(metrics.baseline));
+    const int top = std::max(0, baseline - static_cast<int>(cellAscent * letterHeight_));
+    const int bottom =
+        std::min(ink_.height(), baseline + static_cast<int>(cellDescent * letterHeight_) + 1);
+    Box inked = glyphs.front().box;
+    for (const Glyph& glyph : glyphs) {
+        inked = inked.united(glyph.box);
+    }
+    std::vector<Cell> cells;
+    for (const auto& [number, columns] : grid.cells()) {
+        const Box box{std::max(0, grid.leftOf(number)), std::max(top, inked.top),
+                      std::min(ink_.width(), grid.leftOf(number + 1)),
+                      std::min(bottom, inked.bottom)};
+        cells.push_back({number, columns.left, columns.right, shapeIn(box, baseline)});
+    }
+    return cells;
+}
+
+GlyphShape CellConsensus::shapeIn(const Box& box, int baseline) const {
+    int strongest = 0;
+    for (int y = box.top; y < box.bottom; ++y) {
+        for (int x = box.left; x < box.right; ++x) {
+            strongest = std::max<int>(strongest, ink_.at(x, y));
+        }
+    }
+    const double threshold = std::max<double>(weakestInk, shapeInk * strongest);
+    Box inked{box.right, box.bottom, box.left, box.top};
+    for (int y = box.top; y < box.bottom; ++y) {
+        for (int x = box.left; x < box.right; ++x) {
+            if (ink_.at(x, y) >= threshold) {
+                inked = inked.united({x, y, x + 1, y + 1});
+            }
+        }
+    }
+    GlyphShape shape;
+    if (inked.right <= inked.left) {
+        return shape;
+    }
+    shape.width = inked.width();
+    shape.rise = baseline - inked.top;
+    for (int y = inked.top; y < inked.bottom; ++y) {
+        for (int x = inked.left; x < inked.right; ++x) {
+            shape.pixels.push_back(ink_.at(x, y) >= threshold ? 1 : 0);
+        }
+    }
+    return shape;
+}
+
+std::optional<std::vector<std::string>> CellConsensus::align(const Line& line) const {
+    enum class Step : std::uint8_t { both, cellOnly, characterOnly };
+    const std::size_t rows = line.cells.size() + 1;
+    const std::size_t columns = line.characters.size() + 1;
+    std::vector<std::optional<std::string>> known;
+    for (const Cell& cell : line.cells) {
+        known.push_back(cell.shape.isEmpty() ? std::nullopt : dictionary_.find(cell.shape));
+    }
+    std::vector<double> costs(rows * columns, std::numeric_limits<double>::max());
+    std::vector<Step> steps(rows * columns, Step::both);
+    costs[0] = 0;
+    const auto offer = [&](std::size_t place, double cost, Step step) {
+        if (cost < costs[place]) {
+            costs[place] = cost;
+            steps[place] = step;
+        }
+    };
+    for (std::size_t row = 0; row < rows; ++row) {
+        for (std::size_t column = 0; column < columns; ++column) {
+            const std::size_t place = row * columns + column;
+            if (row > 0) {
+                const bool isKnown = known[row - 1].has_value();
+                offer(place,
+                      costs[place - columns] +
+                          (isKnown ? cellWithoutCharacter : unknownCellWithoutCharacter),
+                      Step::cellOnly);
+            }
+            if (column > 0) {
+                offer(place, costs[place - 1] + characterWithoutCell, Step::characterOnly);
+            }
+            if (row > 0 && column > 0) {
+                const auto& guess = known[row - 1];
+                double cost = unknownShape;
+                if (guess) {
+                    cost = *guess == line.characters[column - 1] ? 0 : otherCharacter;
+                }
+                offer(place, costs[place - columns - 1] + cost, Step::both);
+            }
+        }
+    }
+    if (costs.back() > highestCost * static_cast<double>(line.cells.size())) {
+        return std::nullopt;
+    }
+    std::vector<std::string> characters(line.cells.size());
+    std::size_t row = line.cells.size();
+    std::size_t column = line.characters.size();
+    while (row > 0 || column > 0) {
+        switch (steps[row * columns + column]) {
+            case Step::both:
+                --row;
+                --column;
+                characters[row] = known[row].value_or(line.characters[column]);
+                break;
+            case Step::cellOnly:
+                --row;
+                characters[row] = known[row].value_or("");
+                break;
+            case Step::characterOnly:
+                --column;
+                break;
+        }
+    }
+    return characters;
+}
+
+std::string CellConsensus::corrected(std::size_t index) const {
+    const Line& line = lines_[index];
+    const auto characters = align(line);
+    if (!characters) {
+        return line.reading;
+    }
+    std::string text;
+    const Cell* previous = nullptr;
+    for (std::size_t cell = 0; cell < line.cells.size(); ++cell) {
+        if ((*characters)[cell].empty()) {
+            continue;
+        }
+        const Cell& current = line.cells[cell];
+        if (previous != nullptr && current.number - previous->number > 1 &&
+            current.right - previous->right > freeShare * pitch_) {
+            text += ' ';
+        }
+        text += (*characters)[cell];
+        previous = &current;
+    }
+    return text;
+}
+
+}  // namespace platform::tesseract
