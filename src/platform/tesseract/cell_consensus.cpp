@@ -19,6 +19,9 @@ constexpr double cellDescent = 0.8;
 /// A space is an empty cell with this much of the pitch free.
 constexpr double freeShare = 0.55;
 
+/// Words that the engine is this sure of teach what the shapes are.
+constexpr int sureConfidence = 75;
+
 // What the steps of an alignment cost.
 constexpr double otherCharacter = 1;
 constexpr double unknownShape = 0.3;
@@ -31,17 +34,46 @@ constexpr double highestCost = 0.6;
 }  // namespace
 
 void CellConsensus::add(const TextLine& line, const LineMetrics& metrics,
-                        const std::string& reading) {
-    Line added{reading, charactersOf(reading), cellsOf(line, metrics)};
+                        const LineReading& reading) {
+    Line added{reading.text, charactersOf(reading.text), cellsOf(line, metrics)};
+    learn(added, reading);
     std::erase(added.characters, " ");
-    if (added.characters.size() == added.cells.size()) {
-        for (std::size_t index = 0; index < added.cells.size(); ++index) {
-            if (!added.cells[index].shape.isEmpty()) {
-                dictionary_.learn(added.cells[index].shape, added.characters[index]);
-            }
+    expandDashes(added);
+    lines_.push_back(std::move(added));
+}
+
+void CellConsensus::learn(const Line& line, const LineReading& reading) {
+    std::size_t spaces = 0;
+    for (const std::string& character : line.characters) {
+        spaces += character == " " ? 1 : 0;
+    }
+    if (line.characters.size() - spaces != line.cells.size() ||
+        reading.wordConfidences.size() != spaces + 1) {
+        return;
+    }
+    std::size_t word = 0;
+    std::size_t cell = 0;
+    for (const std::string& character : line.characters) {
+        if (character == " ") {
+            ++word;
+            continue;
+        }
+        if (reading.wordConfidences[word] >= sureConfidence && !line.cells[cell].shape.isEmpty()) {
+            dictionary_.learn(line.cells[cell].shape, character);
+        }
+        ++cell;
+    }
+}
+
+void CellConsensus::expandDashes(Line& line) {
+    for (std::size_t index = 0;
+         index < line.characters.size() && line.characters.size() < line.cells.size(); ++index) {
+        if (line.characters[index] == "—") {
+            line.characters[index] = "-";
+            line.characters.insert(line.characters.begin() + static_cast<std::ptrdiff_t>(index),
+                                   "-");
         }
     }
-    lines_.push_back(std::move(added));
 }
 
 std::vector<CellConsensus::Cell> CellConsensus::cellsOf(const TextLine& line,

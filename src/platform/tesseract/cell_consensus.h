@@ -6,6 +6,7 @@
 
 #include "platform/tesseract/glyph_dictionary.h"
 #include "platform/tesseract/line_metrics.h"
+#include "platform/tesseract/line_reader.h"
 #include "platform/tesseract/text_line.h"
 
 namespace platform::tesseract {
@@ -22,7 +23,7 @@ class CellConsensus {
         : ink_(ink), pitch_(pitch), letterHeight_(letterHeight) {}
 
     /// `reading` is what the engine made of the line.
-    void add(const TextLine& line, const LineMetrics& metrics, const std::string& reading);
+    void add(const TextLine& line, const LineMetrics& metrics, const LineReading& reading);
 
     /// The corrected text of the line that was added as number `index`.
     [[nodiscard]] std::string corrected(std::size_t index) const;
@@ -40,6 +41,8 @@ class CellConsensus {
         std::vector<Cell> cells;
     };
 
+    void learn(const Line& line, const LineReading& reading);
+    static void expandDashes(Line& line);
     [[nodiscard]] std::vector<Cell> cellsOf(const TextLine& line, const LineMetrics& metrics) const;
     [[nodiscard]] GlyphShape shapeIn(const Box& box, int baseline) const;
     /// The character of each cell, empty where there is none; nothing when they do not fit.

@@ -12,6 +12,8 @@ constexpr int differentSurfaces = 18;
 constexpr double secondSurfaceShare = 0.15;
 /// How much of a letter's ink comes within two pixels of its edge, at least.
 constexpr double sharpness = 0.42;
+/// In letter heights; a dash's ends may be blended away, its long sides are not.
+constexpr double markShare = 0.45;
 
 /// How many of `count` pixels from (`x`, `y`) on are ink, themselves or one pixel further in.
 struct Side {
@@ -153,23 +155,32 @@ bool GlyphFilter::isFrame(const Component& component) const {
 }
 
 bool GlyphFilter::isBlurred(const Component& component) const {
+    const auto at = [this](int x, int y) {
+        const bool isInside = x >= 0 && y >= 0 && x < ink_.width() && y < ink_.height();
+        return isInside ? static_cast<int>(ink_.at(x, y)) : 0;
+    };
     int strongest = 0;
-    long jumps = 0;
+    long sideJumps = 0;
+    long topJumps = 0;
     for (const auto* run = components_.runsBegin(component); run != components_.runsEnd(component);
          ++run) {
-        const std::uint8_t* row = ink_.row(run->y);
-        const auto at = [&](int x) { return x < 0 || x >= ink_.width() ? 0 : row[x]; };
-        for (int x = run->left; x < run->right; ++x) {
-            strongest = std::max<int>(strongest, row[x]);
-        }
+        const int y = run->y;
         const int last = run->right - 1;
-        jumps += std::max(at(run->left), at(std::min(run->left + 1, last))) -
-                 std::min(at(run->left - 1), at(run->left - 2));
-        jumps += std::max(at(last), at(std::max(last - 1, run->left))) -
-                 std::min(at(run->right), at(run->right + 1));
+        for (int x = run->left; x < run->right; ++x) {
+            strongest = std::max(strongest, at(x, y));
+            // The stronger of the two neighbours above and below: strokes have an edge on one side.
+            topJumps +=
+                at(x, y) - std::min({at(x, y - 1), at(x, y - 2), at(x, y + 1), at(x, y + 2)});
+        }
+        sideJumps += std::max(at(run->left, y), at(std::min(run->left + 1, last), y)) -
+                     std::min(at(run->left - 1, y), at(run->left - 2, y));
+        sideJumps += std::max(at(last, y), at(std::max(last - 1, run->left), y)) -
+                     std::min(at(run->right, y), at(run->right + 1, y));
     }
-    return static_cast<double>(jumps) <
-           sharpness * strongest * 2 * static_cast<double>(component.runCount);
+    const double least = sharpness * strongest;
+    const bool isFlat = component.box.height() < markShare * letterHeight_;
+    return static_cast<double>(sideJumps) < least * 2 * static_cast<double>(component.runCount) &&
+           (!isFlat || static_cast<double>(topJumps) < least * component.pixelCount);
 }
 
 bool GlyphFilter::holdsOthers(const Component& component) const {

@@ -1,5 +1,7 @@
 #include "platform/tesseract/ink_map.h"
 
+#include "platform/tesseract/connected_components.h"
+
 namespace platform::tesseract {
 
 namespace {
@@ -14,6 +16,8 @@ constexpr int tileWidth = 48;
 constexpr int tileHeight = 24;
 constexpr double inkShare = 0.35;
 constexpr int weakestInk = 14;
+/// In hundredths of the strongest ink nearby: less than this is no writing but noise.
+constexpr int paleShare = 12;
 
 bool isBetweenSurfaces(const BackgroundModel& background, int x, int y) {
     const ColorPlane& colors = background.colors();
@@ -66,15 +70,31 @@ Mask binarize(const InkPlane& ink) {
             most = std::max(most, ink.at(x, y));
         }
     }
-    Mask mask(ink.width(), ink.height());
+    Mask faint(ink.width(), ink.height());
     for (int y = 0; y < ink.height(); ++y) {
         for (int x = 0; x < ink.width(); ++x) {
-            const int value = ink.at(x, y);
-            const double threshold = inkShare * strongest.at(x / tileWidth, y / tileHeight);
-            mask.at(x, y) = value >= weakestInk && value >= threshold ? 1 : 0;
+            const int share = paleShare * strongest.at(x / tileWidth, y / tileHeight) / 100;
+            faint.at(x, y) = ink.at(x, y) >= std::max(weakestInk, share) ? 1 : 0;
         }
     }
-    return mask;
+    const ConnectedComponents marks(faint);
+    for (const Component& mark : marks.all()) {
+        int own = 0;
+        for (const auto* run = marks.runsBegin(mark); run != marks.runsEnd(mark); ++run) {
+            for (int x = run->left; x < run->right; ++x) {
+                own = std::max<int>(own, ink.at(x, run->y));
+            }
+        }
+        for (const auto* run = marks.runsBegin(mark); run != marks.runsEnd(mark); ++run) {
+            for (int x = run->left; x < run->right; ++x) {
+                const int nearby = strongest.at(x / tileWidth, run->y / tileHeight);
+                if (ink.at(x, run->y) < inkShare * std::min(own, nearby)) {
+                    faint.at(x, run->y) = 0;
+                }
+            }
+        }
+    }
+    return faint;
 }
 
 }  // namespace platform::tesseract

@@ -67,13 +67,14 @@ void LineFinder::attachMarks(const std::vector<Glyph>& marks,
         for (Segment& segment : segments) {
             const double aside = std::max(0, -mark.box.sharedColumns(segment.box));
             const double middle = mark.box.centerY();
-            const double above =
-                std::max({0.0, segment.box.top - middle, middle - segment.box.bottom});
-            if (aside > largestGap() || above > 0.55 * letterHeight_ ||
+            const double above = std::max(0.0, segment.box.top - middle);
+            const double below = std::max(0.0, middle - segment.box.bottom);
+            if (aside > largestGap() || std::max(above, below) > 0.55 * letterHeight_ ||
                 areDivided(segment.box, mark.box) || !isBesideBaseline(mark, segment)) {
                 continue;
             }
-            const double far = 0.5 * aside + 2 * above;
+            // Low lines and commas below a row are commoner than accents above capitals.
+            const double far = 0.5 * aside + 2 * below + 4 * above;
             if (far < least) {
                 least = far;
                 nearest = &segment;

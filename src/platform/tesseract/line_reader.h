@@ -15,6 +15,8 @@ struct LineReading {
     std::string text;
     /// The engine's own, 0..100.
     int confidence = 0;
+    /// That of each word of the text.
+    std::vector<int> wordConfidences;
 };
 
 /// libtesseract kept warm, one line at a time: its layout analysis is never asked. OpenMP stays off

@@ -97,11 +97,11 @@ base::Result<std::vector<capture::TextObservation>> ScreenTextReader::read(
         if (reading.text.empty() || isSpeck(reading)) {
             reading.text.clear();
         }
-        texts.push_back(typeface == Typeface::monospaced ? withStraightQuotes(reading.text)
-                                                         : withStraightApostrophes(reading.text));
         if (typeface == Typeface::monospaced) {
-            consensus.add(lines[index], metrics[index], texts.back());
+            reading.text = withStraightQuotes(reading.text);
+            consensus.add(lines[index], metrics[index], reading);
         }
+        texts.push_back(withStraightApostrophes(reading.text));
     }
     const Spacing spacing(letterHeight);
     for (std::size_t index = 0; index < lines.size(); ++index) {
