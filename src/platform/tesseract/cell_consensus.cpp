@@ -1,5 +1,6 @@
 #include "platform/tesseract/cell_consensus.h"
 
+#include <algorithm>
 #include <cmath>
 #include <limits>
 
@@ -19,17 +20,35 @@ constexpr double cellDescent = 0.8;
 /// A space is an empty cell with this much of the pitch free.
 constexpr double freeShare = 0.55;
 
+/// A low line: in letter heights, and in pitches.
+constexpr double flatShare = 0.2;
+constexpr double lowLineShare = 0.7;
 /// Words that the engine is this sure of teach what the shapes are.
 constexpr int sureConfidence = 75;
 
-// What the steps of an alignment cost.
-constexpr double otherCharacter = 1;
-constexpr double unknownShape = 0.3;
-constexpr double cellWithoutCharacter = 1.1;
-constexpr double unknownCellWithoutCharacter = 1.5;
-constexpr double characterWithoutCell = 1.2;
 /// A cell; more, and the line is not what the cells show.
 constexpr double highestCost = 0.6;
+
+double costOfReading(const std::string& shown, const std::string& read) {
+    if (shown == read) {
+        return 0;
+    }
+    if (shown == " " || read == " ") {
+        return shown.empty() ? 0.9 : 1.4;
+    }
+    return shown.empty() ? 0.2 : 1;
+}
+
+double costOfLeavingOut(const std::string& shown) {
+    if (shown == " ") {
+        return 0.6;
+    }
+    return shown.empty() ? 1.4 : 1.1;
+}
+
+double costOfAdding(const std::string& read) {
+    return read == " " ? 0.4 : 1.2;
+}
 
 }  // namespace
 
@@ -37,7 +56,6 @@ void CellConsensus::add(const TextLine& line, const LineMetrics& metrics,
                         const LineReading& reading) {
     Line added{reading.text, charactersOf(reading.text), cellsOf(line, metrics)};
     learn(added, reading);
-    std::erase(added.characters, " ");
     expandDashes(added);
     lines_.push_back(std::move(added));
 }
@@ -66,8 +84,11 @@ void CellConsensus::learn(const Line& line, const LineReading& reading) {
 }
 
 void CellConsensus::expandDashes(Line& line) {
+    const auto spaces =
+        static_cast<std::size_t>(std::count(line.characters.begin(), line.characters.end(), " "));
     for (std::size_t index = 0;
-         index < line.characters.size() && line.characters.size() < line.cells.size(); ++index) {
+         index < line.characters.size() && line.characters.size() < line.cells.size() + spaces;
+         ++index) {
         if (line.characters[index] == "—") {
             line.characters[index] = "-";
             line.characters.insert(line.characters.begin() + static_cast<std::ptrdiff_t>(index),
@@ -89,11 +110,17 @@ std::vector<CellConsensus::Cell> CellConsensus::cellsOf(const TextLine& line,
         inked = inked.united(glyph.box);
     }
     std::vector<Cell> cells;
+    int previous = 0;
+    int previousRight = 0;
     for (const auto& [number, columns] : grid.cells()) {
         const Box box{std::max(0, grid.leftOf(number)), std::max(top, inked.top),
                       std::min(ink_.width(), grid.leftOf(number + 1)),
                       std::min(bottom, inked.bottom)};
-        cells.push_back({number, columns.left, columns.right, shapeIn(box, baseline)});
+        const bool isAfterSpace = !cells.empty() && number - previous > 1 &&
+                                  columns.right - previousRight > freeShare * grid.pitch();
+        cells.push_back({shapeIn(box, baseline), isAfterSpace});
+        previous = number;
+        previousRight = columns.right;
     }
     return cells;
 }
@@ -128,14 +155,32 @@ GlyphShape CellConsensus::shapeIn(const Box& box, int baseline) const {
     return shape;
 }
 
+std::optional<std::string> CellConsensus::characterOf(const Cell& cell) const {
+    const GlyphShape& shape = cell.shape;
+    if (shape.isEmpty()) {
+        return std::nullopt;
+    }
+    const int height = static_cast<int>(shape.pixels.size()) / shape.width;
+    // Nothing else lies flat below the baseline.
+    if (height <= std::max(2.0, flatShare * letterHeight_) && shape.rise <= 1 &&
+        shape.width >= lowLineShare * pitch_) {
+        return "_";
+    }
+    return dictionary_.find(shape);
+}
+
 std::optional<std::vector<std::string>> CellConsensus::align(const Line& line) const {
     enum class Step : std::uint8_t { both, cellOnly, characterOnly };
-    const std::size_t rows = line.cells.size() + 1;
-    const std::size_t columns = line.characters.size() + 1;
-    std::vector<std::optional<std::string>> known;
+    // What the page shows: an empty string is a cell whose shape says nothing.
+    std::vector<std::string> shown;
     for (const Cell& cell : line.cells) {
-        known.push_back(cell.shape.isEmpty() ? std::nullopt : dictionary_.find(cell.shape));
+        if (cell.isAfterSpace) {
+            shown.emplace_back(" ");
+        }
+        shown.push_back(characterOf(cell).value_or(""));
     }
+    const std::size_t rows = shown.size() + 1;
+    const std::size_t columns = line.characters.size() + 1;
     std::vector<double> costs(rows * columns, std::numeric_limits<double>::max());
     std::vector<Step> steps(rows * columns, Step::both);
     costs[0] = 0;
@@ -149,21 +194,15 @@ std::optional<std::vector<std::string>> CellConsensus::align(const Line& line) c
         for (std::size_t column = 0; column < columns; ++column) {
             const std::size_t place = row * columns + column;
             if (row > 0) {
-                const bool isKnown = known[row - 1].has_value();
-                offer(place,
-                      costs[place - columns] +
-                          (isKnown ? cellWithoutCharacter : unknownCellWithoutCharacter),
+                offer(place, costs[place - columns] + costOfLeavingOut(shown[row - 1]),
                       Step::cellOnly);
             }
             if (column > 0) {
-                offer(place, costs[place - 1] + characterWithoutCell, Step::characterOnly);
+                offer(place, costs[place - 1] + costOfAdding(line.characters[column - 1]),
+                      Step::characterOnly);
             }
             if (row > 0 && column > 0) {
-                const auto& guess = known[row - 1];
-                double cost = unknownShape;
-                if (guess) {
-                    cost = *guess == line.characters[column - 1] ? 0 : otherCharacter;
-                }
+                const double cost = costOfReading(shown[row - 1], line.characters[column - 1]);
                 offer(place, costs[place - columns - 1] + cost, Step::both);
             }
         }
@@ -171,19 +210,20 @@ std::optional<std::vector<std::string>> CellConsensus::align(const Line& line) c
     if (costs.back() > highestCost * static_cast<double>(line.cells.size())) {
         return std::nullopt;
     }
-    std::vector<std::string> characters(line.cells.size());
-    std::size_t row = line.cells.size();
+    std::vector<std::string> characters(shown);
+    std::size_t row = shown.size();
     std::size_t column = line.characters.size();
     while (row > 0 || column > 0) {
         switch (steps[row * columns + column]) {
             case Step::both:
                 --row;
                 --column;
-                characters[row] = known[row].value_or(line.characters[column]);
+                if (characters[row].empty() && line.characters[column] != " ") {
+                    characters[row] = line.characters[column];
+                }
                 break;
             case Step::cellOnly:
                 --row;
-                characters[row] = known[row].value_or("");
                 break;
             case Step::characterOnly:
                 --column;
@@ -200,18 +240,8 @@ std::string CellConsensus::corrected(std::size_t index) const {
         return line.reading;
     }
     std::string text;
-    const Cell* previous = nullptr;
-    for (std::size_t cell = 0; cell < line.cells.size(); ++cell) {
-        if ((*characters)[cell].empty()) {
-            continue;
-        }
-        const Cell& current = line.cells[cell];
-        if (previous != nullptr && current.number - previous->number > 1 &&
-            current.right - previous->right > freeShare * pitch_) {
-            text += ' ';
-        }
-        text += (*characters)[cell];
-        previous = &current;
+    for (const std::string& character : *characters) {
+        text += character;
     }
     return text;
 }

@@ -30,10 +30,9 @@ class CellConsensus {
 
   private:
     struct Cell {
-        int number = 0;
-        int left = 0;
-        int right = 0;
         GlyphShape shape;
+        /// Of the cells in front of it at least one is empty.
+        bool isAfterSpace = false;
     };
     struct Line {
         std::string reading;
@@ -44,6 +43,7 @@ class CellConsensus {
     void learn(const Line& line, const LineReading& reading);
     static void expandDashes(Line& line);
     [[nodiscard]] std::vector<Cell> cellsOf(const TextLine& line, const LineMetrics& metrics) const;
+    [[nodiscard]] std::optional<std::string> characterOf(const Cell& cell) const;
     [[nodiscard]] GlyphShape shapeIn(const Box& box, int baseline) const;
     /// The character of each cell, empty where there is none; nothing when they do not fit.
     [[nodiscard]] std::optional<std::vector<std::string>> align(const Line& line) const;

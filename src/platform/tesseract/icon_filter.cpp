@@ -40,6 +40,22 @@ bool isConvex(const ConnectedComponents& components, const Component& component)
     return true;
 }
 
+/// Whether most of the component lies towards one of its sides; that of a disc does not.
+bool pointsSomewhere(const ConnectedComponents& components, const Component& component) {
+    double sumX = 0;
+    double sumY = 0;
+    for (const auto* run = components.runsBegin(component); run != components.runsEnd(component);
+         ++run) {
+        const int length = run->right - run->left;
+        sumX += length * (run->left + run->right) / 2.0;
+        sumY += length * (run->y + 0.5);
+    }
+    const Box& box = component.box;
+    const double offX = std::abs(sumX / component.pixelCount - box.centerX()) / box.width();
+    const double offY = std::abs(sumY / component.pixelCount - box.centerY()) / box.height();
+    return std::max(offX, offY) > 0.07;
+}
+
 }  // namespace
 
 void IconFilter::removeFrom(std::vector<TextLine>& lines) const {
@@ -48,13 +64,14 @@ void IconFilter::removeFrom(std::vector<TextLine>& lines) const {
         rows.push_back(tokensOf(line));
         Row& row = rows.back();
         for (Token& token : row.tokens) {
-            if (reachesBeyondLetters(token, row) || isArrow(token, row)) {
+            if (reachesBeyondLetters(token, row) || isArrow(token, row) || isLarge(token, row)) {
                 token.kind = Kind::icon;
             }
         }
         findColored(row);
     }
     followColumns(rows);
+    gatherPieces(rows);
     for (std::size_t index = 0; index < lines.size(); ++index) {
         keepText(rows[index], lines[index]);
     }
@@ -73,7 +90,7 @@ IconFilter::Row IconFilter::tokensOf(const TextLine& line) const {
         }
         row.tokens.back().box = row.tokens.back().box.united(box);
         row.tokens.back().glyphs.push_back(glyph);
-        if (box.height() >= 0.6 * letterHeight_ && box.height() <= 1.9 * letterHeight_) {
+        if (box.height() >= 0.6 * letterHeight_) {
             bottoms.push_back(box.bottom);
             heights.push_back(box.height());
         }
@@ -125,8 +142,40 @@ bool IconFilter::isArrow(const Token& token, const Row& row) const {
         return false;
     }
     const double filled = glyph.pixelCount / static_cast<double>(box.area());
-    return filled > 0.4 && filled < 0.7 &&
-           isConvex(components_, components_.all()[glyph.component]);
+    const Component& component = components_.all()[glyph.component];
+    return filled > 0.4 && filled < 0.7 && isConvex(components_, component) &&
+           pointsSomewhere(components_, component);
+}
+
+bool IconFilter::isLarge(const Token& token, const Row& row) const {
+    return row.tokens.size() >= 3 && token.glyphs.size() <= 3 &&
+           token.box.height() > 1.6 * row.capitalHeight &&
+           token.box.width() > 1.2 * row.capitalHeight &&
+           std::any_of(token.glyphs.begin(), token.glyphs.end(), [&](const Glyph& glyph) {
+               return glyph.box.height() > 1.6 * row.capitalHeight;
+           });
+}
+
+void IconFilter::gatherPieces(std::vector<Row>& rows) const {
+    std::vector<Box> icons;
+    for (const Row& row : rows) {
+        for (const Token& token : row.tokens) {
+            if (token.kind == Kind::icon && token.box.height() > 1.6 * row.capitalHeight) {
+                icons.push_back(token.box);
+            }
+        }
+    }
+    for (Row& row : rows) {
+        for (Token& token : row.tokens) {
+            for (const Box& icon : icons) {
+                if (token.box.left >= icon.left - columnTolerance &&
+                    token.box.right <= icon.right + columnTolerance &&
+                    -token.box.sharedRows(icon) <= columnTolerance) {
+                    token.kind = Kind::icon;
+                }
+            }
+        }
+    }
 }
 
 Color IconFilter::colorOf(const Token& token) const {

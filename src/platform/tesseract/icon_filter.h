@@ -45,6 +45,8 @@ class IconFilter {
     [[nodiscard]] Row tokensOf(const TextLine& line) const;
     [[nodiscard]] bool reachesBeyondLetters(const Token& token, const Row& row) const;
     [[nodiscard]] bool isArrow(const Token& token, const Row& row) const;
+    [[nodiscard]] bool isLarge(const Token& token, const Row& row) const;
+    void gatherPieces(std::vector<Row>& rows) const;
     void followColumns(std::vector<Row>& rows) const;
     static void keepText(const Row& row, TextLine& line);
 

@@ -20,38 +20,6 @@ constexpr int faintInk = 20;
 /// The strongest part of a word's ink becomes black.
 constexpr double blackShare = 0.15;
 
-/// Text drawn without anti-aliasing has hardly any pixel between ink and none.
-bool hasHardEdges(const InkPlane& picture) {
-    long between = 0;
-    long dark = 0;
-    for (int y = 0; y < picture.height(); ++y) {
-        for (int x = 0; x < picture.width(); ++x) {
-            const int value = picture.at(x, y);
-            dark += value > 55 ? 1 : 0;
-            between += value > faintInk && value < 215 ? 1 : 0;
-        }
-    }
-    return dark > 0 && static_cast<double>(between) < 0.03 * static_cast<double>(dark);
-}
-
-/// A binomial filter of three by three.
-InkPlane soften(const InkPlane& picture) {
-    InkPlane soft = picture;
-    for (int y = 1; y + 1 < picture.height(); ++y) {
-        for (int x = 1; x + 1 < picture.width(); ++x) {
-            int sum = 0;
-            for (int row = -1; row <= 1; ++row) {
-                for (int column = -1; column <= 1; ++column) {
-                    sum += picture.at(x + column, y + row) * (2 - std::abs(row)) *
-                           (2 - std::abs(column));
-                }
-            }
-            soft.at(x, y) = static_cast<std::uint8_t>(sum / 16);
-        }
-    }
-    return soft;
-}
-
 void stretch(InkPlane& picture, int left, int right) {
     int histogram[256] = {};
     long inked = 0;
@@ -105,15 +73,11 @@ InkPlane LinePainter::paint(const TextLine& line, const LineMetrics& metrics,
     const int rows = static_cast<int>(std::ceil(bottom)) - firstRow + 1;
     InkPlane picture = compose(line, firstRow, rows);
     stretchWords(picture);
-    ResamplingKernel kernel = ResamplingKernel::lanczos;
-    if (hasHardEdges(picture)) {
-        picture = soften(picture);
-    }
     const double scaleY = style.height / (bottom - top);
     const double scaleX = scaleY * style.narrowing;
     const int width = std::max(8, static_cast<int>(picture.width() * scaleX));
-    InkPlane scaled =
-        resample(picture, 0, top - firstRow, width, style.height, scaleX, scaleY, kernel);
+    InkPlane scaled = resample(picture, 0, top - firstRow, width, style.height, scaleX, scaleY,
+                               ResamplingKernel::lanczos);
     for (int y = 0; y < scaled.height(); ++y) {
         for (int x = 0; x < scaled.width(); ++x) {
             scaled.at(x, y) = static_cast<std::uint8_t>(255 - scaled.at(x, y));
