@@ -112,10 +112,28 @@ bool GlyphFilter::isRule(const Component& component) const {
 
 bool GlyphFilter::isTooLarge(const Component& component) const {
     const Box& box = component.box;
-    return box.height() > largestGlyph ||
-           (box.height() > 3.2 * letterHeight_ && box.height() > 24) ||
-           (box.width() > 12 * letterHeight_ && box.height() > 1.3 * letterHeight_) ||
-           (letterCount_ < 2 && box.height() > 60);
+    if (box.height() > largestGlyph || (letterCount_ < 2 && box.height() > 60) ||
+        (box.width() > 12 * letterHeight_ && box.height() > 2.2 * letterHeight_)) {
+        return true;
+    }
+    return box.height() > 2.8 * letterHeight_ && box.height() > 24 && !isInHeading(component);
+}
+
+bool GlyphFilter::isInHeading(const Component& component) const {
+    const Box& box = component.box;
+    if (box.width() > 2 * box.height() || component.pixelCount > 0.7 * box.area()) {
+        return false;
+    }
+    const auto alike = std::count_if(components_.all().begin(), components_.all().end(),
+                                     [&](const Component& other) {
+                                         const Box& neighbor = other.box;
+                                         return neighbor.height() >= 0.55 * box.height() &&
+                                                neighbor.height() <= 1.6 * box.height() &&
+                                                neighbor.sharedRows(box) >= 0.5 * box.height() &&
+                                                -neighbor.sharedColumns(box) <= 2.5 * box.height();
+                                     });
+    // The component itself is one of them.
+    return alike >= 4;
 }
 
 bool GlyphFilter::isBlob(const Component& component) const {

@@ -31,6 +31,8 @@ class GlyphFilter {
     [[nodiscard]] bool isGlyph(const Component& component) const;
     [[nodiscard]] bool isRule(const Component& component) const;
     [[nodiscard]] bool isTooLarge(const Component& component) const;
+    /// Whether letters of its own size stand beside it.
+    [[nodiscard]] bool isInHeading(const Component& component) const;
     [[nodiscard]] bool isFrame(const Component& component) const;
     [[nodiscard]] bool isBlob(const Component& component) const;
     [[nodiscard]] bool holdsOthers(const Component& component) const;

@@ -104,7 +104,8 @@ IconFilter::Row IconFilter::tokensOf(const TextLine& line) const {
                              : row.tokens[index + 1].box.left - token.box.right;
     }
     row.baseline = bottoms.empty() ? 0 : median(bottoms);
-    row.capitalHeight = heights.empty() ? letterHeight_ : quantile(heights, 0.7);
+    // Rows of small letters hold few capitals; headings are larger than the page's.
+    row.capitalHeight = std::max(capitalHeight_, quantile(heights, 0.7));
     return row;
 }
 

@@ -16,10 +16,15 @@ namespace platform::tesseract {
 /// disc, alone, is an arrow.
 class IconFilter {
   public:
-    /// `letterHeight` in pixels; `components` are those of the rows' glyphs. All outlive this.
+    /// Heights in pixels, as the page has them; `components` are those of the rows' glyphs. All
+    /// outlive this.
     IconFilter(const ColorPlane& page, const InkPlane& ink, const ConnectedComponents& components,
-               double letterHeight)
-        : page_(page), ink_(ink), components_(components), letterHeight_(letterHeight) {}
+               double letterHeight, double capitalHeight)
+        : page_(page),
+          ink_(ink),
+          components_(components),
+          letterHeight_(letterHeight),
+          capitalHeight_(capitalHeight) {}
 
     void removeFrom(std::vector<TextLine>& rows) const;
 
@@ -57,6 +62,7 @@ class IconFilter {
     const InkPlane& ink_;
     const ConnectedComponents& components_;
     double letterHeight_;
+    double capitalHeight_;
 };
 
 }  // namespace platform::tesseract

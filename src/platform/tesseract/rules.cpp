@@ -15,6 +15,9 @@ constexpr double thickest = 0.22;
 constexpr double thinShare = 0.6;
 /// In letter heights: what remains of a corner or a grip.
 constexpr double crumb = 0.5;
+/// Rounded corners are larger, and thinner than any letter: so much of their box is ink.
+constexpr double arc = 1.5;
+constexpr double thinArc = 0.33;
 
 int thicknessAt(const Mask& mask, int x, int y, int stepX, int stepY, int limit) {
     const auto reach = [&](int direction) {
@@ -135,8 +138,9 @@ void Rules::removeFrom(Mask& mask, InkPlane& ink) const {
     }
     const ConnectedComponents rest(mask);
     for (const Component& component : rest.all()) {
-        if (component.box.width() > crumb * letterHeight_ ||
-            component.box.height() > crumb * letterHeight_) {
+        const int longer = std::max(component.box.width(), component.box.height());
+        const bool isThin = component.pixelCount < thinArc * component.box.area();
+        if (longer > (isThin ? arc : crumb) * letterHeight_) {
             continue;
         }
         bool hung = false;

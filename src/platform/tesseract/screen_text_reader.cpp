@@ -82,7 +82,8 @@ base::Result<std::vector<capture::TextObservation>> ScreenTextReader::read(
     const double letterHeight = filter.letterHeight();
 
     std::vector<TextLine> rows = LineFinder(letterHeight, rules.upright()).find(filter.glyphs());
-    IconFilter(page, ink, components, letterHeight).removeFrom(rows);
+    IconFilter(page, ink, components, letterHeight, commonCapitalHeight(components))
+        .removeFrom(rows);
     const double pitch = measurePitch(rows, letterHeight);
     const Typeface typeface = pitch > 0 ? Typeface::monospaced : Typeface::proportional;
     std::vector<TextLine> lines = ReadingOrder(background, letterHeight, typeface).sort(rows);
