@@ -14,6 +14,8 @@ constexpr int blockHeight = 5;
 constexpr int surfaceTolerance = 2;
 /// Sum over the channels, for growing a surface pixel by pixel.
 constexpr int growthTolerance = 1;
+/// Sum over the channels: flat blocks that touch each other are one surface below this.
+constexpr int differentSurfaces = 40;
 /// A flat patch smaller than this that does not reach the edge is the inside of a letter or a knob.
 constexpr int smallestSurface = 250;
 constexpr std::uint16_t farAway = 60000;
@@ -28,6 +30,7 @@ BackgroundModel::BackgroundModel(const ColorPlane& page)
       colors_(page.width(), page.height()),
       distances_(page.width(), page.height(), farAway) {
     markFlatBlocks(page);
+    separateSurfaces(page);
     dropSmallSurfaces();
     for (int y = 0; y < page.height(); ++y) {
         for (int x = 0; x < page.width(); ++x) {
@@ -83,6 +86,24 @@ void BackgroundModel::markFlatBlocks(const ColorPlane& page) {
             if (columnsLeft > 0) {
                 --columnsLeft;
                 row[x] = 1;
+            }
+        }
+    }
+}
+
+void BackgroundModel::separateSurfaces(const ColorPlane& page) {
+    const Mask together = flat_;
+    const auto differs = [&](int x, int y, int otherX, int otherY) {
+        return otherX >= 0 && otherY >= 0 && otherX < page.width() &&
+               together.at(otherX, otherY) != 0 &&
+               distance(page.at(x, y), page.at(otherX, otherY)) > differentSurfaces;
+    };
+    for (int y = 0; y < page.height(); ++y) {
+        for (int x = 0; x < page.width(); ++x) {
+            if (flat_.at(x, y) != 0 &&
+                (differs(x, y, x - 1, y) || differs(x, y, x, y - 1) ||
+                 differs(x, y, x - 1, y - 1) || differs(x, y, x + 1, y - 1))) {
+                flat_.at(x, y) = 0;
             }
         }
     }

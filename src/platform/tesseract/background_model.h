@@ -21,6 +21,7 @@ class BackgroundModel {
 
   private:
     void markFlatBlocks(const ColorPlane& page);
+    void separateSurfaces(const ColorPlane& page);
     void dropSmallSurfaces();
     void grow(const ColorPlane& page);
     void spread();

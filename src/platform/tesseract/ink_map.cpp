@@ -15,7 +15,7 @@ constexpr int edgeReach = 2;
 constexpr int tileWidth = 48;
 constexpr int tileHeight = 24;
 constexpr double inkShare = 0.35;
-constexpr int weakestInk = 14;
+constexpr int weakestInk = 20;
 /// In hundredths of the strongest ink nearby: less than this is no writing but noise.
 constexpr int paleShare = 12;
 

@@ -105,20 +105,22 @@ void LineFinder::mergeOverlapping(std::vector<Segment>& segments) const {
                    0.5 * std::min(one.box.height(), other.box.height()) &&
                -one.box.sharedColumns(other.box) <= largestGap() && !areDivided(one.box, other.box);
     };
-    for (std::size_t index = 0; index < segments.size();) {
-        std::size_t other = index + 1;
-        while (other < segments.size() && !belongTogether(segments[index], segments[other])) {
-            ++other;
+    for (bool hasMerged = true; hasMerged;) {
+        hasMerged = false;
+        for (std::size_t index = 0; index < segments.size(); ++index) {
+            for (std::size_t other = index + 1; other < segments.size();) {
+                if (!belongTogether(segments[index], segments[other])) {
+                    ++other;
+                    continue;
+                }
+                for (const Glyph& glyph : segments[other].glyphs) {
+                    add(segments[index], glyph);
+                }
+                segments[other] = std::move(segments.back());
+                segments.pop_back();
+                hasMerged = true;
+            }
         }
-        if (other == segments.size()) {
-            ++index;
-            continue;
-        }
-        for (const Glyph& glyph : segments[other].glyphs) {
-            add(segments[index], glyph);
-        }
-        segments.erase(segments.begin() + static_cast<std::ptrdiff_t>(other));
-        index = 0;
     }
 }
 

@@ -29,6 +29,13 @@ TEST(BackgroundModel, a_button_is_a_surface_of_its_own) {
     EXPECT_TRUE(background.isSurface(40, 30));
 }
 
+TEST(BackgroundModel, the_broad_stroke_of_a_letter_is_no_surface) {
+    ColorPlane page(120, 60, white);
+    fill(page, {40, 20, 52, 36}, black);
+    const BackgroundModel background(page);
+    EXPECT_EQ(background.colors().at(45, 28), white);
+}
+
 TEST(BackgroundModel, a_gradient_is_followed) {
     ColorPlane page(60, 40);
     for (int y = 0; y < 40; ++y) {
@@ -67,14 +74,29 @@ TEST(InkMap, the_edge_between_two_surfaces_is_no_ink) {
     }
 }
 
-TEST(InkMap, a_pale_word_far_from_a_strong_one_is_still_ink) {
-    InkPlane ink(200, 24);
+TEST(InkMap, a_pale_sign_beside_a_strong_one_is_ink) {
+    InkPlane ink(48, 24);
     ink.at(5, 5) = 255;
-    ink.at(10, 5) = 40;
-    ink.at(150, 5) = 40;
+    ink.at(20, 5) = 60;
+    EXPECT_EQ(binarize(ink).at(20, 5), 1);
+}
+
+TEST(InkMap, the_faint_edge_of_a_stroke_is_no_ink) {
+    InkPlane ink(48, 24);
+    ink.at(5, 5) = 255;
+    ink.at(6, 5) = 60;
     const Mask mask = binarize(ink);
     EXPECT_EQ(mask.at(5, 5), 1);
-    EXPECT_EQ(mask.at(10, 5), 0);
+    EXPECT_EQ(mask.at(6, 5), 0);
+}
+
+TEST(InkMap, noise_beside_strong_ink_is_none) {
+    InkPlane ink(200, 24);
+    ink.at(5, 5) = 255;
+    ink.at(20, 5) = 25;
+    ink.at(150, 5) = 25;
+    const Mask mask = binarize(ink);
+    EXPECT_EQ(mask.at(20, 5), 0);
     EXPECT_EQ(mask.at(150, 5), 1);
 }
 

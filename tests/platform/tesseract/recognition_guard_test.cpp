@@ -38,7 +38,7 @@ TEST(RecognitionGuard, pictures_of_other_programs_stay_right) {
     }
     const bench::TextScore score = scoreSet(folder);
     EXPECT_GT(score.characters, 19000);
-    EXPECT_LE(score.errorRate(), 0.055);
+    EXPECT_LE(score.errorRate(), 0.015);
 }
 
 }  // namespace
