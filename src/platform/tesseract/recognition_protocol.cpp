@@ -129,7 +129,7 @@ bool isAcceptable(const PictureShape& shape) {
     const std::uint64_t pixelCount = std::uint64_t{shape.width} * shape.height;
     return pixelCount > 0 && pixelCount <= maximumPixelCount &&
            shape.bytesPerRow >= std::uint64_t{shape.width} * 4 &&
-           std::uint64_t{shape.bytesPerRow} * shape.height <= 2 * 4 * maximumPixelCount;
+           std::uint64_t{shape.bytesPerRow} * shape.height <= maximumPixelCount * 8;
 }
 
 std::string encodeReady() {

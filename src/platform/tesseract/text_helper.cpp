@@ -16,8 +16,8 @@ namespace platform::tesseract {
 
 namespace {
 
-/// The largest picture that is accepted needs about 1.2 GiB beside its own pixels; more than this
-/// is a fault, and ends this process instead of filling the machine.
+/// The largest picture that is accepted was seen to need 1 GiB beside its own pixels; more than
+/// this is a fault, and ends this process instead of filling the machine.
 constexpr unsigned long long memoryGrowth = 3ULL << 30U;
 
 enum ExitStatus { socketClosed = 0, couldNotStart = 2, badMessage = 3 };

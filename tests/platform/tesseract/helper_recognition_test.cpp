@@ -100,6 +100,11 @@ class BareHelper : public testing::Test {
         process_.emplace(desktop::ProcessOptions{.command = {LUMAFRAME_TEXT_HELPER, "eng"},
                                                  .outputFile = directory_.path("helper"),
                                                  .beforeExec = [beforeExec, socket = ends[1]] {
+                                                     // It may not write to files, and sanitizers
+                                                     // have something to say about that.
+                                                     const int nowhere =
+                                                         ::open("/dev/null", O_WRONLY);
+                                                     ::dup2(nowhere, STDERR_FILENO);
                                                      ::dup2(socket, helperSocketDescriptor);
                                                      ::fcntl(helperSocketDescriptor, F_SETFD, 0);
                                                      beforeExec();
