@@ -1,0 +1,110 @@
+// The recognition helper in the life of the program: when it starts, and how it ends.
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+#include <unistd.h>
+
+#include <csignal>
+#include <filesystem>
+#include <fstream>
+
+#include "journeys/session.h"
+
+namespace journeys {
+namespace {
+
+namespace key = desktop::key;
+constexpr const char* textCopied = "OCR complete! Text copied to clipboard.";
+
+struct ChildProcess {
+    pid_t pid = 0;
+    std::string name;
+    char state = '?';
+};
+
+/// The children of `parent`, dead ones that nobody has reaped included.
+std::vector<ChildProcess> childrenOf(pid_t parent) {
+    std::vector<ChildProcess> children;
+    for (const auto& entry : std::filesystem::directory_iterator("/proc")) {
+        std::ifstream file(entry.path() / "stat");
+        std::string text;
+        std::getline(file, text);
+        const std::size_t open = text.find('(');
+        const std::size_t close = text.rfind(')');
+        if (open == std::string::npos || close == std::string::npos) {
+            continue;
+        }
+        std::istringstream rest(text.substr(close + 1));
+        ChildProcess child{std::stoi(text), text.substr(open + 1, close - open - 1), '?'};
+        pid_t parentOfChild = 0;
+        rest >> child.state >> parentOfChild;
+        if (parentOfChild == parent) {
+            children.push_back(child);
+        }
+    }
+    return children;
+}
+
+class RecognitionHelper : public testing::Test {
+  protected:
+    RecognitionHelper() {
+        session.writeSettings(nlohmann::json::object());
+        session.start();
+    }
+    std::vector<ChildProcess> children() { return childrenOf(session.program().pid()); }
+    /// Presses the shortcut, drags over a part of the screen and waits for the text.
+    void recognize() {
+        const std::size_t before = session.mark();
+        session.pressRecognitionShortcut();
+        session.waitUntilOpen();
+        session.input().drag({100, 100}, {300, 200});
+        session.waitForLine(textCopied, before);
+        session.waitUntilClosed();
+    }
+
+    Session session;
+};
+
+TEST_F(RecognitionHelper, is_not_there_before_text_is_wanted) {
+    session.openOverlay();
+    session.input().tap(key::escape);
+    session.waitUntilClosed();
+    EXPECT_TRUE(children().empty());
+}
+
+TEST_F(RecognitionHelper, starts_while_the_overlay_is_open_and_reads_more_than_once) {
+    session.pressRecognitionShortcut();
+    session.waitUntilOpen();
+    session.require("the start of the helper", [&] { return children().size() == 1; });
+    const pid_t helper = children().front().pid;
+    // As long as the kernel lets a name be.
+    EXPECT_EQ(children().front().name, "lumaframe-text-");
+    session.input().tap(key::escape);
+    session.waitUntilClosed();
+    recognize();
+    recognize();
+    ASSERT_EQ(children().size(), 1U);
+    EXPECT_EQ(children().front().pid, helper);
+}
+
+TEST_F(RecognitionHelper, that_is_killed_leaves_nothing_behind_and_is_replaced) {
+    recognize();
+    ASSERT_EQ(children().size(), 1U);
+    const pid_t killed = children().front().pid;
+    ::kill(killed, SIGKILL);
+    session.require("the end of the helper", [&] { return children().empty(); });
+    recognize();
+    ASSERT_EQ(children().size(), 1U);
+    EXPECT_NE(children().front().pid, killed);
+}
+
+TEST_F(RecognitionHelper, does_not_outlive_the_program) {
+    recognize();
+    ASSERT_EQ(children().size(), 1U);
+    const pid_t helper = children().front().pid;
+    session.program().signal(SIGKILL);
+    session.program().waitForExit();
+    EXPECT_TRUE(desktop::waitUntil([&] { return ::kill(helper, 0) != 0; }));
+}
+
+}  // namespace
+}  // namespace journeys
