@@ -6,14 +6,12 @@
 
 #include "platform/tesseract/character_grid.h"
 #include "platform/tesseract/characters.h"
+#include "platform/tesseract/quotation_marks.h"
 
 namespace platform::tesseract {
 
 namespace {
 
-/// Of the strongest ink in a cell.
-constexpr double shapeInk = 0.5;
-constexpr int weakestInk = 14;
 /// In letter heights, above and below the baseline.
 constexpr double cellAscent = 2.1;
 constexpr double cellDescent = 0.8;
@@ -54,7 +52,8 @@ double costOfAdding(const std::string& read) {
 
 void CellConsensus::add(const TextLine& line, const LineMetrics& metrics,
                         const LineReading& reading) {
-    Line added{reading.text, charactersOf(reading.text), cellsOf(line, metrics)};
+    Line added{withStraightQuotes(reading.text), charactersOf(reading.text),
+               cellsOf(line, metrics)};
     learn(added, reading);
     expandDashes(added);
     lines_.push_back(std::move(added));
@@ -118,41 +117,11 @@ std::vector<CellConsensus::Cell> CellConsensus::cellsOf(const TextLine& line,
                       std::min(bottom, inked.bottom)};
         const bool isAfterSpace = !cells.empty() && number - previous > 1 &&
                                   columns.right - previousRight > freeShare * grid.pitch();
-        cells.push_back({shapeIn(box, baseline), isAfterSpace});
+        cells.push_back({shapeIn(ink_, box, baseline), isAfterSpace});
         previous = number;
         previousRight = columns.right;
     }
     return cells;
-}
-
-GlyphShape CellConsensus::shapeIn(const Box& box, int baseline) const {
-    int strongest = 0;
-    for (int y = box.top; y < box.bottom; ++y) {
-        for (int x = box.left; x < box.right; ++x) {
-            strongest = std::max<int>(strongest, ink_.at(x, y));
-        }
-    }
-    const double threshold = std::max<double>(weakestInk, shapeInk * strongest);
-    Box inked{box.right, box.bottom, box.left, box.top};
-    for (int y = box.top; y < box.bottom; ++y) {
-        for (int x = box.left; x < box.right; ++x) {
-            if (ink_.at(x, y) >= threshold) {
-                inked = inked.united({x, y, x + 1, y + 1});
-            }
-        }
-    }
-    GlyphShape shape;
-    if (inked.right <= inked.left) {
-        return shape;
-    }
-    shape.width = inked.width();
-    shape.rise = baseline - inked.top;
-    for (int y = inked.top; y < inked.bottom; ++y) {
-        for (int x = inked.left; x < inked.right; ++x) {
-            shape.pixels.push_back(ink_.at(x, y) >= threshold ? 1 : 0);
-        }
-    }
-    return shape;
 }
 
 std::optional<std::string> CellConsensus::characterOf(const Cell& cell) const {
@@ -173,11 +142,14 @@ std::optional<std::vector<std::string>> CellConsensus::align(const Line& line) c
     enum class Step : std::uint8_t { both, cellOnly, characterOnly };
     // What the page shows: an empty string is a cell whose shape says nothing.
     std::vector<std::string> shown;
+    std::vector<const GlyphShape*> shapes;
     for (const Cell& cell : line.cells) {
         if (cell.isAfterSpace) {
             shown.emplace_back(" ");
+            shapes.push_back(nullptr);
         }
         shown.push_back(characterOf(cell).value_or(""));
+        shapes.push_back(&cell.shape);
     }
     const std::size_t rows = shown.size() + 1;
     const std::size_t columns = line.characters.size() + 1;
@@ -220,6 +192,9 @@ std::optional<std::vector<std::string>> CellConsensus::align(const Line& line) c
                 --column;
                 if (characters[row].empty() && line.characters[column] != " ") {
                     characters[row] = line.characters[column];
+                }
+                if (shapes[row] != nullptr && isQuotationMark(characters[row])) {
+                    characters[row] = quotationMarkOf(characters[row], *shapes[row]);
                 }
                 break;
             case Step::cellOnly:

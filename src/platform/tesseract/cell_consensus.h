@@ -44,7 +44,6 @@ class CellConsensus {
     static void expandDashes(Line& line);
     [[nodiscard]] std::vector<Cell> cellsOf(const TextLine& line, const LineMetrics& metrics) const;
     [[nodiscard]] std::optional<std::string> characterOf(const Cell& cell) const;
-    [[nodiscard]] GlyphShape shapeIn(const Box& box, int baseline) const;
     /// The character of each cell, empty where there is none; nothing when they do not fit.
     [[nodiscard]] std::optional<std::vector<std::string>> align(const Line& line) const;
 

@@ -6,20 +6,9 @@
 #include <string>
 #include <vector>
 
-#include "platform/tesseract/page_planes.h"
+#include "platform/tesseract/glyph_shape.h"
 
 namespace platform::tesseract {
-
-/// The shape of one character as it is drawn, cut to its ink.
-struct GlyphShape {
-    int width = 0;
-    /// One byte a pixel, 0 or 1, rows from the top.
-    std::vector<std::uint8_t> pixels;
-    /// From the top of the shape to the baseline, pixels; tells a comma from an apostrophe.
-    int rise = 0;
-
-    [[nodiscard]] bool isEmpty() const { return pixels.empty(); }
-};
 
 /// What the engine read each shape of a page as. A screen draws a character the same way each time,
 /// so that many readings of one shape correct a single wrong one (an unsupervised form of the

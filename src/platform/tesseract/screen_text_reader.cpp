@@ -91,28 +91,24 @@ base::Result<std::vector<capture::TextObservation>> ScreenTextReader::read(
 
     const auto metrics = measureLines(lines, letterHeight, typeface);
     const LinePainter painter(ink, components, letterHeight);
-    std::vector<std::string> texts;
-    CellConsensus consensus(ink, pitch, letterHeight);
+    CellConsensus cells(ink, pitch, letterHeight);
+    Spacing spacing(ink, letterHeight);
     for (std::size_t index = 0; index < lines.size(); ++index) {
         LineReading reading = lineReader_->read(painter.paint(lines[index], metrics[index], {}));
-        if (reading.text.empty() || isSpeck(reading)) {
+        if (isSpeck(reading)) {
             reading.text.clear();
         }
         if (typeface == Typeface::monospaced) {
-            reading.text = withStraightQuotes(reading.text);
-            consensus.add(lines[index], metrics[index], reading);
-        }
-        texts.push_back(withStraightApostrophes(reading.text));
-    }
-    const Spacing spacing(letterHeight);
-    for (std::size_t index = 0; index < lines.size(); ++index) {
-        if (typeface == Typeface::monospaced) {
-            texts[index] = consensus.corrected(index);
+            cells.add(lines[index], metrics[index], reading);
         } else {
-            texts[index] = spacing.apply(texts[index], lines[index]);
+            spacing.add(lines[index], metrics[index], reading.text);
         }
-        if (!texts[index].empty()) {
-            observations.push_back({{texts[index]}});
+    }
+    for (std::size_t index = 0; index < lines.size(); ++index) {
+        const std::string text =
+            typeface == Typeface::monospaced ? cells.corrected(index) : spacing.corrected(index);
+        if (!text.empty()) {
+            observations.push_back({{text}});
         }
     }
     return observations;

@@ -1,6 +1,10 @@
 #include "platform/tesseract/spacing.h"
 
+#include <algorithm>
+#include <cmath>
+
 #include "platform/tesseract/characters.h"
+#include "platform/tesseract/quotation_marks.h"
 
 namespace platform::tesseract {
 
@@ -8,70 +12,111 @@ namespace {
 
 /// In letter heights: a gap this wide is a space in any typeface.
 constexpr double certainSpace = 0.62;
-/// More spaces than this would be new: then characters and glyphs do not match after all.
-constexpr int mostNewSpaces = 2;
+/// Gaps of each kind that a page must show before its own width counts.
+constexpr int fewestGaps = 12;
+/// The share of gaps that the engine may see otherwise.
+constexpr double mostDissent = 0.05;
+/// More new spaces in a line than this: then its characters and columns do not match after all.
+constexpr int mostNewSpaces = 6;
 
-/// The columns from `left` up to, not including, `right`.
-struct Extent {
-    int left = 0;
-    int right = 0;
-};
-
-/// The columns of characters: dots and accents share them with their letters.
-std::vector<Extent> columnsOf(const std::vector<Glyph>& glyphs) {
-    std::vector<Extent> columns;
-    for (const Glyph& glyph : glyphs) {
-        const Box& box = glyph.box;
-        if (!columns.empty()) {
-            Extent& last = columns.back();
-            const int shared = std::min(box.right, last.right) - box.left;
-            if (shared > 0 && shared >= 0.5 * std::min(box.width(), last.right - last.left)) {
-                last.right = std::max(last.right, box.right);
-                continue;
-            }
-        }
-        columns.push_back({box.left, box.right});
-    }
-    return columns;
+bool isLowLine(const CharacterColumn& column, double baseline, double letterHeight) {
+    return column.glyphs.size() == 1 && column.box.top >= baseline &&
+           column.box.height() <= std::max(2.0, 0.25 * letterHeight) &&
+           column.box.width() >= 0.6 * letterHeight;
 }
 
 }  // namespace
 
-std::string Spacing::apply(const std::string& text, const TextLine& line) const {
-    const std::vector<Glyph> glyphs = line.glyphsFromLeft();
+void Spacing::add(const TextLine& line, const LineMetrics& metrics, const std::string& text) {
+    Line added{withStraightApostrophes(text), {}};
+    const auto columns = columnsOf(line, letterHeight_);
     std::vector<std::string> characters = charactersOf(text);
-    std::erase(characters, " ");
-    if (characters.empty() || glyphs.empty()) {
-        return text;
-    }
-    const auto columns = columnsOf(glyphs);
-    if (columns.size() != characters.size()) {
-        return text;
-    }
-    std::vector<bool> isSpaced;
-    bool afterSpace = false;
-    for (const std::string& character : charactersOf(text)) {
-        if (character != " ") {
-            isSpaced.push_back(afterSpace);
+    const auto spaces =
+        static_cast<std::size_t>(std::count(characters.begin(), characters.end(), " "));
+    const auto isLow = [&](const CharacterColumn& column) {
+        return isLowLine(column, metrics.baseline, metrics.letterHeight);
+    };
+    const auto lowLines =
+        static_cast<std::size_t>(std::count_if(columns.begin(), columns.end(), isLow));
+    const std::size_t count = characters.size() - spaces;
+    const bool lacksLowLines = lowLines > 0 && count + lowLines == columns.size() &&
+                               std::count(characters.begin(), characters.end(), "_") == 0;
+    if (count == columns.size() || lacksLowLines) {
+        std::size_t next = 0;
+        for (std::size_t index = 0; index < columns.size(); ++index) {
+            const CharacterColumn& column = columns[index];
+            Character character;
+            while (next < characters.size() && characters[next] == " ") {
+                character.isAfterSpace = true;
+                ++next;
+            }
+            if (lacksLowLines && isLow(column)) {
+                // The engine took the low line for a space.
+                character = {"_", 0, false, false};
+            } else {
+                character.text = characters[next++];
+            }
+            if (isQuotationMark(character.text)) {
+                character.text = quotationMarkOf(
+                    character.text, shapeIn(ink_, column.box, static_cast<int>(metrics.baseline)));
+            }
+            if (index > 0) {
+                character.gap =
+                    (column.box.left - columns[index - 1].box.right) / metrics.letterHeight;
+                character.startsSegment = column.startsSegment;
+                const bool followsInsertion = lacksLowLines && isLow(columns[index - 1]);
+                character.isAfterSpace = character.isAfterSpace && !followsInsertion;
+            }
+            added.characters.push_back(std::move(character));
         }
-        afterSpace = character == " ";
     }
+    lines_.push_back(std::move(added));
+}
+
+double Spacing::narrowestSpace() const {
+    std::vector<std::pair<double, bool>> gaps;
+    int spaces = 0;
+    for (const Line& line : lines_) {
+        for (std::size_t index = 1; index < line.characters.size(); ++index) {
+            const Character& character = line.characters[index];
+            if (!character.startsSegment) {
+                gaps.emplace_back(character.gap, character.isAfterSpace);
+                spaces += character.isAfterSpace ? 1 : 0;
+            }
+        }
+    }
+    const int others = static_cast<int>(gaps.size()) - spaces;
+    if (spaces < fewestGaps || others < fewestGaps) {
+        return certainSpace;
+    }
+    std::sort(gaps.begin(), gaps.end());
+    int dissent = others;
+    int least = dissent;
+    double best = certainSpace;
+    for (std::size_t index = 0; index + 1 < gaps.size(); ++index) {
+        dissent += gaps[index].second ? 1 : -1;
+        if (dissent < least && gaps[index + 1].first > gaps[index].first) {
+            least = dissent;
+            best = (gaps[index].first + gaps[index + 1].first) / 2;
+        }
+    }
+    return least <= mostDissent * static_cast<double>(gaps.size()) ? best : certainSpace;
+}
+
+std::string Spacing::corrected(std::size_t index) const {
+    const Line& line = lines_[index];
+    const double narrowest = std::min(narrowestSpace(), certainSpace);
     int added = 0;
-    for (std::size_t index = 1; index < columns.size(); ++index) {
-        const int gap = columns[index].left - columns[index - 1].right;
-        if (!isSpaced[index] && gap >= certainSpace * letterHeight_) {
-            isSpaced[index] = true;
-            ++added;
+    std::string text;
+    for (const Character& character : line.characters) {
+        const bool isWide = character.startsSegment || character.gap > narrowest;
+        added += isWide && !character.isAfterSpace ? 1 : 0;
+        if (!text.empty() && (isWide || character.isAfterSpace)) {
+            text += ' ';
         }
+        text += character.text;
     }
-    if (added > mostNewSpaces) {
-        return text;
-    }
-    std::string spaced;
-    for (std::size_t index = 0; index < characters.size(); ++index) {
-        spaced += (isSpaced[index] && index > 0 ? " " : "") + characters[index];
-    }
-    return spaced;
+    return text.empty() || added > mostNewSpaces ? line.text : text;
 }
 
 }  // namespace platform::tesseract

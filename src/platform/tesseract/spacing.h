@@ -1,22 +1,48 @@
 #pragma once
 
 #include <string>
+#include <vector>
 
-#include "platform/tesseract/text_line.h"
+#include "platform/tesseract/character_columns.h"
+#include "platform/tesseract/line_metrics.h"
 
 namespace platform::tesseract {
 
-/// Sets the spaces of a line of proportional text that was read: where a gap between its glyphs is
-/// too wide to be none. A line whose glyphs cannot be matched with its characters stays as it is.
+/// Corrects the readings of proportional lines by where their characters stand: spaces, low lines
+/// and the shape of quotation marks.
+///
+/// All lines are added first. The width from which a gap is a space is the one that agrees best
+/// with the spaces that the engine read on this page (a decision stump). A line whose columns
+/// cannot be matched with its characters keeps the engine's spaces.
 class Spacing {
   public:
-    /// In pixels.
-    explicit Spacing(double letterHeight) : letterHeight_(letterHeight) {}
+    /// `ink` must outlive this; `letterHeight` in pixels.
+    Spacing(const InkPlane& ink, double letterHeight) : ink_(ink), letterHeight_(letterHeight) {}
 
-    [[nodiscard]] std::string apply(const std::string& text, const TextLine& line) const;
+    void add(const TextLine& line, const LineMetrics& metrics, const std::string& text);
+
+    /// The corrected text of the line that was added as number `index`.
+    [[nodiscard]] std::string corrected(std::size_t index) const;
 
   private:
+    struct Character {
+        std::string text;
+        /// In front of it, in letter heights of its line.
+        double gap = 0;
+        bool isAfterSpace = false;
+        bool startsSegment = false;
+    };
+    struct Line {
+        std::string text;
+        /// Empty where columns and characters do not match.
+        std::vector<Character> characters;
+    };
+
+    [[nodiscard]] double narrowestSpace() const;
+
+    const InkPlane& ink_;
     double letterHeight_;
+    std::vector<Line> lines_;
 };
 
 }  // namespace platform::tesseract

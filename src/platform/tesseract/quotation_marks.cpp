@@ -1,0 +1,51 @@
+#include "platform/tesseract/quotation_marks.h"
+
+#include <algorithm>
+#include <array>
+#include <cmath>
+
+#include "platform/tesseract/characters.h"
+
+namespace platform::tesseract {
+
+namespace {
+
+/// In pixels, and as a share of the height: what rounding to pixels explains.
+constexpr double leastLean = 0.3;
+constexpr double leastLeanShare = 0.09;
+
+bool leans(const GlyphShape& shape) {
+    const int height = static_cast<int>(shape.pixels.size()) / shape.width;
+    std::array<double, 2> sums{};
+    std::array<double, 2> counts{};
+    for (int y = 0; y < height; ++y) {
+        const std::size_t half = y * 2 < height - 1 ? 0 : 1;
+        // The middle row of an odd height belongs to neither half.
+        if (y * 2 == height - 1) {
+            continue;
+        }
+        for (int x = 0; x < shape.width; ++x) {
+            const auto place = static_cast<std::size_t>(y * shape.width + x);
+            sums[half] += shape.pixels[place] * (x + 0.5);
+            counts[half] += shape.pixels[place];
+        }
+    }
+    if (counts[0] == 0 || counts[1] == 0) {
+        return false;
+    }
+    return std::abs(sums[0] / counts[0] - sums[1] / counts[1]) >
+           std::max(leastLean, leastLeanShare * height);
+}
+
+}  // namespace
+
+bool isQuotationMark(const std::string& character) {
+    static const std::array<std::string, 6> marks{"'", "\"", "‘", "’", "“", "”"};
+    return std::find(marks.begin(), marks.end(), character) != marks.end();
+}
+
+std::string quotationMarkOf(const std::string& character, const GlyphShape& shape) {
+    return !shape.isEmpty() && leans(shape) ? character : withStraightQuotes(character);
+}
+
+}  // namespace platform::tesseract

@@ -1,0 +1,17 @@
+#pragma once
+
+#include <string>
+
+#include "platform/tesseract/glyph_dictionary.h"
+
+namespace platform::tesseract {
+
+/// Whether `character` is a quotation mark or an apostrophe, straight or curly.
+bool isQuotationMark(const std::string& character);
+
+/// The mark that was read, straight when its shape is: the engine prefers curly marks, screens show
+/// straight ones. A curly mark leans: the middle of its upper half is beside that of its lower
+/// half.
+std::string quotationMarkOf(const std::string& character, const GlyphShape& shape);
+
+}  // namespace platform::tesseract
