@@ -54,32 +54,48 @@ void CellConsensus::add(const TextLine& line, const LineMetrics& metrics,
                         const LineReading& reading) {
     Line added{withStraightQuotes(reading.text), charactersOf(reading.text),
                cellsOf(line, metrics)};
+    replaceZeros(added);
     learn(added, reading);
     expandDashes(added);
     lines_.push_back(std::move(added));
 }
 
 void CellConsensus::learn(const Line& line, const LineReading& reading) {
-    std::size_t spaces = 0;
-    for (const std::string& character : line.characters) {
-        spaces += character == " " ? 1 : 0;
+    std::vector<std::vector<const Cell*>> shown(1);
+    for (const Cell& cell : line.cells) {
+        if (cell.isAfterSpace) {
+            shown.emplace_back();
+        }
+        shown.back().push_back(&cell);
     }
-    if (line.characters.size() - spaces != line.cells.size() ||
-        reading.wordConfidences.size() != spaces + 1) {
-        return;
-    }
-    std::size_t word = 0;
-    std::size_t cell = 0;
+    std::vector<std::vector<std::string>> read(1);
     for (const std::string& character : line.characters) {
         if (character == " ") {
-            ++word;
+            read.emplace_back();
+        } else {
+            read.back().push_back(character);
+        }
+    }
+    if (shown.size() != read.size() || read.size() != reading.wordConfidences.size()) {
+        return;
+    }
+    for (std::size_t word = 0; word < read.size(); ++word) {
+        if (read[word].size() != shown[word].size() ||
+            reading.wordConfidences[word] < sureConfidence) {
             continue;
         }
-        if (reading.wordConfidences[word] >= sureConfidence && !line.cells[cell].shape.isEmpty()) {
-            dictionary_.learn(line.cells[cell].shape, character);
+        for (std::size_t index = 0; index < read[word].size(); ++index) {
+            if (!shown[word][index]->shape.isEmpty()) {
+                dictionary_.learn(shown[word][index]->shape, read[word][index]);
+            }
         }
-        ++cell;
     }
+}
+
+void CellConsensus::replaceZeros(Line& line) {
+    // Coding fonts put a dot into their zero, which the engine takes for a copyright sign.
+    std::replace(line.characters.begin(), line.characters.end(), std::string("©"),
+                 std::string("0"));
 }
 
 void CellConsensus::expandDashes(Line& line) {

@@ -41,6 +41,7 @@ class CellConsensus {
     };
 
     void learn(const Line& line, const LineReading& reading);
+    static void replaceZeros(Line& line);
     static void expandDashes(Line& line);
     [[nodiscard]] std::vector<Cell> cellsOf(const TextLine& line, const LineMetrics& metrics) const;
     [[nodiscard]] std::optional<std::string> characterOf(const Cell& cell) const;

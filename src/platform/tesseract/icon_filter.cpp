@@ -138,7 +138,7 @@ bool IconFilter::isArrow(const Token& token, const Row& row) const {
     const Box& box = glyph.box;
     const double longer = std::max(box.width(), box.height());
     const double shorter = std::min(box.width(), box.height());
-    if (longer < 0.4 * row.capitalHeight || shorter < 0.35 * longer ||
+    if (longer < 0.6 * row.capitalHeight || shorter < 0.35 * longer ||
         token.gapBefore < aloneGap * letterHeight_ || token.gapAfter < aloneGap * letterHeight_) {
         return false;
     }

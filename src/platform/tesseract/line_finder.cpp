@@ -8,7 +8,7 @@ namespace platform::tesseract {
 namespace {
 
 /// Shorter than this share of the letter height is a dot, an accent, a dash or a quote.
-constexpr double markShare = 0.45;
+constexpr double markShare = 0.6;
 
 void add(Segment& segment, const Glyph& glyph) {
     segment.box = segment.box.united(glyph.box);

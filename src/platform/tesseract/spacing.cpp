@@ -25,12 +25,30 @@ bool isLowLine(const CharacterColumn& column, double baseline, double letterHeig
            column.box.width() >= 0.6 * letterHeight;
 }
 
+/// A small disc in front of a line, half way up.
+bool isBullet(const std::vector<CharacterColumn>& columns, const LineMetrics& metrics) {
+    if (columns.size() < 3 || columns[0].glyphs.size() != 1) {
+        return false;
+    }
+    const Box& box = columns[0].box;
+    const double size = std::max(box.width(), box.height()) / metrics.letterHeight;
+    const double middle = (metrics.baseline - box.centerY()) / metrics.letterHeight;
+    return size > 0.3 && size < 0.9 &&
+           std::abs(box.width() - box.height()) <= 0.25 * box.height() + 1 && middle > 0.3 &&
+           middle < 0.85 && columns[0].glyphs[0].pixelCount >= 0.6 * box.area() &&
+           columns[1].box.left - box.right > 0.4 * metrics.letterHeight;
+}
+
 }  // namespace
 
 void Spacing::add(const TextLine& line, const LineMetrics& metrics, const std::string& text) {
     Line added{withStraightApostrophes(text), {}};
     const auto columns = columnsOf(line, letterHeight_);
     std::vector<std::string> characters = charactersOf(text);
+    if (isBullet(columns, metrics) && characters.size() > 2 && characters[1] == " ") {
+        characters[0] = "•";
+        added.text = "•" + added.text.substr(charactersOf(added.text).front().size());
+    }
     const auto spaces =
         static_cast<std::size_t>(std::count(characters.begin(), characters.end(), " "));
     const auto isLow = [&](const CharacterColumn& column) {
