@@ -195,6 +195,9 @@ std::optional<std::vector<std::string>> CellConsensus::align(const Line& line) c
             }
         }
     }
+    if (std::find(shown.begin(), shown.end(), "") == shown.end()) {
+        return shown;
+    }
     if (costs.back() > highestCost * static_cast<double>(line.cells.size())) {
         return std::nullopt;
     }

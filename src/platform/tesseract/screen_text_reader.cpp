@@ -1,5 +1,8 @@
 #include "platform/tesseract/screen_text_reader.h"
 
+#include <algorithm>
+#include <cctype>
+
 #include "platform/tesseract/background_model.h"
 #include "platform/tesseract/cell_consensus.h"
 #include "platform/tesseract/character_pitch.h"
@@ -28,6 +31,19 @@ bool isSpeck(const LineReading& reading) {
     std::vector<std::string> characters = charactersOf(reading.text);
     std::erase(characters, " ");
     return reading.confidence < sureConfidence && characters.size() <= speckLength;
+}
+
+/// Whether letters were read, and surely.
+bool isWriting(const LineReading& reading) {
+    // In photographs the engine sees single characters, or several that it is unsure of.
+    constexpr int sureOfWriting = 65;
+    constexpr int fewestLetters = 2;
+    const auto letters =
+        std::count_if(reading.text.begin(), reading.text.end(), [](char character) {
+            const auto byte = static_cast<unsigned char>(character);
+            return byte >= 0x80 || std::isalnum(byte) != 0;
+        });
+    return reading.confidence >= sureOfWriting && letters >= fewestLetters;
 }
 
 /// Rows of nothing but dots and dashes no wider than a letter.
@@ -93,8 +109,10 @@ base::Result<std::vector<capture::TextObservation>> ScreenTextReader::read(
     const LinePainter painter(ink, components, letterHeight);
     CellConsensus cells(ink, pitch, letterHeight);
     Spacing spacing(ink, letterHeight);
+    bool hasWriting = lines.size() == 1;
     for (std::size_t index = 0; index < lines.size(); ++index) {
         LineReading reading = lineReader_->read(painter.paint(lines[index], metrics[index], {}));
+        hasWriting = hasWriting || isWriting(reading);
         if (isSpeck(reading)) {
             reading.text.clear();
         }
@@ -104,7 +122,7 @@ base::Result<std::vector<capture::TextObservation>> ScreenTextReader::read(
             spacing.add(lines[index], metrics[index], reading.text);
         }
     }
-    for (std::size_t index = 0; index < lines.size(); ++index) {
+    for (std::size_t index = 0; hasWriting && index < lines.size(); ++index) {
         const std::string text =
             typeface == Typeface::monospaced ? cells.corrected(index) : spacing.corrected(index);
         if (!text.empty()) {
