@@ -27,10 +27,31 @@ namespace {
 constexpr int sureConfidence = 40;
 constexpr std::size_t speckLength = 2;
 
+/// Below this a line is read a second time, drawn wider, and the surer reading counts.
+constexpr int doubtfulConfidence = 60;
+constexpr LinePictureStyle secondStyle{.narrowing = 1.05};
+
 bool isSpeck(const LineReading& reading) {
     std::vector<std::string> characters = charactersOf(reading.text);
     std::erase(characters, " ");
     return reading.confidence < sureConfidence && characters.size() <= speckLength;
+}
+
+/// Whether a page is covered with specks, or with more marks than a picture of text can hold: what
+/// bounds the time that noise takes.
+bool isNoise(const ConnectedComponents& components, const std::vector<Glyph>& glyphs,
+             double letterHeight) {
+    constexpr std::size_t mostGlyphs = 300000;
+    constexpr std::size_t manyComponents = 4000;
+    constexpr double fewestLetters = 0.3;
+    const auto letters = std::count_if(components.all().begin(), components.all().end(),
+                                       [letterHeight](const Component& component) {
+                                           return component.box.height() >= 0.6 * letterHeight;
+                                       });
+    return glyphs.size() > mostGlyphs ||
+           (components.all().size() > manyComponents &&
+            static_cast<double>(letters) <
+                fewestLetters * static_cast<double>(components.all().size()));
 }
 
 /// Whether letters were read, and surely.
@@ -91,13 +112,20 @@ base::Result<std::vector<capture::TextObservation>> ScreenTextReader::read(
     if (roughHeight <= 0) {
         return observations;
     }
+    if (isNoise(roughComponents, {}, roughHeight)) {
+        return observations;
+    }
     const Rules rules(mask, roughHeight, commonCapitalHeight(roughComponents));
     rules.removeFrom(mask, ink);
     const ConnectedComponents components(mask);
     const GlyphFilter filter(page, ink, mask, components, background);
     const double letterHeight = filter.letterHeight();
 
-    std::vector<TextLine> rows = LineFinder(letterHeight, rules.upright()).find(filter.glyphs());
+    std::vector<Glyph> glyphs = filter.glyphs();
+    if (isNoise(components, glyphs, roughHeight)) {
+        return observations;
+    }
+    std::vector<TextLine> rows = LineFinder(letterHeight, rules.upright()).find(std::move(glyphs));
     IconFilter(page, ink, components, letterHeight, commonCapitalHeight(components))
         .removeFrom(rows);
     const double pitch = measurePitch(rows, letterHeight);
@@ -112,6 +140,13 @@ base::Result<std::vector<capture::TextObservation>> ScreenTextReader::read(
     bool hasWriting = lines.size() == 1;
     for (std::size_t index = 0; index < lines.size(); ++index) {
         LineReading reading = lineReader_->read(painter.paint(lines[index], metrics[index], {}));
+        if (reading.confidence < doubtfulConfidence) {
+            LineReading second =
+                lineReader_->read(painter.paint(lines[index], metrics[index], secondStyle));
+            if (second.confidence > reading.confidence) {
+                reading = std::move(second);
+            }
+        }
         hasWriting = hasWriting || isWriting(reading);
         if (isSpeck(reading)) {
             reading.text.clear();

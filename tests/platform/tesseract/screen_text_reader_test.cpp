@@ -3,6 +3,8 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <chrono>
+
 #include "drawn_page.h"
 
 namespace platform::tesseract {
@@ -52,6 +54,37 @@ TEST(ScreenTextReader, an_empty_picture_has_no_text) {
     const auto read = reader->read(base::Image());
     ASSERT_TRUE(read);
     EXPECT_TRUE(read.value().empty());
+}
+
+TEST(ScreenTextReader, noise_has_no_text_and_ends_soon) {
+    const auto reader = englishReader();
+    ASSERT_NE(reader, nullptr);
+    ColorPlane page(1200, 900, {255, 255, 255});
+    std::uint32_t state = 1;
+    for (int y = 0; y < page.height(); ++y) {
+        for (int x = 0; x < page.width(); ++x) {
+            state = state * 1664525 + 1013904223;
+            if (state >> 29 == 0) {
+                page.at(x, y) = {0, 0, 0};
+            }
+        }
+    }
+    const auto started = std::chrono::steady_clock::now();
+    const auto read = reader->read(imageOf(page));
+    ASSERT_TRUE(read);
+    EXPECT_TRUE(read.value().empty());
+    EXPECT_LT(std::chrono::steady_clock::now() - started, std::chrono::seconds(20));
+}
+
+TEST(ScreenTextReader, a_picture_larger_than_its_bound_is_an_error) {
+    const auto reader = englishReader();
+    ASSERT_NE(reader, nullptr);
+    // Never read: only its size is looked at.
+    const std::uint8_t pixel[4] = {};
+    const base::Image image(100000, 100000, 4, pixel, base::AlphaChannel::none, nullptr);
+    const auto read = reader->read(image);
+    ASSERT_FALSE(read);
+    EXPECT_FALSE(read.error().sentence.empty());
 }
 
 }  // namespace platform::tesseract
