@@ -5,6 +5,7 @@
 #include <sched.h>
 #include <sys/ioctl.h>
 #include <sys/mman.h>
+#include <sys/prctl.h>
 #include <sys/ptrace.h>
 #include <sys/resource.h>
 #include <sys/socket.h>
@@ -153,6 +154,13 @@ Lines attemptsWhileLoading() {
     Lines lines{outcome("write a file while loading", writesTemporaryFile()),
                 outcome("run a program while loading", runs()),
                 outcome("read a file while loading", ::access("/etc/passwd", R_OK) == 0)};
+    rlimit core{1, 1};
+    ::getrlimit(RLIMIT_CORE, &core);
+    int deathSignal = 0;
+    ::prctl(PR_GET_PDEATHSIG, &deathSignal);
+    lines.push_back("process core " + std::to_string(core.rlim_max));
+    lines.push_back("process death signal " + std::to_string(deathSignal));
+    lines.push_back("process dumpable " + std::to_string(::prctl(PR_GET_DUMPABLE)));
     for (int number = 0; number < 1024; ++number) {
         if (::fcntl(number, F_GETFD) >= 0) {
             lines.push_back("descriptor " + std::to_string(number));

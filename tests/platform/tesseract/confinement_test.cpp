@@ -1,3 +1,4 @@
+#include <fcntl.h>
 #include <gtest/gtest.h>
 #include <sys/syscall.h>
 #include <unistd.h>
@@ -8,6 +9,7 @@
 #include <vector>
 
 #include "platform/tesseract/helper_fixture.h"
+#include "platform/tesseract/owned_descriptor.h"
 
 namespace {
 
@@ -17,7 +19,9 @@ using namespace tesseract_tests;
 /// refused.
 class Confinement : public HelperFixture {
   protected:
-    Confinement() { lines_ = textsOf(use(LUMAFRAME_CONFINED_PROBE).recognize(blankPicture())); }
+    Confinement() : inheritable_(::open("/dev/null", O_RDONLY)) {
+        lines_ = textsOf(use(LUMAFRAME_CONFINED_PROBE).recognize(blankPicture()));
+    }
     [[nodiscard]] std::set<std::string> linesThat(const std::string& begin,
                                                   const std::string& end) const {
         std::set<std::string> found;
@@ -32,6 +36,8 @@ class Confinement : public HelperFixture {
         return std::find(lines_.begin(), lines_.end(), line) != lines_.end();
     }
 
+    /// As a library might leave one open.
+    platform::tesseract::OwnedDescriptor inheritable_;
     std::vector<std::string> lines_;
 };
 
@@ -73,6 +79,12 @@ TEST_F(Confinement, a_helper_that_loads_its_engine_can_read_files_but_change_non
     EXPECT_TRUE(says("write a file while loading: refused"));
     EXPECT_TRUE(says("run a program while loading: refused"));
     EXPECT_TRUE(says("read a file while loading: done"));
+}
+
+TEST_F(Confinement, a_helper_leaves_no_core_is_not_traced_and_dies_with_its_parent) {
+    EXPECT_EQ(
+        linesThat("process ", ""),
+        (std::set<std::string>{"process core 0", "process death signal 9", "process dumpable 0"}));
 }
 
 TEST_F(Confinement, a_helper_inherits_nothing_but_its_socket) {
