@@ -18,10 +18,11 @@ constexpr const char* english = "eng";
 /// Each language adds half of the time that the first one takes.
 constexpr std::size_t maximumLanguageCount = 4;
 
-/// Where distributions put the data: Debian's versions, then the engine's own choice.
+/// Where distributions put the data: Debian, Fedora, the others, and the engine by itself.
 constexpr const char* usualDirectories[] = {
     "/usr/share/tesseract-ocr/5/tessdata",
     "/usr/share/tesseract-ocr/4.00/tessdata",
+    "/usr/share/tesseract/tessdata",
     "/usr/share/tessdata",
     "/usr/local/share/tessdata",
 };
