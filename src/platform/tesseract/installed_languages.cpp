@@ -20,10 +20,8 @@ constexpr std::size_t maximumLanguageCount = 4;
 
 /// Where distributions put the data: Debian, Fedora, the others, and the engine by itself.
 constexpr const char* usualDirectories[] = {
-    "/usr/share/tesseract-ocr/5/tessdata",
-    "/usr/share/tesseract-ocr/4.00/tessdata",
-    "/usr/share/tesseract/tessdata",
-    "/usr/share/tessdata",
+    "/usr/share/tesseract-ocr/5/tessdata", "/usr/share/tesseract-ocr/4.00/tessdata",
+    "/usr/share/tesseract/tessdata",       "/usr/share/tessdata",
     "/usr/local/share/tessdata",
 };
 
