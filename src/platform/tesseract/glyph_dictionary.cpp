@@ -43,7 +43,7 @@ std::optional<std::string> GlyphDictionary::find(const GlyphShape& shape) const 
                 commonest = &character;
             }
         }
-        if (all >= fewestReadings && most >= majority * all) {
+        if (commonest != nullptr && all >= fewestReadings && most >= majority * all) {
             return *commonest;
         }
     }

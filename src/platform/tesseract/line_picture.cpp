@@ -50,10 +50,7 @@ void stretch(InkPlane& picture, int left, int right) {
 
 LinePainter::LinePainter(const InkPlane& ink, const ConnectedComponents& components,
                          double letterHeight)
-    : ink_(ink),
-      components_(components),
-      letterHeight_(letterHeight),
-      owners_(ink.width(), ink.height()) {
+    : ink_(ink), letterHeight_(letterHeight), owners_(ink.width(), ink.height()) {
     std::uint32_t owner = 0;
     for (const Component& component : components.all()) {
         ++owner;

@@ -34,7 +34,6 @@ class LinePainter {
     void stretchWords(InkPlane& picture) const;
 
     const InkPlane& ink_;
-    const ConnectedComponents& components_;
     double letterHeight_;
     /// The component of each ink pixel counted from 1; 0 for none.
     Plane<std::uint32_t> owners_;

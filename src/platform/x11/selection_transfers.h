@@ -26,7 +26,7 @@ class SelectionTransfers {
     static constexpr std::size_t largestCount = 32;
     /// What is larger goes in pieces of this size: the server stores a property of one mebibyte
     /// within a millisecond, and nobody else waits noticeably for it.
-    static constexpr std::size_t defaultPieceSize = 1024 * 1024;
+    static constexpr std::size_t defaultPieceSize = std::size_t{1024} * 1024;
 
     /// `pieceSize` is in bytes; what the server accepts in one request limits it further.
     SelectionTransfers(Connection& connection, base::MainQueue& mainQueue, std::size_t pieceSize);
