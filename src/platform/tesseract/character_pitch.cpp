@@ -30,6 +30,24 @@ std::vector<double> neighborDistances(const std::vector<TextLine>& lines, double
     return distances;
 }
 
+/// Least squares over the distances that are whole multiples of the pitch.
+double refine(double pitch, const std::vector<double>& distances) {
+    for (int time = 0; time < 2; ++time) {
+        double products = 0;
+        double squares = 0;
+        for (const double distance : distances) {
+            const double cells = std::round(distance / pitch);
+            // Far multiples round to the wrong one while the pitch is rough.
+            if (cells >= 1 && cells <= 8 && std::abs(distance / pitch - cells) < 0.25) {
+                products += distance * cells;
+                squares += cells * cells;
+            }
+        }
+        pitch = squares > 0 ? products / squares : pitch;
+    }
+    return pitch;
+}
+
 }  // namespace
 
 double measurePitch(const std::vector<TextLine>& lines, double letterHeight) {
@@ -58,7 +76,7 @@ double measurePitch(const std::vector<TextLine>& lines, double letterHeight) {
             best = pitch;
         }
     }
-    return best;
+    return best > 0 ? refine(best, distances) : 0;
 }
 
 }  // namespace platform::tesseract
