@@ -1,6 +1,7 @@
 #include "platform/tesseract/cell_consensus.h"
 
 #include <algorithm>
+#include <array>
 #include <cmath>
 #include <limits>
 
@@ -26,6 +27,18 @@ constexpr int sureConfidence = 75;
 
 /// A cell; more, and the line is not what the cells show.
 constexpr double highestCost = 0.6;
+
+/// For a tall shape that was read as a dash or a dot.
+constexpr double contradictedShape = 1;
+
+bool isSmallMark(const std::string& character) {
+    static const std::array<std::string, 9> marks{"-", "—", "–", ".", ",", "_", "'", "~", "·"};
+    return std::find(marks.begin(), marks.end(), character) != marks.end();
+}
+
+int heightOf(const GlyphShape& shape) {
+    return shape.width > 0 ? static_cast<int>(shape.pixels.size()) / shape.width : 0;
+}
 
 double costOfReading(const std::string& shown, const std::string& read) {
     if (shown == read) {
@@ -145,7 +158,7 @@ std::optional<std::string> CellConsensus::characterOf(const Cell& cell) const {
     if (shape.isEmpty()) {
         return std::nullopt;
     }
-    const int height = static_cast<int>(shape.pixels.size()) / shape.width;
+    const int height = heightOf(shape);
     // Nothing else lies flat below the baseline.
     if (height <= std::max(2.0, flatShare * letterHeight_) && shape.rise <= 1 &&
         shape.width >= lowLineShare * pitch_) {
@@ -190,7 +203,11 @@ std::optional<std::vector<std::string>> CellConsensus::align(const Line& line) c
                       Step::characterOnly);
             }
             if (row > 0 && column > 0) {
-                const double cost = costOfReading(shown[row - 1], line.characters[column - 1]);
+                const std::string& read = line.characters[column - 1];
+                const bool isContradicted = shown[row - 1].empty() && isSmallMark(read) &&
+                                            heightOf(*shapes[row - 1]) >= 0.6 * letterHeight_;
+                const double cost =
+                    isContradicted ? contradictedShape : costOfReading(shown[row - 1], read);
                 offer(place, costs[place - columns - 1] + cost, Step::both);
             }
         }

@@ -9,6 +9,7 @@ namespace {
 constexpr std::size_t fewestDistances = 12;
 constexpr double monospacedShare = 0.72;
 constexpr double tolerance = 0.13;
+constexpr double wholePixels = 0.04;
 
 std::vector<double> neighborDistances(const std::vector<TextLine>& lines, double letterHeight) {
     std::vector<double> distances;
@@ -76,7 +77,12 @@ double measurePitch(const std::vector<TextLine>& lines, double letterHeight) {
             best = pitch;
         }
     }
-    return best > 0 ? refine(best, distances) : 0;
+    if (best <= 0) {
+        return 0;
+    }
+    const double pitch = refine(best, distances);
+    // Terminals draw in whole pixels.
+    return std::abs(pitch - std::round(pitch)) < wholePixels ? std::round(pitch) : pitch;
 }
 
 }  // namespace platform::tesseract

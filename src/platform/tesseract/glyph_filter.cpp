@@ -88,10 +88,7 @@ std::vector<Glyph> GlyphFilter::glyphs() const {
         if (!isGlyph(component)) {
             continue;
         }
-        const Box& box = component.box;
-        const Color background = background_.colors().at(static_cast<int>(box.centerX()),
-                                                         static_cast<int>(box.centerY()));
-        glyphs.push_back({box, component.pixelCount, index, background});
+        glyphs.push_back({component.box, component.pixelCount, index});
     }
     return glyphs;
 }

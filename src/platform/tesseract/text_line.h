@@ -12,8 +12,6 @@ struct Glyph {
     int pixelCount = 0;
     /// Its index among the page's components.
     std::size_t component = 0;
-    /// What it stands on.
-    Color background;
 };
 
 /// Glyphs of one row that stand close enough to be words of one phrase.

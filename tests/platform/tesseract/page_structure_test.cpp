@@ -42,7 +42,7 @@ class DrawnLetters {
         std::vector<Glyph> glyphs;
         for (std::size_t index = 0; index < components.all().size(); ++index) {
             const Component& component = components.all()[index];
-            glyphs.push_back({component.box, component.pixelCount, index, {255, 255, 255}});
+            glyphs.push_back({component.box, component.pixelCount, index});
         }
         return glyphs;
     }
