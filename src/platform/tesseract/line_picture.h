@@ -20,7 +20,7 @@ struct LinePictureStyle {
 /// stretched word by word, wide gaps shortened, all lines of a page at one size.
 class LinePainter {
   public:
-    /// All must outlive this.
+    /// `ink` must outlive this; `letterHeight` in pixels.
     LinePainter(const InkPlane& ink, const ConnectedComponents& components, double letterHeight);
 
     /// Dark on white.
