@@ -25,7 +25,8 @@ bool leans(const GlyphShape& shape) {
             continue;
         }
         for (int x = 0; x < shape.width; ++x) {
-            const auto place = static_cast<std::size_t>(y * shape.width + x);
+            const auto place = static_cast<std::size_t>(y) * static_cast<std::size_t>(shape.width) +
+                               static_cast<std::size_t>(x);
             sums[half] += shape.pixels[place] * (x + 0.5);
             counts[half] += shape.pixels[place];
         }
