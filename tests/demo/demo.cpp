@@ -133,15 +133,9 @@ void Demonstration::captureWindow() {
 void Demonstration::recognizeText() {
     openOverlay(key::digit2);
     drag(regionStart, regionEnd, "overlay-text-recognition.png");
-    const std::string unable = "Unable to perform OCR: ";
-    const std::string line =
-        waitForAnyLine({unable, "OCR text saved to: ", "Failed to save OCR text: "});
-    if (line.starts_with(unable)) {
-        say("Super+Shift+2 and a drag: no text, because this version does not recognise text yet.");
-        say("  Lumaframe said: " + line);
-        return;
-    }
-    keepNewestFile(line, "recognized.txt");
+    keepNewestFile(waitForAnyLine({"OCR text saved to: ", "Failed to save OCR text: ",
+                                   "Unable to perform OCR: "}),
+                   "recognized.txt");
     say("Super+Shift+2 and a drag: the recognised text is saved as a file.");
 }
 
@@ -224,11 +218,12 @@ void Demonstration::keepPicture(const std::string& name, const desktop::Picture&
 }
 
 void Demonstration::keepNewestFile(const std::string& printedLine, const std::string& name) const {
-    const auto colon = printedLine.find(": ");
-    if (colon == std::string::npos || printedLine.starts_with("Failed")) {
+    const std::string mark = " saved to: ";
+    const auto place = printedLine.find(mark);
+    if (place == std::string::npos) {
         throw std::runtime_error("Lumaframe said: " + printedLine);
     }
-    fs::copy_file(printedLine.substr(colon + 2), output_ / name,
+    fs::copy_file(printedLine.substr(place + mark.size()), output_ / name,
                   fs::copy_options::overwrite_existing);
 }
 
