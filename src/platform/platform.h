@@ -17,6 +17,7 @@
 #include "overlay/pointer.h"
 #include "overlay/workspace.h"
 #include "shortcuts/hot_key_service.h"
+#include "ui/login_item_service.h"
 
 namespace platform {
 
@@ -42,6 +43,7 @@ struct Platform {
     capture::TextRecognizer& textRecognizer;
     capture::SoundPlayer& soundPlayer;
     capture::UserNotifications& userNotifications;
+    ui::LoginItemService& loginItems;
 };
 
 }  // namespace platform

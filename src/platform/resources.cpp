@@ -1,6 +1,7 @@
 #include "platform/resources.h"
 
 #include <filesystem>
+#include <string_view>
 #include <system_error>
 
 namespace platform {
@@ -24,6 +25,14 @@ std::filesystem::path installationPrefix() {
 }
 
 }  // namespace
+
+std::string runningProgram() {
+    constexpr std::string_view replacedMark = " (deleted)";
+    std::error_code error;
+    const std::string path = std::filesystem::read_symlink("/proc/self/exe", error);
+    const bool isReplaced = path.ends_with(replacedMark) && !std::filesystem::exists(path, error);
+    return isReplaced ? path.substr(0, path.size() - replacedMark.size()) : path;
+}
 
 Resources Resources::locate() {
     const std::filesystem::path prefix = installationPrefix();

@@ -17,4 +17,8 @@ struct Resources {
     static Resources locate();
 };
 
+/// The absolute path of the binary that runs. When an upgrade has replaced its file meanwhile, the
+/// path of the new one; empty when the system does not say.
+std::string runningProgram();
+
 }  // namespace platform

@@ -56,6 +56,7 @@ struct Program {
     doubles::FakeTextRecognizer recognizer;
     doubles::FakeSoundPlayer soundPlayer;
     doubles::FakeUserNotifications userNotifications;
+    doubles::FakeLoginItemService loginItems;
     app::NotificationCenter notifications;
     app::LumaframeApp app{{.mainQueue = queue,
                            .displays = displays,
@@ -73,7 +74,8 @@ struct Program {
                            .imageEncoder = encoder,
                            .textRecognizer = recognizer,
                            .soundPlayer = soundPlayer,
-                           .userNotifications = userNotifications},
+                           .userNotifications = userNotifications,
+                           .loginItems = loginItems},
                           notifications,
                           log};
 };

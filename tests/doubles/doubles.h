@@ -9,6 +9,7 @@
 #include "doubles/fake_image_encoder.h"
 #include "doubles/fake_keyboard_tap.h"
 #include "doubles/fake_log.h"
+#include "doubles/fake_login_item_service.h"
 #include "doubles/fake_overlay_surface.h"
 #include "doubles/fake_pasteboard.h"
 #include "doubles/fake_permissions.h"

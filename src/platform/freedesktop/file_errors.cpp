@@ -95,4 +95,9 @@ base::Error writeError(const std::string& path, int errorNumber) {
     return {kindOf(errorNumber), writeSentence(path, errorNumber)};
 }
 
+base::Error removeError(const std::string& path, int errorNumber) {
+    return {kindOf(errorNumber), "The file " + quotedName(path) +
+                                     " couldn’t be removed: " + reasonOf(errorNumber) + "."};
+}
+
 }  // namespace platform::freedesktop

@@ -17,5 +17,7 @@ bool isWholePath(const std::string& path);
 base::Error readError(const std::string& path, int errorNumber);
 /// Why `path` could not be written, as one sentence for the user.
 base::Error writeError(const std::string& path, int errorNumber);
+/// Why `path` could not be removed, as one sentence for the user.
+base::Error removeError(const std::string& path, int errorNumber);
 
 }  // namespace platform::freedesktop

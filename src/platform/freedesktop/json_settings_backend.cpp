@@ -10,28 +10,12 @@
 #include "platform/freedesktop/disk_sync.h"
 #include "platform/freedesktop/file_errors.h"
 #include "platform/freedesktop/file_writing.h"
+#include "platform/freedesktop/make_directories.h"
 #include "platform/freedesktop/small_file.h"
 
 namespace platform::freedesktop {
 
 namespace {
-
-/// Makes `path` and its missing parents for the owner alone, as the base directory rules ask.
-base::Status makeDirectories(const std::string& path) {
-    if (::mkdir(path.c_str(), 0700) == 0 || errno == EEXIST) {
-        return base::Nothing{};
-    }
-    if (errno != ENOENT || path == "/" || path == ".") {
-        return writeError(path, errno);
-    }
-    if (const auto status = makeDirectories(parentOf(path)); !status) {
-        return status;
-    }
-    if (::mkdir(path.c_str(), 0700) != 0 && errno != EEXIST) {
-        return writeError(path, errno);
-    }
-    return base::Nothing{};
-}
 
 /// A name for the broken file at `path` that nothing has yet.
 std::string nameForBroken(const std::string& path) {

@@ -97,6 +97,10 @@ XdgDirectories XdgDirectories::fromEnvironment() {
     if (directories.dataDirectories.empty()) {
         directories.dataDirectories = {"/usr/local/share", "/usr/share"};
     }
+    directories.configDirectories = absolutePathsOf(environmentValue("XDG_CONFIG_DIRS"));
+    if (directories.configDirectories.empty()) {
+        directories.configDirectories = {"/etc/xdg"};
+    }
     return directories;
 }
 

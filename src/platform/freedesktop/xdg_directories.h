@@ -16,6 +16,8 @@ struct XdgDirectories {
     std::string dataHome;
     /// Best first, without `dataHome`.
     std::vector<std::string> dataDirectories;
+    /// Best first, without `configHome`.
+    std::vector<std::string> configDirectories = {};
 
     static XdgDirectories fromEnvironment();
 };

@@ -21,6 +21,7 @@
 #include "platform/freedesktop/theme_sound_player.h"
 #include "platform/freedesktop/xdg_directories.h"
 #include "platform/freedesktop/xdg_file_manager.h"
+#include "platform/freedesktop/xdg_login_item_service.h"
 #include "platform/png/png_encoder.h"
 #include "platform/qt/application_icon.h"
 #include "platform/qt/event_source.h"
@@ -103,6 +104,9 @@ class X11Platform final : public RunningPlatform {
     std::unique_ptr<freedesktop::JsonSettingsBackend> settings_;
     freedesktop::XdgFileManager fileManager_{directories_};
     freedesktop::SessionPermissions permissions_;
+    freedesktop::XdgLoginItemService loginItems_{
+        directories_,
+        {.currentDesktops = freedesktop::currentDesktopNames(), .runningProgram = runningProgram}};
     freedesktop::NotificationService notifications_{*foundation_.mainQueue};
     freedesktop::ThemeSoundPlayer soundPlayer_{directories_, resources_.sounds};
     png::PngEncoder imageEncoder_;
@@ -152,7 +156,8 @@ X11Platform::X11Platform(const StartOptions& options, Foundation foundation,
              .imageEncoder = imageEncoder_,
              .textRecognizer = textRecognizer_,
              .soundPlayer = soundPlayer_,
-             .userNotifications = notifications_},
+             .userNotifications = notifications_,
+             .loginItems = loginItems_},
       events_(foundation_.connection->fileDescriptor(), [this] { return dispatch(); }) {}
 
 Dispatch X11Platform::dispatch() {
