@@ -1,7 +1,5 @@
 #include "platform/tesseract/background_model.h"
 
-#include <unordered_map>
-
 #include "platform/tesseract/connected_components.h"
 
 namespace platform::tesseract {
@@ -191,16 +189,39 @@ void BackgroundModel::spread() {
 }
 
 void BackgroundModel::fillWithCommonestColor(const ColorPlane& page) {
-    std::unordered_map<std::uint32_t, int> counts;
+    // In two steps, by the upper and the lower bits: noise has as many colours as pixels, and what
+    // counted them all would be larger than the page.
+    constexpr unsigned lowBits = 3;
+    constexpr std::size_t upperCount = std::size_t{1} << (3 * (8 - lowBits));
+    constexpr std::size_t lowerCount = std::size_t{1} << (3 * lowBits);
+    const auto join = [](unsigned red, unsigned green, unsigned blue, unsigned bits) {
+        return std::size_t{(red << 2 * bits) | (green << bits) | blue};
+    };
+    const auto upperOf = [&](Color color) {
+        return join(static_cast<unsigned>(color.red) >> lowBits,
+                    static_cast<unsigned>(color.green) >> lowBits,
+                    static_cast<unsigned>(color.blue) >> lowBits, 8 - lowBits);
+    };
+    const auto lowerOf = [&](Color color) {
+        constexpr unsigned mask = (1U << lowBits) - 1;
+        return join(color.red & mask, color.green & mask, color.blue & mask, lowBits);
+    };
+    std::vector<int> upperCounts(upperCount);
+    for (int y = 0; y < page.height(); ++y) {
+        for (int x = 0; x < page.width(); ++x) {
+            ++upperCounts[upperOf(page.at(x, y))];
+        }
+    }
+    const auto most = static_cast<std::size_t>(
+        std::max_element(upperCounts.begin(), upperCounts.end()) - upperCounts.begin());
+    std::vector<int> lowerCounts(lowerCount);
     Color commonest;
-    int most = 0;
+    int highest = 0;
     for (int y = 0; y < page.height(); ++y) {
         for (int x = 0; x < page.width(); ++x) {
             const Color color = page.at(x, y);
-            const auto key =
-                static_cast<std::uint32_t>(color.red | color.green << 8 | color.blue << 16);
-            if (++counts[key] > most) {
-                most = counts[key];
+            if (upperOf(color) == most && ++lowerCounts[lowerOf(color)] > highest) {
+                highest = lowerCounts[lowerOf(color)];
                 commonest = color;
             }
         }

@@ -15,6 +15,9 @@ constexpr double sharpness = 0.42;
 /// In letter heights; a dash's ends may be blended away, its long sides are not.
 constexpr double markShare = 0.45;
 
+/// In pixels: a cell of the index of components holds a few letters.
+constexpr int cellSize = 32;
+
 /// How many of `count` pixels from (`x`, `y`) on are ink, themselves or one pixel further in.
 struct Side {
     int x;
@@ -72,10 +75,18 @@ double commonCapitalHeight(const ConnectedComponents& components) {
 
 GlyphFilter::GlyphFilter(const ColorPlane& page, const InkPlane& ink, const Mask& mask,
                          const ConnectedComponents& components, const BackgroundModel& background)
-    : page_(page), ink_(ink), mask_(mask), components_(components), background_(background) {
+    : page_(page),
+      ink_(ink),
+      mask_(mask),
+      components_(components),
+      background_(background),
+      places_({0, 0, page.width(), page.height()}, cellSize, cellSize) {
     std::vector<double> heights = letterHeights(components);
     letterCount_ = static_cast<int>(heights.size());
     letterHeight_ = median(std::move(heights));
+    for (std::size_t index = 0; index < components.all().size(); ++index) {
+        places_.put(index, components.all()[index].box);
+    }
 }
 
 std::vector<Glyph> GlyphFilter::glyphs() const {
@@ -121,14 +132,15 @@ bool GlyphFilter::isInHeading(const Component& component) const {
     if (box.width() > 2 * box.height() || component.pixelCount > 0.7 * box.area()) {
         return false;
     }
-    const auto alike = std::count_if(components_.all().begin(), components_.all().end(),
-                                     [&](const Component& other) {
-                                         const Box& neighbor = other.box;
-                                         return neighbor.height() >= 0.55 * box.height() &&
-                                                neighbor.height() <= 1.6 * box.height() &&
-                                                neighbor.sharedRows(box) >= 0.5 * box.height() &&
-                                                -neighbor.sharedColumns(box) <= 2.5 * box.height();
-                                     });
+    const int reach = static_cast<int>(2.5 * box.height()) + 1;
+    const auto nearby = places_.near({box.left - reach, box.top, box.right + reach, box.bottom});
+    const auto alike = std::count_if(nearby.begin(), nearby.end(), [&](std::size_t index) {
+        const Box& neighbor = components_.all()[index].box;
+        return neighbor.height() >= 0.55 * box.height() &&
+               neighbor.height() <= 1.6 * box.height() &&
+               neighbor.sharedRows(box) >= 0.5 * box.height() &&
+               -neighbor.sharedColumns(box) <= 2.5 * box.height();
+    });
     // The component itself is one of them.
     return alike >= 4;
 }
@@ -204,12 +216,12 @@ bool GlyphFilter::holdsOthers(const Component& component) const {
         component.pixelCount > 0.3 * box.area()) {
         return false;
     }
-    return std::any_of(
-        components_.all().begin(), components_.all().end(), [&](const Component& other) {
-            const Box& inner = other.box;
-            return inner.height() >= 0.5 * letterHeight_ && inner.left > box.left &&
-                   inner.right < box.right && inner.top > box.top && inner.bottom < box.bottom;
-        });
+    const auto inside = places_.near(box);
+    return std::any_of(inside.begin(), inside.end(), [&](std::size_t index) {
+        const Box& inner = components_.all()[index].box;
+        return inner.height() >= 0.5 * letterHeight_ && inner.left > box.left &&
+               inner.right < box.right && inner.top > box.top && inner.bottom < box.bottom;
+    });
 }
 
 bool GlyphFilter::isEdgeOfSurfaces(const Component& component) const {

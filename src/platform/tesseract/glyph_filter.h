@@ -3,6 +3,7 @@
 #include <vector>
 
 #include "platform/tesseract/background_model.h"
+#include "platform/tesseract/box_index.h"
 #include "platform/tesseract/connected_components.h"
 #include "platform/tesseract/text_line.h"
 
@@ -47,6 +48,8 @@ class GlyphFilter {
     const Mask& mask_;
     const ConnectedComponents& components_;
     const BackgroundModel& background_;
+    /// Of the components, under their indices.
+    BoxIndex places_;
     double letterHeight_ = 0;
     int letterCount_ = 0;
 };

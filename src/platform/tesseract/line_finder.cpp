@@ -9,119 +9,158 @@ namespace {
 
 /// Shorter than this share of the letter height is a dot, an accent, a dash or a quote.
 constexpr double markShare = 0.6;
+/// In letter heights: a cell of the index of segments, a few words wide.
+constexpr double cellWidth = 16;
+/// In letter heights: how far above or below a segment its marks may have their middle.
+constexpr double markReach = 0.55;
 
 void add(Segment& segment, const Glyph& glyph) {
     segment.box = segment.box.united(glyph.box);
     segment.glyphs.push_back(glyph);
 }
 
+Box grown(const Box& box, int sideways, int upright) {
+    return {box.left - sideways, box.top - upright, box.right + sideways, box.bottom + upright};
+}
+
 }  // namespace
 
+LineFinder::LineFinder(double letterHeight, std::vector<Box> dividers)
+    : letterHeight_(letterHeight), dividers_(std::move(dividers)) {
+    std::sort(dividers_.begin(), dividers_.end(),
+              [](const Box& one, const Box& other) { return one.left < other.left; });
+}
+
 std::vector<TextLine> LineFinder::find(std::vector<Glyph> glyphs) const {
+    if (glyphs.empty()) {
+        return {};
+    }
     std::sort(glyphs.begin(), glyphs.end(),
               [](const Glyph& one, const Glyph& other) { return one.box.left < other.box.left; });
     std::vector<Glyph> letters;
     std::vector<Glyph> marks;
+    Box page = glyphs.front().box;
     for (const Glyph& glyph : glyphs) {
+        page = page.united(glyph.box);
         (glyph.box.height() < markShare * letterHeight_ ? marks : letters).push_back(glyph);
     }
-    std::vector<Segment> segments = chain(letters);
-    attachMarks(marks, segments);
-    mergeOverlapping(segments);
+    BoxIndex index(page, static_cast<int>(cellWidth * letterHeight_),
+                   static_cast<int>(letterHeight_));
+    std::vector<Segment> segments = chain(letters, index);
+    attachMarks(marks, segments, index);
+    mergeOverlapping(segments, index);
     return rowsOf(std::move(segments));
 }
 
-std::vector<Segment> LineFinder::chain(const std::vector<Glyph>& letters) const {
+std::vector<Segment> LineFinder::chain(const std::vector<Glyph>& letters, BoxIndex& index) const {
     std::vector<Segment> segments;
+    const int gap = static_cast<int>(largestGap());
     for (const Glyph& glyph : letters) {
-        Segment* best = nullptr;
+        std::size_t best = segments.size();
         double bestShare = 0.5;
-        for (Segment& segment : segments) {
-            if (glyph.box.left - segment.box.right > largestGap() ||
-                areDivided(segment.box, glyph.box)) {
-                continue;
-            }
+        for (const std::size_t number : index.near(grown(glyph.box, gap, 0))) {
+            const Segment& segment = segments[number];
             const double lower = std::min(glyph.box.height(), segment.box.height());
             const double higher = std::max(glyph.box.height(), segment.box.height());
             const double share = glyph.box.sharedRows(segment.box) / lower;
             const double together = glyph.box.united(segment.box).height();
-            if (share > bestShare && together < 2.1 * std::max(letterHeight_, 0.75 * higher)) {
+            if (share > bestShare && glyph.box.left - segment.box.right <= largestGap() &&
+                together < 2.1 * std::max(letterHeight_, 0.75 * higher) &&
+                !areDivided(segment.box, glyph.box)) {
                 bestShare = share;
-                best = &segment;
+                best = number;
             }
         }
-        if (best == nullptr) {
+        if (best == segments.size()) {
             segments.push_back({glyph.box, {glyph}});
         } else {
-            add(*best, glyph);
+            add(segments[best], glyph);
         }
+        index.put(best, segments[best].box);
     }
     return segments;
 }
 
-void LineFinder::attachMarks(const std::vector<Glyph>& marks,
-                             std::vector<Segment>& segments) const {
+void LineFinder::attachMarks(const std::vector<Glyph>& marks, std::vector<Segment>& segments,
+                             BoxIndex& index) const {
+    std::vector<double> baselines;
+    baselines.reserve(segments.size());
+    for (const Segment& segment : segments) {
+        baselines.push_back(baselineOf(segment));
+    }
+    const int aroundX = static_cast<int>(largestGap()) + 1;
+    const int aroundY = static_cast<int>(markReach * letterHeight_) + 1;
     for (const Glyph& mark : marks) {
-        Segment* nearest = nullptr;
+        std::size_t nearest = segments.size();
         double least = std::numeric_limits<double>::max();
-        for (Segment& segment : segments) {
+        for (const std::size_t number : index.near(grown(mark.box, aroundX, aroundY))) {
+            const Segment& segment = segments[number];
             const double aside = std::max(0, -mark.box.sharedColumns(segment.box));
             const double middle = mark.box.centerY();
             const double above = std::max(0.0, segment.box.top - middle);
             const double below = std::max(0.0, middle - segment.box.bottom);
-            if (aside > largestGap() || std::max(above, below) > 0.55 * letterHeight_ ||
-                areDivided(segment.box, mark.box) || !isBesideBaseline(mark, segment)) {
-                continue;
-            }
             // Low lines and commas below a row are commoner than accents above capitals.
             const double far = 0.5 * aside + 2 * below + 4 * above;
-            if (far < least) {
+            if (far < least && aside <= largestGap() &&
+                std::max(above, below) <= markReach * letterHeight_ &&
+                isBesideBaseline(mark, baselines[number]) && !areDivided(segment.box, mark.box)) {
                 least = far;
-                nearest = &segment;
+                nearest = number;
             }
         }
-        if (nearest != nullptr) {
-            add(*nearest, mark);
+        if (nearest != segments.size()) {
+            add(segments[nearest], mark);
         } else if (mark.box.width() >= 3 || mark.pixelCount >= 6) {
             segments.push_back({mark.box, {mark}});
+            baselines.push_back(baselineOf(segments.back()));
+        } else {
+            continue;
         }
+        index.put(nearest, segments[nearest].box);
     }
 }
 
-bool LineFinder::isBesideBaseline(const Glyph& mark, const Segment& segment) const {
+double LineFinder::baselineOf(const Segment& segment) const {
     std::vector<double> bottoms;
     for (const Glyph& glyph : segment.glyphs) {
         if (glyph.box.height() >= markShare * letterHeight_) {
             bottoms.push_back(glyph.box.bottom);
         }
     }
-    const double below = mark.box.centerY() - median(std::move(bottoms));
+    return median(std::move(bottoms));
+}
+
+bool LineFinder::isBesideBaseline(const Glyph& mark, double baseline) const {
+    const double below = mark.box.centerY() - baseline;
     return below <= 0.6 * letterHeight_ && below >= -2.3 * letterHeight_;
 }
 
-void LineFinder::mergeOverlapping(std::vector<Segment>& segments) const {
+void LineFinder::mergeOverlapping(std::vector<Segment>& segments, BoxIndex& index) const {
     const auto belongTogether = [this](const Segment& one, const Segment& other) {
         return one.box.sharedRows(other.box) >
                    0.5 * std::min(one.box.height(), other.box.height()) &&
                -one.box.sharedColumns(other.box) <= largestGap() && !areDivided(one.box, other.box);
     };
-    for (bool hasMerged = true; hasMerged;) {
-        hasMerged = false;
-        for (std::size_t index = 0; index < segments.size(); ++index) {
-            for (std::size_t other = index + 1; other < segments.size();) {
-                if (!belongTogether(segments[index], segments[other])) {
-                    ++other;
+    const int gap = static_cast<int>(largestGap()) + 1;
+    for (std::size_t number = 0; number < segments.size(); ++number) {
+        // One that has grown may reach others, those before it included.
+        for (bool hasGrown = !segments[number].glyphs.empty(); hasGrown;) {
+            hasGrown = false;
+            for (const std::size_t other : index.near(grown(segments[number].box, gap, 0))) {
+                if (other == number || segments[other].glyphs.empty() ||
+                    !belongTogether(segments[number], segments[other])) {
                     continue;
                 }
                 for (const Glyph& glyph : segments[other].glyphs) {
-                    add(segments[index], glyph);
+                    add(segments[number], glyph);
                 }
-                segments[other] = std::move(segments.back());
-                segments.pop_back();
-                hasMerged = true;
+                segments[other].glyphs.clear();
+                hasGrown = true;
             }
+            index.put(number, segments[number].box);
         }
     }
+    std::erase_if(segments, [](const Segment& segment) { return segment.glyphs.empty(); });
 }
 
 bool LineFinder::areDivided(const Box& one, const Box& other) const {
@@ -129,10 +168,17 @@ bool LineFinder::areDivided(const Box& one, const Box& other) const {
     const int right = std::max(one.left, other.left);
     const int top = std::max(one.top, other.top);
     const int bottom = std::min(one.bottom, other.bottom);
-    return std::any_of(dividers_.begin(), dividers_.end(), [&](const Box& divider) {
-        return divider.left >= left - 1 && divider.right <= right + 1 && divider.top <= top + 2 &&
-               divider.bottom >= bottom - 2;
-    });
+    const auto first =
+        std::lower_bound(dividers_.begin(), dividers_.end(), left - 1,
+                         [](const Box& divider, int position) { return divider.left < position; });
+    for (auto divider = first; divider != dividers_.end() && divider->left <= right + 1;
+         ++divider) {
+        if (divider->right <= right + 1 && divider->top <= top + 2 &&
+            divider->bottom >= bottom - 2) {
+            return true;
+        }
+    }
+    return false;
 }
 
 std::vector<TextLine> LineFinder::rowsOf(std::vector<Segment> segments) {

@@ -2,6 +2,7 @@
 
 #include <vector>
 
+#include "platform/tesseract/box_index.h"
 #include "platform/tesseract/text_line.h"
 
 namespace platform::tesseract {
@@ -15,21 +16,26 @@ class LineFinder {
   public:
     /// `letterHeight` in pixels, as the glyph filter measured it; no segment reaches across one of
     /// the `dividers`.
-    LineFinder(double letterHeight, std::vector<Box> dividers)
-        : letterHeight_(letterHeight), dividers_(std::move(dividers)) {}
+    LineFinder(double letterHeight, std::vector<Box> dividers);
 
     [[nodiscard]] std::vector<TextLine> find(std::vector<Glyph> glyphs) const;
 
   private:
-    [[nodiscard]] std::vector<Segment> chain(const std::vector<Glyph>& letters) const;
-    void attachMarks(const std::vector<Glyph>& marks, std::vector<Segment>& segments) const;
-    [[nodiscard]] bool isBesideBaseline(const Glyph& mark, const Segment& segment) const;
-    void mergeOverlapping(std::vector<Segment>& segments) const;
+    // Each keeps `index` up to date: the segments by their place, under their numbers.
+    [[nodiscard]] std::vector<Segment> chain(const std::vector<Glyph>& letters,
+                                             BoxIndex& index) const;
+    void attachMarks(const std::vector<Glyph>& marks, std::vector<Segment>& segments,
+                     BoxIndex& index) const;
+    void mergeOverlapping(std::vector<Segment>& segments, BoxIndex& index) const;
+    /// 0 for marks alone.
+    [[nodiscard]] double baselineOf(const Segment& segment) const;
+    [[nodiscard]] bool isBesideBaseline(const Glyph& mark, double baseline) const;
     [[nodiscard]] static std::vector<TextLine> rowsOf(std::vector<Segment> segments);
     [[nodiscard]] double largestGap() const { return 1.6 * letterHeight_; }
     [[nodiscard]] bool areDivided(const Box& one, const Box& other) const;
 
     double letterHeight_;
+    /// From the left.
     std::vector<Box> dividers_;
 };
 
