@@ -1,5 +1,8 @@
 # Sourced by run, test and the demonstration.
 
+# ccache knows a source again in another checkout.
+export CCACHE_BASEDIR=$PWD CCACHE_NOHASHDIR=true
+
 # build PRESET [TARGET...]: configures and builds in build/PRESET, showing the progress.
 build() {
     local preset=$1

@@ -57,6 +57,8 @@ class PretendedCompositor {
     }
     void paint(const NativeRect& area) {
         auto& client = rig_.desktop().client();
+        // The server may take two programs' requests in any order: what was cleared comes first.
+        (void)rig_.connection().serverTime();
         tests::fill(client.get(), client.root(), area, tests::gray);
         client.synchronize();
         (void)rig_.connection().serverTime();

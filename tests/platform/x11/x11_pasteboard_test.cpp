@@ -139,10 +139,11 @@ TEST_F(X11Pasteboard, a_request_from_before_the_ownership_is_refused) {
     desk.programs = {&program};
 
     program.convert("UTF8_STRING", "EARLY", since - 1);
-    program.convert("UTF8_STRING", "EXACT", since);
-
-    ASSERT_TRUE(desk.runUntil([&] { return program.paste("EXACT").isDecided(); }));
+    ASSERT_TRUE(desk.runUntil([&] { return program.paste("EARLY").isDecided(); }));
     EXPECT_EQ(program.paste("EARLY").state, Paste::State::refused);
+
+    program.convert("UTF8_STRING", "EXACT", since);
+    ASSERT_TRUE(desk.runUntil([&] { return program.paste("EXACT").isDecided(); }));
     EXPECT_EQ(program.paste("EXACT").state, Paste::State::complete);
 }
 
