@@ -1,8 +1,11 @@
 #pragma once
 
+#include <optional>
 #include <vector>
 
 #include "platform/tesseract/background_model.h"
+#include "platform/tesseract/column_gaps.h"
+#include "platform/tesseract/surface_census.h"
 #include "platform/tesseract/text_line.h"
 
 namespace platform::tesseract {
@@ -15,24 +18,26 @@ enum class Typeface { proportional, monospaced };
 /// columns only with text on both sides). Cells of tables stay in their rows.
 class ReadingOrder {
   public:
-    /// `background` must outlive this; `letterHeight` in pixels.
+    /// `letterHeight` in pixels.
     ReadingOrder(const BackgroundModel& background, double letterHeight, Typeface typeface)
-        : background_(background), letterHeight_(letterHeight), typeface_(typeface) {}
+        : surfaces_(background), letterHeight_(letterHeight), typeface_(typeface) {}
 
+    /// `rows` come from the top, their segments from the left.
     [[nodiscard]] std::vector<TextLine> sort(const std::vector<TextLine>& rows) const;
 
   private:
-    static constexpr int noCut = -1;
+    /// Rows up to, not including, `end` that are cut into two columns at `cut`, in pixels.
+    struct Block {
+        std::size_t end;
+        int cut;
+    };
 
-    /// Where the rows from `first` to `end` are cut into two columns, in pixels.
-    [[nodiscard]] int cutOf(const std::vector<TextLine>& rows, std::size_t first,
-                            std::size_t end) const;
-    [[nodiscard]] bool separatesColumns(const std::vector<TextLine>& rows, std::size_t first,
-                                        std::size_t end, int cut, int gap) const;
+    /// The longest one that begins with the row `first`.
+    [[nodiscard]] std::optional<Block> blockFrom(const std::vector<TextLine>& rows,
+                                                 std::size_t first) const;
+    [[nodiscard]] bool separatesColumns(const ColumnGap& gap) const;
 
-    [[nodiscard]] bool standOnDifferentSurfaces(const Box& left, const Box& right) const;
-
-    const BackgroundModel& background_;
+    SurfaceCensus surfaces_;
     double letterHeight_;
     Typeface typeface_;
 };

@@ -121,13 +121,15 @@ double Spacing::narrowestSpace() const {
     return least <= mostDissent * static_cast<double>(gaps.size()) ? best : certainSpace;
 }
 
-std::string Spacing::corrected(std::size_t index) const {
+std::string Spacing::corrected(std::size_t index) {
     const Line& line = lines_[index];
-    const double narrowest = std::min(narrowestSpace(), certainSpace);
+    if (narrowest_ <= 0) {
+        narrowest_ = std::min(narrowestSpace(), certainSpace);
+    }
     int added = 0;
     std::string text;
     for (const Character& character : line.characters) {
-        const bool isWide = character.startsSegment || character.gap > narrowest;
+        const bool isWide = character.startsSegment || character.gap > narrowest_;
         added += isWide && !character.isAfterSpace ? 1 : 0;
         if (!text.empty() && (isWide || character.isAfterSpace)) {
             text += ' ';

@@ -22,7 +22,7 @@ class Spacing {
     void add(const TextLine& line, const LineMetrics& metrics, const std::string& text);
 
     /// The corrected text of the line that was added as number `index`.
-    [[nodiscard]] std::string corrected(std::size_t index) const;
+    [[nodiscard]] std::string corrected(std::size_t index);
 
   private:
     struct Character {
@@ -43,6 +43,8 @@ class Spacing {
     const InkPlane& ink_;
     double letterHeight_;
     std::vector<Line> lines_;
+    /// Once all lines are there: from which gap on there is a space, in letter heights; 0 before.
+    double narrowest_ = 0;
 };
 
 }  // namespace platform::tesseract
