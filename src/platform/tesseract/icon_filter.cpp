@@ -2,6 +2,8 @@
 
 #include <set>
 
+#include "platform/tesseract/box_index.h"
+
 namespace platform::tesseract {
 
 namespace {
@@ -14,6 +16,8 @@ constexpr double overshoot = 0.08;
 constexpr double widestIcon = 2.8;
 constexpr int columnTolerance = 3;
 constexpr double iconShareOfColumn = 0.6;
+/// In pixels: a cell of the index of icons.
+constexpr int iconCellSize = 64;
 /// Sum over the channels.
 constexpr int otherColor = 90;
 /// Of the strongest ink of a token: what is not the blended edge of a stroke.
@@ -158,22 +162,30 @@ bool IconFilter::isLarge(const Token& token, const Row& row) const {
 }
 
 void IconFilter::gatherPieces(std::vector<Row>& rows) const {
-    std::vector<Box> icons;
+    BoxIndex icons({0, 0, page_.width(), page_.height()}, iconCellSize, iconCellSize);
+    std::vector<Box> boxes;
     for (const Row& row : rows) {
         for (const Token& token : row.tokens) {
             if (token.kind == Kind::icon && token.box.height() > 1.6 * row.capitalHeight) {
-                icons.push_back(token.box);
+                icons.put(boxes.size(), token.box);
+                boxes.push_back(token.box);
             }
         }
     }
     for (Row& row : rows) {
         for (Token& token : row.tokens) {
-            for (const Box& icon : icons) {
-                if (token.box.left >= icon.left - columnTolerance &&
-                    token.box.right <= icon.right + columnTolerance &&
-                    -token.box.sharedRows(icon) <= columnTolerance) {
-                    token.kind = Kind::icon;
-                }
+            const Box& box = token.box;
+            const auto nearby =
+                icons.near({box.left - columnTolerance, box.top - columnTolerance,
+                            box.right + columnTolerance, box.bottom + columnTolerance});
+            const bool isPiece = std::any_of(nearby.begin(), nearby.end(), [&](std::size_t number) {
+                const Box& icon = boxes[number];
+                return box.left >= icon.left - columnTolerance &&
+                       box.right <= icon.right + columnTolerance &&
+                       -box.sharedRows(icon) <= columnTolerance;
+            });
+            if (isPiece) {
+                token.kind = Kind::icon;
             }
         }
     }
@@ -230,27 +242,35 @@ void IconFilter::findColored(Row& row) const {
 }
 
 void IconFilter::followColumns(std::vector<Row>& rows) const {
+    std::vector<Token*> tokens;
     std::vector<Box> columns;
-    for (const Row& row : rows) {
-        for (const Token& token : row.tokens) {
+    for (Row& row : rows) {
+        for (Token& token : row.tokens) {
+            tokens.push_back(&token);
             if (token.kind == Kind::icon) {
                 columns.push_back(token.box);
             }
         }
     }
+    std::stable_sort(tokens.begin(), tokens.end(), [](const Token* one, const Token* other) {
+        return one->box.left < other->box.left;
+    });
     for (const Box& column : columns) {
         std::vector<Token*> members;
         int icons = 0;
         int suspects = 0;
-        for (Row& row : rows) {
-            for (Token& token : row.tokens) {
-                if (token.box.left >= column.left - columnTolerance &&
-                    token.box.right <= column.right + columnTolerance &&
-                    std::abs(token.box.centerX() - column.centerX()) <= columnTolerance) {
-                    members.push_back(&token);
-                    icons += token.kind == Kind::icon ? 1 : 0;
-                    suspects += token.kind == Kind::icon || token.isColored ? 1 : 0;
-                }
+        const auto first = std::lower_bound(
+            tokens.begin(), tokens.end(), column.left - columnTolerance,
+            [](const Token* token, int position) { return token->box.left < position; });
+        for (auto place = first;
+             place != tokens.end() && (*place)->box.left <= column.right + columnTolerance;
+             ++place) {
+            Token& token = **place;
+            if (token.box.right <= column.right + columnTolerance &&
+                std::abs(token.box.centerX() - column.centerX()) <= columnTolerance) {
+                members.push_back(&token);
+                icons += token.kind == Kind::icon ? 1 : 0;
+                suspects += token.kind == Kind::icon || token.isColored ? 1 : 0;
             }
         }
         if (icons >= 2 && suspects >= iconShareOfColumn * static_cast<double>(members.size())) {

@@ -1,6 +1,7 @@
 #include "platform/tesseract/line_metrics.h"
 
 #include <cmath>
+#include <map>
 
 namespace platform::tesseract {
 
@@ -30,6 +31,29 @@ LineMetrics measure(const TextLine& line, double letterHeight) {
     return {baseline, height, baseline - box.top, std::max(0.0, box.bottom - baseline)};
 }
 
+/// Above and below the baseline, in letter heights.
+struct Extent {
+    double ascent = leastAscent;
+    double descent = leastDescent;
+};
+
+/// What most lines of about that height have, where there are a few.
+Extent usualExtent(const std::vector<LineMetrics>& all, double letterHeight) {
+    std::vector<double> ascents;
+    std::vector<double> descents;
+    for (const LineMetrics& other : all) {
+        if (std::abs(other.letterHeight - letterHeight) <= sameProportions * letterHeight) {
+            ascents.push_back(other.ascent / other.letterHeight);
+            descents.push_back(other.descent / other.letterHeight);
+        }
+    }
+    if (ascents.size() < 3) {
+        return {};
+    }
+    return {std::max(leastAscent, quantile(ascents, 0.7)),
+            std::max(leastDescent, quantile(descents, 0.8))};
+}
+
 }  // namespace
 
 std::vector<LineMetrics> measureLines(const std::vector<TextLine>& lines, double letterHeight,
@@ -50,24 +74,16 @@ std::vector<LineMetrics> measureLines(const std::vector<TextLine>& lines, double
         }
     }
     std::vector<LineMetrics> shared = all;
+    // Heights are whole pixels: far fewer of them than lines.
+    std::map<double, Extent> extents;
     for (LineMetrics& metrics : shared) {
-        std::vector<double> ascents;
-        std::vector<double> descents;
-        for (const LineMetrics& other : all) {
-            if (std::abs(other.letterHeight - metrics.letterHeight) <=
-                sameProportions * metrics.letterHeight) {
-                ascents.push_back(other.ascent / other.letterHeight);
-                descents.push_back(other.descent / other.letterHeight);
-            }
+        const auto [place, isNew] = extents.try_emplace(metrics.letterHeight);
+        if (isNew) {
+            place->second = usualExtent(all, metrics.letterHeight);
         }
-        if (ascents.size() >= 3) {
-            metrics.ascent =
-                std::max(metrics.ascent, quantile(ascents, 0.7) * metrics.letterHeight);
-            metrics.descent =
-                std::max(metrics.descent, quantile(descents, 0.8) * metrics.letterHeight);
-        }
-        metrics.ascent = std::max(metrics.ascent, leastAscent * metrics.letterHeight);
-        metrics.descent = std::max(metrics.descent, leastDescent * metrics.letterHeight);
+        const Extent& usual = place->second;
+        metrics.ascent = std::max(metrics.ascent, usual.ascent * metrics.letterHeight);
+        metrics.descent = std::max(metrics.descent, usual.descent * metrics.letterHeight);
     }
     return shared;
 }
