@@ -7,6 +7,7 @@
 #include "doubles/fake_file_manager.h"
 #include "doubles/fake_hot_key_service.h"
 #include "doubles/fake_image_encoder.h"
+#include "doubles/fake_key_monitor.h"
 #include "doubles/fake_keyboard_tap.h"
 #include "doubles/fake_log.h"
 #include "doubles/fake_login_item_service.h"

@@ -1,0 +1,250 @@
+#include "shortcuts/shortcut_recorder.h"
+
+#include <QAbstractButton>
+#include <QColor>
+#include <QFocusEvent>
+#include <QFontMetrics>
+#include <QHBoxLayout>
+#include <QHideEvent>
+#include <QKeyEvent>
+#include <QPainter>
+#include <QPainterPath>
+#include <QPen>
+#include <algorithm>
+#include <cmath>
+#include <utility>
+
+namespace shortcuts {
+
+namespace {
+
+// Lengths are points.
+constexpr int pillFontSize = 11;
+constexpr int pillHorizontalPadding = 8;
+constexpr int pillVerticalPadding = 3;
+constexpr double outlineWidth = 1;
+constexpr double focusRingWidth = 2;
+/// The symbol, and the button around it, which has room for the focus ring.
+constexpr double symbolSize = 14;
+constexpr int resetButtonSize = 16;
+/// Between the pill and the symbol.
+constexpr int rowSpacing = 8;
+
+constexpr double pillOpacity = 0.1;
+constexpr double secondaryOpacity = 0.5;
+constexpr double pressedOpacity = 0.6;
+
+QColor recordingColor() {
+    return QColor::fromRgbF(0.5F, 0, 1);
+}
+
+QColor withOpacity(QColor color, double opacity) {
+    color.setAlphaF(static_cast<float>(color.alphaF() * opacity));
+    return color;
+}
+
+/// A button that is drawn here from what a palette says, and answers Return like Space. The focus
+/// is shown when it came by the keyboard.
+class PlainButton : public QAbstractButton {
+  public:
+    explicit PlainButton(QWidget* parent) : QAbstractButton(parent) {
+        setFocusPolicy(Qt::StrongFocus);
+    }
+
+  protected:
+    void keyPressEvent(QKeyEvent* event) override {
+        if (!isReturn(*event)) {
+            QAbstractButton::keyPressEvent(event);
+        } else if (!event->isAutoRepeat()) {
+            setDown(true);
+        }
+    }
+    void keyReleaseEvent(QKeyEvent* event) override {
+        if (!isReturn(*event)) {
+            QAbstractButton::keyReleaseEvent(event);
+        } else if (!event->isAutoRepeat() && isDown()) {
+            // At the release, as with Space: a recording must not begin with the key that asked
+            // for it still down.
+            setDown(false);
+            click();
+        }
+    }
+    void focusInEvent(QFocusEvent* event) override {
+        focusReason_ = event->reason();
+        QAbstractButton::focusInEvent(event);
+    }
+    [[nodiscard]] bool showsFocus() const {
+        return hasFocus() && focusReason_ != Qt::MouseFocusReason;
+    }
+    [[nodiscard]] QColor primary() const { return palette().color(QPalette::WindowText); }
+    [[nodiscard]] QPen focusPen() const {
+        return QPen(palette().color(QPalette::Highlight), focusRingWidth);
+    }
+
+  private:
+    static bool isReturn(const QKeyEvent& event) {
+        return event.key() == Qt::Key_Return || event.key() == Qt::Key_Enter;
+    }
+
+    Qt::FocusReason focusReason_ = Qt::OtherFocusReason;
+};
+
+/// The largest capsule inside `area` whose outline, `width` wide, stays inside too.
+void drawCapsule(QPainter& painter, const QRectF& area, double width) {
+    const QRectF middle = area.adjusted(width / 2, width / 2, -width / 2, -width / 2);
+    painter.drawRoundedRect(middle, middle.height() / 2, middle.height() / 2);
+}
+
+QString recordingLabel() {
+    return QStringLiteral("Press Shortcut…");
+}
+
+}  // namespace
+
+class Pill final : public PlainButton {
+  public:
+    explicit Pill(QWidget* parent) : PlainButton(parent) {
+        setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
+        QFont pillFont;
+        pillFont.setPixelSize(pillFontSize);
+        pillFont.setWeight(QFont::Medium);
+        // The family stays that of the application.
+        setFont(pillFont);
+    }
+
+    void show(const RecorderModel& model) {
+        isRecording_ = model.isRecording();
+        const QString label = QString::fromStdString(model.label());
+        setText(label);
+        setAccessibleName(label);
+        updateGeometry();
+        update();
+    }
+
+    [[nodiscard]] QSize sizeHint() const override {
+        // The invitation counts always: nothing moves when a recording begins.
+        const QFontMetrics metrics(font());
+        const int text = std::max(metrics.horizontalAdvance(this->text()),
+                                  metrics.horizontalAdvance(recordingLabel()));
+        return {text + 2 * pillHorizontalPadding, metrics.height() + 2 * pillVerticalPadding};
+    }
+    [[nodiscard]] QSize minimumSizeHint() const override { return sizeHint(); }
+
+  protected:
+    void paintEvent(QPaintEvent* /*event*/) override {
+        QPainter painter(this);
+        painter.setRenderHint(QPainter::Antialiasing);
+        painter.setOpacity(isDown() ? pressedOpacity : 1);
+        painter.setPen(Qt::NoPen);
+        painter.setBrush(withOpacity(primary(), pillOpacity));
+        drawCapsule(painter, rect(), 0);
+        painter.setBrush(Qt::NoBrush);
+        if (isRecording_) {
+            painter.setPen(QPen(recordingColor(), outlineWidth));
+            drawCapsule(painter, rect(), outlineWidth);
+        } else if (showsFocus()) {
+            painter.setPen(focusPen());
+            drawCapsule(painter, rect(), focusRingWidth);
+        }
+        painter.setPen(isRecording_ ? recordingColor() : primary());
+        // Symbols have no direction of their own and would change places.
+        painter.setLayoutDirection(Qt::LeftToRight);
+        painter.drawText(rect(), Qt::AlignCenter | Qt::TextSingleLine, text());
+    }
+
+  private:
+    bool isRecording_ = false;
+};
+
+/// A filled circle with a cross left out of it.
+class ResetButton final : public PlainButton {
+  public:
+    explicit ResetButton(QWidget* parent) : PlainButton(parent) {
+        const QString help = QStringLiteral("Reset to default");
+        setToolTip(help);
+        setAccessibleName(help);
+        setFixedSize(resetButtonSize, resetButtonSize);
+    }
+
+  protected:
+    void paintEvent(QPaintEvent* /*event*/) override {
+        QPainter painter(this);
+        painter.setRenderHint(QPainter::Antialiasing);
+        painter.setOpacity(isDown() ? pressedOpacity : 1);
+        const QPointF center = QRectF(rect()).center();
+        painter.fillPath(symbol().translated(center), withOpacity(primary(), secondaryOpacity));
+        if (showsFocus()) {
+            painter.setPen(focusPen());
+            const double radius = (resetButtonSize - focusRingWidth) / 2;
+            painter.drawEllipse(center, radius, radius);
+        }
+    }
+
+  private:
+    /// Around the origin.
+    static QPainterPath symbol() {
+        constexpr double reach = symbolSize * 0.17;
+        constexpr double thickness = symbolSize * 0.1;
+        QPainterPath circle;
+        circle.addEllipse(QPointF(), symbolSize / 2, symbolSize / 2);
+        QPainterPath cross;
+        cross.moveTo(-reach, -reach);
+        cross.lineTo(reach, reach);
+        cross.moveTo(-reach, reach);
+        cross.lineTo(reach, -reach);
+        QPainterPathStroker stroker;
+        stroker.setWidth(thickness);
+        stroker.setCapStyle(Qt::RoundCap);
+        return circle.subtracted(stroker.createStroke(cross));
+    }
+};
+
+ShortcutRecorder::ShortcutRecorder(RecorderFields fields, KeyMonitor& keyMonitor, QWidget* parent)
+    : QWidget(parent),
+      model_(std::move(fields), keyMonitor, [this] { refresh(); }),
+      pill_(new Pill(this)),
+      resetButton_(new ResetButton(this)) {
+    auto* row = new QHBoxLayout(this);
+    row->setContentsMargins(0, 0, 0, 0);
+    constexpr double roomAroundSymbol = (resetButtonSize - symbolSize) / 2;
+    row->setSpacing(rowSpacing - static_cast<int>(roomAroundSymbol));
+    row->addWidget(pill_, 1, Qt::AlignVCenter);
+    row->addWidget(resetButton_, 0, Qt::AlignVCenter);
+    setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
+    QObject::connect(pill_, &QAbstractButton::clicked, this, [this] { model_.toggle(); });
+    QObject::connect(resetButton_, &QAbstractButton::clicked, this, [this] {
+        model_.reset();
+        refresh();
+    });
+    refresh();
+}
+
+ShortcutRecorder::~ShortcutRecorder() = default;
+
+QAbstractButton& ShortcutRecorder::pill() const {
+    return *pill_;
+}
+
+QAbstractButton& ShortcutRecorder::resetButton() const {
+    return *resetButton_;
+}
+
+void ShortcutRecorder::refresh() {
+    model_.update();
+    pill_->show(model_);
+    const bool canReset = model_.canReset();
+    if (!canReset && resetButton_->hasFocus()) {
+        pill_->setFocus(Qt::OtherFocusReason);
+    }
+    resetButton_->setVisible(canReset);
+}
+
+void ShortcutRecorder::hideEvent(QHideEvent* event) {
+    // A window that is only minimised is hidden by the system, and goes on when it comes back.
+    if (!event->spontaneous()) {
+        model_.cancel();
+    }
+    QWidget::hideEvent(event);
+}
+
+}  // namespace shortcuts
