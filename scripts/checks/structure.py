@@ -29,7 +29,8 @@ PORTS = [
     "capture/capture_service.h", "capture/pasteboard.h", "capture/image_encoder.h",
     "capture/text_recognizer.h", "capture/sound_player.h", "capture/user_notifications.h",
     "overlay/overlay_surface.h", "overlay/keyboard_tap.h", "overlay/pointer.h",
-    "overlay/workspace.h", "shortcuts/hot_key_service.h", "ui/login_item_service.h",
+    "overlay/workspace.h", "shortcuts/hot_key_service.h",
+    "shortcuts/key_monitor.h", "ui/login_item_service.h",
     "platform/platform.h",
 ]
 

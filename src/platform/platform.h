@@ -17,6 +17,7 @@
 #include "overlay/pointer.h"
 #include "overlay/workspace.h"
 #include "shortcuts/hot_key_service.h"
+#include "shortcuts/key_monitor.h"
 #include "ui/login_item_service.h"
 
 namespace platform {
@@ -33,6 +34,7 @@ struct Platform {
     app::SettingsBackend& settings;
     app::Windows& windows;
     shortcuts::HotKeyService& hotKeys;
+    shortcuts::KeyMonitor& keyMonitor;
     overlay::Workspace& workspace;
     overlay::KeyboardTap& keyboardTap;
     overlay::Pointer& pointer;

@@ -46,6 +46,7 @@ struct Program {
     doubles::MemorySettingsBackend backend;
     doubles::FakeWindows windows;
     doubles::FakeHotKeyService hotKeys;
+    doubles::FakeKeyMonitor keyMonitor;
     doubles::FakeWorkspace workspace;
     doubles::FakeKeyboardTap keyboard;
     doubles::FakePointer pointer;
@@ -65,6 +66,7 @@ struct Program {
                            .settings = backend,
                            .windows = windows,
                            .hotKeys = hotKeys,
+                           .keyMonitor = keyMonitor,
                            .workspace = workspace,
                            .keyboardTap = keyboard,
                            .pointer = pointer,

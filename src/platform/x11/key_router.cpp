@@ -179,6 +179,9 @@ bool KeyRouter::isFromEndedGrab(const xcb_generic_event_t& event) const {
 }
 
 std::uint8_t KeyRouter::grab() {
+    if (beforeGrab_) {
+        beforeGrab_();
+    }
     const auto cookie =
         xcb_grab_keyboard(connection_.get(), 0, connection_.root(), XCB_CURRENT_TIME,
                           XCB_GRAB_MODE_ASYNC, XCB_GRAB_MODE_ASYNC);

@@ -5,6 +5,7 @@
 #include <cstdint>
 #include <functional>
 #include <map>
+#include <utility>
 
 #include "base/result.h"
 #include "overlay/keyboard_tap.h"
@@ -35,6 +36,10 @@ class KeyRouter {
     [[nodiscard]] HotKeyTable& hotKeys() { return hotKeys_; }
     /// `listener` is called once for each press of a hot key.
     void onHotKey(HotKeyListener listener);
+
+    /// `listener` is called before the keyboard is asked for: it lets go what this program itself
+    /// holds of it elsewhere.
+    void beforeGrab(std::function<void()> listener) { beforeGrab_ = std::move(listener); }
 
     /// Takes the keyboard (one round trip) and reports its key-downs to `handler`. Fails while
     /// another program holds it.
@@ -79,6 +84,7 @@ class KeyRouter {
     const KeyboardMapping& mapping_;
     HotKeyTable hotKeys_;
     HotKeyListener hotKeyListener_;
+    std::function<void()> beforeGrab_;
     /// The newest first.
     std::map<TapID, overlay::KeyboardTap::Handler, std::greater<>> taps_;
     TapID lastTap_ = 0;

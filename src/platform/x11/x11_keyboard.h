@@ -1,6 +1,8 @@
 #pragma once
 
+#include <functional>
 #include <memory>
+#include <utility>
 
 #include "base/main_queue.h"
 #include "base/result.h"
@@ -23,6 +25,8 @@ class X11Keyboard {
     [[nodiscard]] const KeyboardMapping& mapping() const { return *mapping_; }
     [[nodiscard]] X11HotKeyService& hotKeys() { return hotKeys_; }
     [[nodiscard]] X11KeyboardTap& tap() { return tap_; }
+    /// See KeyRouter::beforeGrab.
+    void beforeGrab(std::function<void()> listener) { router_.beforeGrab(std::move(listener)); }
 
   private:
     X11Keyboard(Connection& connection, base::MainQueue& mainQueue,

@@ -3,6 +3,7 @@
 #include <malloc.h>
 
 #include <QApplication>
+#include <QGuiApplication>
 #include <QIcon>
 #include <cstdio>
 #include <cstdlib>
@@ -26,6 +27,7 @@
 #include "platform/qt/application_icon.h"
 #include "platform/qt/event_source.h"
 #include "platform/qt/image_converter.h"
+#include "platform/qt/native_event_filter.h"
 #include "platform/qt/qt_main_queue.h"
 #include "platform/qt/qt_text_rasterizer.h"
 #include "platform/qt/qt_windows.h"
@@ -38,6 +40,7 @@
 #include "platform/x11/window_manager_client.h"
 #include "platform/x11/x11_capture_service.h"
 #include "platform/x11/x11_displays.h"
+#include "platform/x11/x11_key_monitor.h"
 #include "platform/x11/x11_keyboard.h"
 #include "platform/x11/x11_overlay_stage.h"
 #include "platform/x11/x11_overlay_surface_factory.h"
@@ -55,6 +58,7 @@ struct Foundation {
     std::unique_ptr<QApplication> application;
     std::unique_ptr<qt::QtMainQueue> mainQueue;
     std::unique_ptr<X11Keyboard> keyboard;
+    std::unique_ptr<X11KeyMonitor> keyMonitor;
     std::unique_ptr<X11Pasteboard> pasteboard;
 };
 
@@ -118,6 +122,7 @@ class X11Platform final : public RunningPlatform {
     std::unique_ptr<freedesktop::DBusApplication> bus_;
     std::unique_ptr<qt::StatusNotifierWatch> statusNotifierWatch_;
     std::unique_ptr<SystemTrayWatch> systemTrayWatch_;
+    qt::NativeEventFilter toolkitEvents_;
     /// Last, so that no event comes when anything else is gone.
     qt::EventSource events_;
 };
@@ -147,6 +152,7 @@ X11Platform::X11Platform(const StartOptions& options, Foundation foundation,
              .settings = *settings_,
              .windows = windows_,
              .hotKeys = foundation_.keyboard->hotKeys(),
+             .keyMonitor = *foundation_.keyMonitor,
              .workspace = screen_->workspace,
              .keyboardTap = foundation_.keyboard->tap(),
              .pointer = screen_->pointer,
@@ -158,6 +164,13 @@ X11Platform::X11Platform(const StartOptions& options, Foundation foundation,
              .soundPlayer = soundPlayer_,
              .userNotifications = notifications_,
              .loginItems = loginItems_},
+      toolkitEvents_([this](const void* event) {
+          const auto verdict =
+              foundation_.keyMonitor->handle(*static_cast<const xcb_generic_event_t*>(event));
+          return verdict == Connection::EventVerdict::consumed
+                     ? qt::NativeEventFilter::Verdict::consumed
+                     : qt::NativeEventFilter::Verdict::pass;
+      }),
       events_(foundation_.connection->fileDescriptor(), [this] { return dispatch(); }) {}
 
 Dispatch X11Platform::dispatch() {
@@ -227,6 +240,10 @@ base::Result<std::unique_ptr<RunningPlatform>> createX11Platform(const StartOpti
         return keyboard.error();
     }
     foundation.keyboard = std::move(keyboard.value());
+    foundation.keyMonitor = std::make_unique<X11KeyMonitor>(
+        qGuiApp->nativeInterface<QNativeInterface::QX11Application>()->connection(),
+        foundation.keyboard->mapping(), *foundation.mainQueue);
+    foundation.keyboard->beforeGrab([monitor = foundation.keyMonitor.get()] { monitor->letGo(); });
     auto pasteboard =
         X11Pasteboard::create(*foundation.connection, *foundation.mainQueue, qt::convertPng);
     if (!pasteboard) {
