@@ -17,7 +17,7 @@ void SettingsStore::registerDefaults(const Defaults& defaults) {
 }
 
 template <typename Value>
-std::optional<Value> SettingsStore::valueForKey(const std::string& key) const {
+std::optional<Value> SettingsStore::effectiveValue(const std::string& key) const {
     if (const auto stored = backend_.read(key)) {
         if (const Value* value = std::get_if<Value>(&*stored)) {
             return *value;
@@ -32,12 +32,18 @@ std::optional<Value> SettingsStore::valueForKey(const std::string& key) const {
     return std::nullopt;
 }
 
+template std::optional<bool> SettingsStore::effectiveValue<bool>(const std::string&) const;
+template std::optional<std::int64_t> SettingsStore::effectiveValue<std::int64_t>(
+    const std::string&) const;
+template std::optional<std::string> SettingsStore::effectiveValue<std::string>(
+    const std::string&) const;
+
 bool SettingsStore::boolForKey(const std::string& key) const {
-    return valueForKey<bool>(key).value_or(false);
+    return effectiveValue<bool>(key).value_or(false);
 }
 
 std::optional<std::string> SettingsStore::stringForKey(const std::string& key) const {
-    return valueForKey<std::string>(key);
+    return effectiveValue<std::string>(key);
 }
 
 std::optional<SettingsValue> SettingsStore::objectForKey(const std::string& key) const {

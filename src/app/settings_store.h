@@ -39,6 +39,10 @@ class SettingsStore {
     /// The value as it is stored, whatever its type, else the registered one: tells an absent key
     /// from a false or a 0, for a key that was never registered.
     [[nodiscard]] std::optional<SettingsValue> objectForKey(const std::string& key) const;
+    /// What the first two readings answer, telling an absent value apart. `Value` is a type of
+    /// SettingsValue.
+    template <typename Value>
+    [[nodiscard]] std::optional<Value> effectiveValue(const std::string& key) const;
 
     /// Persistent when they return, and then the observers of the key have been called. When the
     /// medium refuses, the value still holds in this process; telling the user is the back end's
@@ -52,8 +56,6 @@ class SettingsStore {
     [[nodiscard]] Observation observe(const std::string& key, std::function<void()> observer);
 
   private:
-    template <typename Value>
-    [[nodiscard]] std::optional<Value> valueForKey(const std::string& key) const;
     void write(const std::string& key, const SettingsValue& value);
 
     SettingsBackend& backend_;

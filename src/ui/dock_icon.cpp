@@ -1,0 +1,21 @@
+#include "ui/dock_icon.h"
+
+#include <utility>
+
+namespace ui {
+
+DockIcon::DockIcon(const SettingBinding<bool>& hideDockIcon, app::Windows& windows)
+    : hideDockIcon_(hideDockIcon),
+      windows_(windows),
+      isHidden_(hideDockIcon.value()),
+      observation_(hideDockIcon.observe([this] { applyChange(); })) {}
+
+void DockIcon::applyChange() {
+    const bool isHidden = hideDockIcon_.value();
+    if (std::exchange(isHidden_, isHidden) != isHidden) {
+        windows_.setActivationPolicy(isHidden ? app::ActivationPolicy::accessory
+                                              : app::ActivationPolicy::regular);
+    }
+}
+
+}  // namespace ui
