@@ -1,0 +1,40 @@
+#pragma once
+
+#include <QColor>
+#include <QFont>
+#include <QPainterPath>
+#include <QPalette>
+#include <QRectF>
+
+/// How the settings view's parts look: fonts, tints and shapes. Lengths are points, and one point
+/// is one device-independent pixel, for fonts too. Main thread.
+namespace ui {
+
+/// Sizes of the system's font.
+inline constexpr int bodySize = 13;
+inline constexpr int captionSize = 10;
+inline constexpr int capsuleTextSize = 11;
+
+/// The desktop's font in `size`.
+QFont systemFont(int size, QFont::Weight weight = QFont::Normal);
+
+/// The label colour, faded to `opacity`.
+QColor primaryColor(const QPalette& palette, double opacity = 1);
+/// The label colour of what matters less.
+QColor secondaryColor(const QPalette& palette);
+QColor separatorColor(const QPalette& palette);
+/// What the desktop marks a choice with.
+QColor accentColor(const QPalette& palette);
+
+// Opaque tints in place of translucent materials, which would need a compositor.
+QColor windowMaterial(const QPalette& palette);
+QColor cardMaterial(const QPalette& palette);
+
+/// A rectangle with continuous corners, whose curvature has no jump: each corner is a superellipse
+/// that begins 1.5 radii before it and goes through the middle of the circular arc. Where the sides
+/// are too short for that it begins later; with half the height as radius it is a capsule.
+QPainterPath continuousRectangle(const QRectF& rectangle, double radius);
+/// The rectangle between two half circles.
+QPainterPath capsule(const QRectF& rectangle);
+
+}  // namespace ui

@@ -1,0 +1,28 @@
+#include "ui/card.h"
+
+#include <QPainter>
+
+#include "ui/appearance.h"
+
+namespace ui {
+
+namespace {
+
+constexpr double cornerRadius = 12;
+constexpr double strokeWidth = 0.5;
+constexpr double strokeOpacity = 0.15;
+
+}  // namespace
+
+void Card::paintEvent(QPaintEvent* /*event*/) {
+    QPainter painter(this);
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.fillPath(continuousRectangle(rect(), cornerRadius), cardMaterial(palette()));
+    // Inside, where nothing of the stroke is cut off.
+    constexpr double inset = strokeWidth / 2;
+    const QRectF middle = QRectF(rect()).adjusted(inset, inset, -inset, -inset);
+    painter.strokePath(continuousRectangle(middle, cornerRadius - inset),
+                       QPen(primaryColor(palette(), strokeOpacity), strokeWidth));
+}
+
+}  // namespace ui
