@@ -42,6 +42,7 @@ int main(int, char** argv) {
         return 0;
     }
     lumaframe = std::make_unique<app::LumaframeApp>(platform.ports(), notifications, log);
+    platform.showScenes(lumaframe->scenes());
     lumaframe->launch(session.isStartedByBus ? app::LaunchReason::action : app::LaunchReason::user);
     platform.showMenu(lumaframe->menu());
     return platform.run();

@@ -4,6 +4,7 @@
 
 #include "app/main_window.h"
 #include "app/menu_bar_commands.h"
+#include "app/scenes.h"
 #include "overlay/selection_overlay_manager.h"
 #include "shortcuts/shortcut_manager.h"
 
@@ -51,7 +52,8 @@ LumaframeApp::LumaframeApp(const platform::Platform& platform, NotificationCente
       delegate_({.settings = settings_,
                  .permissions = platform.permissions,
                  .fileManager = platform.fileManager,
-                 .windows = platform.windows}) {
+                 .windows = platform.windows}),
+      scenes_(makeScenes()) {
     composeSharedInstances();
 }
 
@@ -81,6 +83,21 @@ void LumaframeApp::composeSharedInstances() {
                  platform_.textRecognizer.prepare();
              }
          }});
+}
+
+std::unique_ptr<Scenes> LumaframeApp::makeScenes() {
+    return std::make_unique<Scenes>([this] {
+        return ui::ContentView::Mediator{.settings = settings_,
+                                         .shortcutManager = shortcuts::ShortcutManager::shared(),
+                                         .keyMonitor = platform_.keyMonitor,
+                                         .loginItems = platform_.loginItems,
+                                         .permissions = platform_.permissions,
+                                         .fileManager = platform_.fileManager,
+                                         .windows = platform_.windows,
+                                         .mainQueue = platform_.mainQueue,
+                                         .log = log_,
+                                         .bundle = platform_.bundle};
+    });
 }
 
 void LumaframeApp::launch(LaunchReason reason) {

@@ -17,6 +17,7 @@
 namespace app {
 
 class MenuBarCommands;
+class Scenes;
 
 /// What made the program start.
 enum class LaunchReason {
@@ -41,6 +42,8 @@ class LumaframeApp {
     void launch(LaunchReason reason);
     /// Brings the settings window to the front, opening it when needed.
     void showMainWindow();
+    /// What the program's windows are made from. They may be made from the launch on.
+    [[nodiscard]] Scenes& scenes() { return *scenes_; }
     /// Exists from the launch on.
     [[nodiscard]] MenuBarCommands& menu() { return *menu_; }
     /// "screenshot" and "recognize-text" act like a press of hot key 1 or 2, begun once the
@@ -50,6 +53,7 @@ class LumaframeApp {
 
   private:
     void composeSharedInstances();
+    std::unique_ptr<Scenes> makeScenes();
 
     platform::Platform platform_;
     NotificationCenter& notifications_;
@@ -61,6 +65,7 @@ class LumaframeApp {
     capture::ImageDelivery imageDelivery_;
     capture::ScreenCapture screenCapture_;
     AppDelegate delegate_;
+    std::unique_ptr<Scenes> scenes_;
     std::unique_ptr<MenuBarCommands> menu_;
 };
 

@@ -2,6 +2,7 @@
 
 #include "app/settings_backend.h"
 #include "app/windows.h"
+#include "base/bundle.h"
 #include "base/displays.h"
 #include "base/file_manager.h"
 #include "base/main_queue.h"
@@ -25,7 +26,8 @@ namespace platform {
 /// The application's identifier on every system: bundle, desktop file, D-Bus name.
 inline constexpr const char* applicationIdentifier = "app.lumaframe.Lumaframe";
 
-/// One system's answer to every port. The ports live as long as this.
+/// One system's answer to every port, and where it has the program. The ports live as long as
+/// this.
 struct Platform {
     base::MainQueue& mainQueue;
     base::Displays& displays;
@@ -46,6 +48,7 @@ struct Platform {
     capture::SoundPlayer& soundPlayer;
     capture::UserNotifications& userNotifications;
     ui::LoginItemService& loginItems;
+    base::Bundle bundle{};
 };
 
 }  // namespace platform

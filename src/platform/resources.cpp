@@ -24,6 +24,16 @@ std::filesystem::path installationPrefix() {
     return isInstalled ? prefix : std::filesystem::path();
 }
 
+/// Desktops take a desktop entry for the program itself: in a dock, among favourites, in autostart.
+std::string bundleLocation(const std::filesystem::path& prefix) {
+    const auto entry = prefix / "share/applications/app.lumaframe.Lumaframe.desktop";
+    std::error_code error;
+    if (!prefix.empty() && std::filesystem::is_regular_file(entry, error)) {
+        return entry;
+    }
+    return runningProgram();
+}
+
 }  // namespace
 
 std::string runningProgram() {
@@ -36,15 +46,18 @@ std::string runningProgram() {
 
 Resources Resources::locate() {
     const std::filesystem::path prefix = installationPrefix();
-    if (!prefix.empty()) {
-        return {.sounds = prefix / "share/lumaframe/sounds",
-                .icons = prefix / "share/icons/hicolor",
-                .textHelper = prefix / "libexec/lumaframe" / textHelperName};
-    }
+    const bool isInstalled = !prefix.empty();
     const std::string source = LUMAFRAME_SOURCE_RESOURCES;
-    return {.sounds = source + "/sounds",
-            .icons = source + "/icons/hicolor",
-            .textHelper = binaryDirectory() / textHelperName};
+    Resources resources;
+    resources.sounds =
+        isInstalled ? (prefix / "share/lumaframe/sounds").string() : source + "/sounds";
+    resources.icons =
+        isInstalled ? (prefix / "share/icons/hicolor").string() : source + "/icons/hicolor";
+    resources.textHelper =
+        (isInstalled ? prefix / "libexec/lumaframe" : binaryDirectory()) / textHelperName;
+    resources.bundle = bundleLocation(prefix);
+    resources.icon = resources.icons + "/512x512/apps/app.lumaframe.Lumaframe.png";
+    return resources;
 }
 
 }  // namespace platform

@@ -5,7 +5,7 @@
 namespace platform {
 
 /// Where the files that come with the program are: beside an installed one, or in the sources it
-/// was built from. Absolute paths of directories, which may be missing.
+/// was built from. Absolute paths; the files may be missing.
 struct Resources {
     std::string sounds;
     /// An icon theme directory (it holds `scalable/apps` and the like).
@@ -13,6 +13,12 @@ struct Resources {
     /// The recognition helper: a program in `libexec/lumaframe` of the prefix, or in the build
     /// directory.
     std::string textHelper;
+
+    /// What stands for the program when it is dragged somewhere: the desktop entry of an installed
+    /// one, else its binary.
+    std::string bundle;
+    /// The largest picture of the application icon.
+    std::string icon;
 
     static Resources locate();
 };

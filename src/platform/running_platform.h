@@ -9,7 +9,8 @@
 
 namespace app {
 class MenuBarCommands;
-}
+class Scenes;
+}  // namespace app
 
 namespace platform {
 
@@ -40,6 +41,9 @@ class RunningPlatform {
     /// Makes the program reachable for other programs. When it runs already, the first instance is
     /// asked to show itself and this process has nothing more to do.
     virtual Instance serve(Requests requests) = 0;
+    /// What the windows of the program are made from, for as long as `run` runs. To be called
+    /// before the first scene is opened.
+    virtual void showScenes(app::Scenes& scenes) = 0;
     /// Puts the menu where the system has its menus, and its commands into every window. The menu
     /// outlives `run`.
     virtual void showMenu(app::MenuBarCommands& menu) = 0;

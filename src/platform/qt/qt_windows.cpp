@@ -197,16 +197,4 @@ void QtWindows::forgetClosedWindows() {
     });
 }
 
-std::unique_ptr<QWidget> makeEmptyScene(const std::string& sceneId) {
-    if (sceneId != "main" && sceneId != "permissions") {
-        return nullptr;
-    }
-    auto window = std::make_unique<QWidget>();
-    window->setObjectName(QString::fromStdString(sceneId));
-    window->setWindowTitle(sceneId == "main" ? QStringLiteral("Lumaframe")
-                                             : QStringLiteral("Permissions"));
-    window->setMinimumSize(360, 240);
-    return window;
-}
-
 }  // namespace platform::qt

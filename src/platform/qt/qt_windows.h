@@ -83,7 +83,4 @@ class QtWindows final : public app::Windows {
     QObject focusReceiver_;
 };
 
-/// The window of a scene with its identifier and its title and nothing in it yet.
-std::unique_ptr<QWidget> makeEmptyScene(const std::string& sceneId);
-
 }  // namespace platform::qt

@@ -13,6 +13,7 @@
 #include <vector>
 
 #include "app/menu_bar_commands.h"
+#include "app/scenes.h"
 #include "platform/freedesktop/application_names.h"
 #include "platform/freedesktop/dbus_application.h"
 #include "platform/freedesktop/json_settings_backend.h"
@@ -94,6 +95,7 @@ class X11Platform final : public RunningPlatform {
 
     [[nodiscard]] const Platform& ports() const override { return ports_; }
     Instance serve(Requests requests) override;
+    void showScenes(app::Scenes& scenes) override { scenes_ = &scenes; }
     void showMenu(app::MenuBarCommands& menu) override;
     int run() override { return QApplication::exec(); }
 
@@ -117,6 +119,7 @@ class X11Platform final : public RunningPlatform {
     tesseract::HelperTextRecognizer textRecognizer_{resources_.textHelper, *foundation_.mainQueue,
                                                     qt::fileDescriptorWatch()};
     WindowManagerClient windowManager_{*foundation_.connection};
+    app::Scenes* scenes_ = nullptr;
     qt::QtWindows windows_;
     Platform ports_;
     std::unique_ptr<freedesktop::DBusApplication> bus_;
@@ -136,7 +139,10 @@ X11Platform::X11Platform(const StartOptions& options, Foundation foundation,
       settings_(freedesktop::JsonSettingsBackend::create(
           directories_, options.log, *foundation_.mainQueue, qt::fileDescriptorWatch())),
       windows_(
-          options.notifications, *foundation_.mainQueue, qt::makeEmptyScene,
+          options.notifications, *foundation_.mainQueue,
+          [this](const std::string& sceneId) {
+              return scenes_ == nullptr ? nullptr : scenes_->makeWindow(sceneId);
+          },
           {.activate = [this](WId id) { windowManager_.activate(static_cast<xcb_window_t>(id)); },
            .setPolicy =
                [this](WId id, app::ActivationPolicy policy) {
@@ -163,7 +169,8 @@ X11Platform::X11Platform(const StartOptions& options, Foundation foundation,
              .textRecognizer = textRecognizer_,
              .soundPlayer = soundPlayer_,
              .userNotifications = notifications_,
-             .loginItems = loginItems_},
+             .loginItems = loginItems_,
+             .bundle = {.location = resources_.bundle, .icon = resources_.icon}},
       toolkitEvents_([this](const void* event) {
           const auto verdict =
               foundation_.keyMonitor->handle(*static_cast<const xcb_generic_event_t*>(event));

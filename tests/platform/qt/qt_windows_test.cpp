@@ -21,6 +21,16 @@ using qt_tests::runUntil;
 using testing::ElementsAre;
 using testing::IsEmpty;
 
+std::unique_ptr<QWidget> makeWindow(const std::string& sceneId) {
+    if (sceneId != "main" && sceneId != "permissions") {
+        return nullptr;
+    }
+    auto window = std::make_unique<QWidget>();
+    window->setObjectName(QString::fromStdString(sceneId));
+    window->setMinimumSize(360, 240);
+    return window;
+}
+
 class Windows : public testing::Test {
   protected:
     Windows()
@@ -32,7 +42,7 @@ class Windows : public testing::Test {
 
     QtWindows make(QtWindows::HandOver handOver = {}) {
         return QtWindows(
-            center_, queue_, platform::qt::makeEmptyScene,
+            center_, queue_, makeWindow,
             {.activate = [this](WId window) { windowManager_.activate(nativeId(window)); },
              .setPolicy =
                  [this](WId window, ActivationPolicy policy) {

@@ -1,0 +1,21 @@
+#include "app/scenes.h"
+
+namespace app {
+
+std::unique_ptr<QWidget> Scenes::makeWindow(const std::string& sceneId) const {
+    std::unique_ptr<QWidget> window;
+    if (sceneId == "main") {
+        window = std::make_unique<ui::ContentView>(contentViewMediator_());
+        window->setWindowTitle(QStringLiteral("Lumaframe"));
+    } else if (sceneId == "permissions") {
+        window = std::make_unique<QWidget>();
+        window->setWindowTitle(QStringLiteral("Permissions"));
+        window->setMinimumSize(360, 240);
+    } else {
+        return nullptr;
+    }
+    window->setObjectName(QString::fromStdString(sceneId));
+    return window;
+}
+
+}  // namespace app
