@@ -81,7 +81,8 @@ Connection::EventVerdict X11KeyMonitor::handle(const xcb_generic_event_t& event)
     // Compared whole: the type of an event that another program made up has one more bit.
     switch (event.response_type) {
         case XCB_KEY_PRESS:
-            return handlePress(reinterpret_cast<const xcb_key_press_event_t&>(event));
+            return handlePress(reinterpret_cast<const xcb_key_press_event_t&>(event),
+                               event.full_sequence);
         case XCB_KEY_RELEASE:
             return handleRelease(reinterpret_cast<const xcb_key_release_event_t&>(event));
         case XCB_FOCUS_IN:
@@ -95,8 +96,9 @@ Connection::EventVerdict X11KeyMonitor::handle(const xcb_generic_event_t& event)
     }
 }
 
-Connection::EventVerdict X11KeyMonitor::handlePress(const xcb_key_press_event_t& event) {
-    if (swallowed_.isRepeat(event.detail, event.time)) {
+Connection::EventVerdict X11KeyMonitor::handlePress(const xcb_key_press_event_t& event,
+                                                    std::uint32_t fullSequence) {
+    if (swallowed_.isRepeat(event, fullSequence)) {
         swallowed_.add(event.detail);
         return Connection::EventVerdict::consumed;
     }
@@ -217,13 +219,13 @@ void X11KeyMonitor::letGo() {
 }
 
 void X11KeyMonitor::settle() {
-    const Reply<xcb_query_keymap_reply_t> keymap(
-        xcb_query_keymap_reply(toolkit_, xcb_query_keymap(toolkit_), nullptr));
+    const auto cookie = xcb_query_keymap(toolkit_);
+    const Reply<xcb_query_keymap_reply_t> keymap(xcb_query_keymap_reply(toolkit_, cookie, nullptr));
     std::bitset<256> down;
     for (std::size_t keycode = 0; keymap && keycode < down.size(); ++keycode) {
         down.set(keycode, ((keymap->keys[keycode / 8] >> (keycode % 8)) & 1) != 0);
     }
-    swallowed_.settle(down);
+    swallowed_.settle(down, cookie.sequence);
     follow();
 }
 

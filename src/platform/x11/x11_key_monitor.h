@@ -21,9 +21,9 @@ namespace platform::x11 {
 /// While a monitor is installed and one of these windows has the input focus, that window holds the
 /// keyboard: no key grab fires then, of this program or of another one. The grab belongs to the
 /// toolkit's connection, so that a key that passes goes the usual way, and its window is the one
-/// with the focus, so that the server tells nobody of a change of the focus. It is let go at once
-/// when the focus leaves the window; after the last monitor, as soon as the keys that it swallowed
-/// are up.
+/// with the focus, so that for the toolkit the focus stays where it is. It is let go at once when
+/// the focus leaves the window; after the last monitor, as soon as the keys that it swallowed are
+/// up.
 ///
 /// While another program holds the keyboard no key comes at all. Its end is told as a FocusIn, and
 /// then the keyboard is taken.
@@ -49,7 +49,8 @@ class X11KeyMonitor final : public shortcuts::KeyMonitor {
     using MonitorID = std::uint64_t;
     class Installed;
 
-    Connection::EventVerdict handlePress(const xcb_key_press_event_t& event);
+    Connection::EventVerdict handlePress(const xcb_key_press_event_t& event,
+                                         std::uint32_t fullSequence);
     Connection::EventVerdict handleRelease(const xcb_key_release_event_t& event);
     void handleFocusIn(const xcb_focus_in_event_t& event);
     void handleFocusOut(const xcb_focus_out_event_t& event);

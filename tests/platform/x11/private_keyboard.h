@@ -26,6 +26,7 @@ class PrivateKeyboard {
 
     [[nodiscard]] shortcuts::HotKeyService& hotKeys() { return keyboard_->hotKeys(); }
     [[nodiscard]] overlay::KeyboardTap& tap() { return keyboard_->tap(); }
+    [[nodiscard]] platform::x11::X11Keyboard& ports() { return *keyboard_; }
     [[nodiscard]] desktop::InputDriver& hands() { return *hands_; }
     [[nodiscard]] doubles::ManualMainQueue& queue() { return queue_; }
     [[nodiscard]] platform::x11::Connection& connection() { return *connection_; }
