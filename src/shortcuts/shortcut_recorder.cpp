@@ -2,7 +2,6 @@
 
 #include <QAbstractButton>
 #include <QColor>
-#include <QFocusEvent>
 #include <QFontMetrics>
 #include <QHBoxLayout>
 #include <QHideEvent>
@@ -11,7 +10,6 @@
 #include <QPainterPath>
 #include <QPen>
 #include <algorithm>
-#include <cmath>
 #include <utility>
 
 namespace shortcuts {
@@ -23,15 +21,11 @@ constexpr int pillFontSize = 11;
 constexpr int pillHorizontalPadding = 8;
 constexpr int pillVerticalPadding = 3;
 constexpr double outlineWidth = 1;
-constexpr double focusRingWidth = 2;
-/// The symbol, and the button around it, which has room for the focus ring.
-constexpr double symbolSize = 14;
-constexpr int resetButtonSize = 16;
-/// Between the pill and the symbol.
+constexpr int symbolSize = 14;
 constexpr int rowSpacing = 8;
 
 constexpr double pillOpacity = 0.1;
-constexpr double secondaryOpacity = 0.5;
+constexpr double secondaryOpacity = 0.6;
 constexpr double pressedOpacity = 0.6;
 
 QColor recordingColor() {
@@ -43,8 +37,7 @@ QColor withOpacity(QColor color, double opacity) {
     return color;
 }
 
-/// A button that is drawn here from what a palette says, and answers Return like Space. The focus
-/// is shown when it came by the keyboard.
+/// A button that is drawn here from what a palette says, and answers Return like Space.
 class PlainButton : public QAbstractButton {
   public:
     explicit PlainButton(QWidget* parent) : QAbstractButton(parent) {
@@ -69,24 +62,12 @@ class PlainButton : public QAbstractButton {
             click();
         }
     }
-    void focusInEvent(QFocusEvent* event) override {
-        focusReason_ = event->reason();
-        QAbstractButton::focusInEvent(event);
-    }
-    [[nodiscard]] bool showsFocus() const {
-        return hasFocus() && focusReason_ != Qt::MouseFocusReason;
-    }
     [[nodiscard]] QColor primary() const { return palette().color(QPalette::WindowText); }
-    [[nodiscard]] QPen focusPen() const {
-        return QPen(palette().color(QPalette::Highlight), focusRingWidth);
-    }
 
   private:
     static bool isReturn(const QKeyEvent& event) {
         return event.key() == Qt::Key_Return || event.key() == Qt::Key_Enter;
     }
-
-    Qt::FocusReason focusReason_ = Qt::OtherFocusReason;
 };
 
 /// The largest capsule inside `area` whose outline, `width` wide, stays inside too.
@@ -142,9 +123,6 @@ class Pill final : public PlainButton {
         if (isRecording_) {
             painter.setPen(QPen(recordingColor(), outlineWidth));
             drawCapsule(painter, rect(), outlineWidth);
-        } else if (showsFocus()) {
-            painter.setPen(focusPen());
-            drawCapsule(painter, rect(), focusRingWidth);
         }
         painter.setPen(isRecording_ ? recordingColor() : primary());
         // Symbols have no direction of their own and would change places.
@@ -163,7 +141,7 @@ class ResetButton final : public PlainButton {
         const QString help = QStringLiteral("Reset to default");
         setToolTip(help);
         setAccessibleName(help);
-        setFixedSize(resetButtonSize, resetButtonSize);
+        setFixedSize(symbolSize, symbolSize);
     }
 
   protected:
@@ -173,11 +151,6 @@ class ResetButton final : public PlainButton {
         painter.setOpacity(isDown() ? pressedOpacity : 1);
         const QPointF center = QRectF(rect()).center();
         painter.fillPath(symbol().translated(center), withOpacity(primary(), secondaryOpacity));
-        if (showsFocus()) {
-            painter.setPen(focusPen());
-            const double radius = (resetButtonSize - focusRingWidth) / 2;
-            painter.drawEllipse(center, radius, radius);
-        }
     }
 
   private:
@@ -186,7 +159,7 @@ class ResetButton final : public PlainButton {
         constexpr double reach = symbolSize * 0.17;
         constexpr double thickness = symbolSize * 0.1;
         QPainterPath circle;
-        circle.addEllipse(QPointF(), symbolSize / 2, symbolSize / 2);
+        circle.addEllipse(QPointF(), symbolSize / 2.0, symbolSize / 2.0);
         QPainterPath cross;
         cross.moveTo(-reach, -reach);
         cross.lineTo(reach, reach);
@@ -206,8 +179,7 @@ ShortcutRecorder::ShortcutRecorder(RecorderFields fields, KeyMonitor& keyMonitor
       resetButton_(new ResetButton(this)) {
     auto* row = new QHBoxLayout(this);
     row->setContentsMargins(0, 0, 0, 0);
-    constexpr double roomAroundSymbol = (resetButtonSize - symbolSize) / 2;
-    row->setSpacing(rowSpacing - static_cast<int>(roomAroundSymbol));
+    row->setSpacing(rowSpacing);
     row->addWidget(pill_, 1, Qt::AlignVCenter);
     row->addWidget(resetButton_, 0, Qt::AlignVCenter);
     setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);

@@ -17,7 +17,7 @@ class ResetButton;
 ///
 /// A click, Space or Return on the pill begins to record; the next key that is pressed in this
 /// program is the shortcut (Space and Return too), Escape and a second click leave it as it is.
-/// Hiding the control ends a recording.
+/// Hiding the control ends a recording. The host marks the control that has the keyboard focus.
 class ShortcutRecorder final : public QWidget {
   public:
     /// The fields are read at every `refresh`; they and `keyMonitor` must outlive the control.

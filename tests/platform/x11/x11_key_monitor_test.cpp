@@ -7,120 +7,19 @@
 #include <string>
 #include <vector>
 
-#include "desktop/test_window.h"
 #include "desktop/wait.h"
 #include "platform/x11/key_map.h"
-#include "platform/x11/monitored_window.h"
+#include "platform/x11/key_monitor_fixture.h"
 
 namespace platform::x11 {
 namespace {
 
 namespace key = desktop::key;
-using shortcuts::KeyEvent;
-using shortcuts::KeyEventType;
-using shortcuts::KeyVerdict;
-using test::OtherProgram;
-using testing::Each;
 using testing::ElementsAre;
 using testing::IsEmpty;
 using testing::SizeIs;
 
-constexpr std::uint32_t keyOne = 18;
-constexpr std::uint32_t commandShift = shortcuts::commandModifier | shortcuts::shiftModifier;
-
-class X11KeyMonitorTest : public testing::Test {
-  protected:
-    X11KeyMonitorTest() {
-        keyboard_.hotKeys().registerHotKey(keyOne, commandShift, {1, 1});
-        keyboard_.hotKeys().installEventHandler([this](shortcuts::EventHotKeyID) {
-            ++hotKeyPresses_;
-            return shortcuts::noErr;
-        });
-        settle();
-    }
-
-    /// As a recorder does: swallows the first key-down and is gone with it.
-    void record() {
-        monitor_ = window_.monitor().install([this](const KeyEvent& event) {
-            events_.push_back(event);
-            if (event.type != KeyEventType::keyDown) {
-                return KeyVerdict::pass;
-            }
-            monitor_.reset();
-            return KeyVerdict::swallow;
-        });
-        settle();
-    }
-    /// Sees everything, and stays.
-    void watch(KeyVerdict verdict) {
-        monitor_ = window_.monitor().install([this, verdict](const KeyEvent& event) {
-            events_.push_back(event);
-            return verdict;
-        });
-        settle();
-    }
-    void settle() {
-        window_.settle();
-        // What the answer of one connection sets off on the other.
-        window_.settle();
-    }
-    bool settleUntil(const std::function<bool()>& condition) {
-        return desktop::waitUntil([&] {
-            settle();
-            return condition();
-        });
-    }
-    void chord(const std::vector<std::uint8_t>& keycodes) {
-        keyboard_.hands().chord(keycodes);
-        settle();
-    }
-    void press(std::uint8_t keycode) {
-        keyboard_.hands().press(keycode);
-        settle();
-    }
-    void release(std::uint8_t keycode) {
-        keyboard_.hands().release(keycode);
-        settle();
-    }
-    bool isKeyboardFree() {
-        OtherProgram asking(keyboard_.displayName());
-        if (asking.grabKeyboard() != OtherProgram::Answer::granted) {
-            return false;
-        }
-        asking.ungrabKeyboard();
-        return true;
-    }
-    desktop::TestWindow makeOtherWindow() {
-        return desktop::TestWindow(
-            keyboard_.displayName(),
-            {.x = 300,
-             .width = 200,
-             .management = desktop::TestWindowOptions::Management::unmanaged});
-    }
-    static int keyPressesOf(OtherProgram& program) {
-        program.client().synchronize();
-        int presses = 0;
-        while (const auto event = program.client().pollEvent()) {
-            presses += event->response_type == XCB_KEY_PRESS ? 1 : 0;
-        }
-        return presses;
-    }
-    std::vector<KeyEvent> keyDowns() const {
-        std::vector<KeyEvent> found;
-        for (const KeyEvent& event : events_) {
-            if (event.type == KeyEventType::keyDown) {
-                found.push_back(event);
-            }
-        }
-        return found;
-    }
-
-    test::PrivateKeyboard keyboard_;
-    test::MonitoredWindow window_{keyboard_};
-    std::unique_ptr<shortcuts::InstalledKeyMonitor> monitor_;
-    std::vector<KeyEvent> events_;
-    int hotKeyPresses_ = 0;
-};
+class X11KeyMonitorTest : public fixtures::KeyMonitorFixture {};
 
 TEST_F(X11KeyMonitorTest, the_focused_window_holds_the_keyboard_while_a_monitor_is_installed) {
     EXPECT_TRUE(isKeyboardFree());
@@ -258,92 +157,6 @@ TEST_F(X11KeyMonitorTest, a_monitor_that_stays_is_told_of_a_held_key_once) {
     EXPECT_TRUE(settleUntil([&] { return keyDowns().size() == 2; }));
     release(key::a);
     EXPECT_THAT(window_.takePresses(), IsEmpty());
-}
-
-TEST_F(X11KeyMonitorTest, the_keyboard_is_let_go_at_once_when_the_focus_leaves) {
-    auto other = makeOtherWindow();
-    watch(KeyVerdict::swallow);
-    other.focus();
-    settle();
-    EXPECT_TRUE(isKeyboardFree());
-    chord({key::a});
-    EXPECT_THAT(other.takeKeys(), ElementsAre(key::a));
-    EXPECT_THAT(events_, IsEmpty());
-    window_.takeFocus();
-    EXPECT_FALSE(isKeyboardFree());
-    chord({key::a});
-    EXPECT_THAT(keyDowns(), SizeIs(1));
-}
-
-TEST_F(X11KeyMonitorTest, a_key_held_while_the_focus_leaves_is_not_waited_for) {
-    auto other = makeOtherWindow();
-    record();
-    press(key::a);
-    EXPECT_FALSE(isKeyboardFree());
-    other.focus();
-    settle();
-    EXPECT_TRUE(isKeyboardFree());
-    release(key::a);
-    window_.takeFocus();
-    press(key::a);
-    EXPECT_THAT(window_.takePresses(), ElementsAre(key::a));
-    release(key::a);
-}
-
-TEST_F(X11KeyMonitorTest, a_monitor_that_is_installed_without_the_focus_waits_for_it) {
-    auto other = makeOtherWindow();
-    other.focus();
-    settle();
-    watch(KeyVerdict::swallow);
-    EXPECT_TRUE(isKeyboardFree());
-    chord({key::a});
-    EXPECT_THAT(other.takeKeys(), ElementsAre(key::a));
-    window_.takeFocus();
-    chord({key::a});
-    EXPECT_THAT(keyDowns(), SizeIs(1));
-}
-
-TEST_F(X11KeyMonitorTest, while_another_program_holds_the_keyboard_it_is_waited_for) {
-    OtherProgram other(keyboard_.displayName());
-    ASSERT_EQ(other.grabKeyboard(), OtherProgram::Answer::granted);
-    settle();
-    watch(KeyVerdict::swallow);
-    chord({key::a});
-    EXPECT_THAT(events_, IsEmpty());
-    other.ungrabKeyboard();
-    settle();
-    EXPECT_FALSE(isKeyboardFree());
-    chord({key::leftSuper, key::leftShift, key::digit1});
-    EXPECT_THAT(keyDowns(), SizeIs(1));
-    EXPECT_EQ(hotKeyPresses_, 0);
-}
-
-TEST_F(X11KeyMonitorTest, the_overlay_takes_the_keyboard_and_gives_it_back) {
-    watch(KeyVerdict::swallow);
-    std::vector<std::uint32_t> tapped;
-    auto tap = keyboard_.tap().create([&](const overlay::TapEvent& event) {
-        tapped.push_back(event.keyCode);
-        return overlay::TapVerdict::swallow;
-    });
-    ASSERT_TRUE(tap);
-    settle();
-    chord({key::escape});
-    EXPECT_THAT(tapped, ElementsAre(53));
-    EXPECT_THAT(events_, IsEmpty());
-    tap.value().reset();
-    settle();
-    chord({key::escape});
-    EXPECT_THAT(keyDowns(), SizeIs(1));
-    EXPECT_THAT(tapped, SizeIs(1));
-}
-
-TEST_F(X11KeyMonitorTest, asking_whether_the_keyboard_is_free_disturbs_nothing) {
-    watch(KeyVerdict::swallow);
-    int answers = 0;
-    keyboard_.tap().whenAvailable(std::chrono::milliseconds(0), [&] { ++answers; });
-    settle();
-    EXPECT_EQ(answers, 1);
-    EXPECT_FALSE(isKeyboardFree());
 }
 
 TEST_F(X11KeyMonitorTest, a_press_that_another_program_made_up_is_not_reported) {
