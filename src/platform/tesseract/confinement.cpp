@@ -32,6 +32,7 @@ base::Error failure(const std::string& what, int error) {
 /// `sysinfo` is asked by its sorting, `getrandom` by its containers, `sigaltstack` by sanitizers.
 constexpr int allowedCalls[] = {
     SCMP_SYS(read),
+    SCMP_SYS(pread64),
     SCMP_SYS(write),
     SCMP_SYS(writev),
     SCMP_SYS(close),

@@ -1,9 +1,11 @@
 #include "platform/tesseract/line_reader.h"
 
-#include <omp.h>
 #include <tesseract/baseapi.h>
 
 #include <algorithm>
+
+#include "platform/tesseract/engine_runtime.h"
+#include "platform/tesseract/language_data.h"
 
 namespace platform::tesseract {
 
@@ -45,9 +47,12 @@ std::string oneLine(const char* text) {
 
 class LineReader::Engine {
   public:
-    bool load(const std::string& languages) {
-        return api_.Init(nullptr, languages.c_str(), ::tesseract::OEM_LSTM_ONLY) == 0;
+    /// `directory` is that of the language data; the engine's own choice when it is null.
+    bool load(const char* directory, const std::string& languages) {
+        return api_.Init(directory, 0, languages.c_str(), ::tesseract::OEM_LSTM_ONLY, nullptr, 0,
+                         nullptr, nullptr, false, readFile) == 0;
     }
+    [[nodiscard]] const char* directory() { return api_.GetDatapath(); }
     void configure() {
         api_.SetVariable("tessedit_do_invert", "0");
         api_.SetVariable("debug_file", "/dev/null");
@@ -71,10 +76,15 @@ class LineReader::Engine {
     }
 
   private:
+    static bool readFile(const char* path, std::vector<char>* bytes) {
+        return readLanguageData(path, bytes);
+    }
+
     ::tesseract::TessBaseAPI api_;
 };
 
-LineReader::LineReader(std::unique_ptr<Engine> engine) : engine_(std::move(engine)) {}
+LineReader::LineReader(std::unique_ptr<Engine> engine, std::string languages)
+    : engine_(std::move(engine)), languages_(std::move(languages)) {}
 LineReader::~LineReader() = default;
 
 base::Result<std::unique_ptr<LineReader>> LineReader::create(
@@ -83,7 +93,7 @@ base::Result<std::unique_ptr<LineReader>> LineReader::create(
         return base::Error{base::ErrorKind::invalid, "No language to recognise text in was given."};
     }
     auto engine = std::make_unique<Engine>();
-    const bool isLoaded = engine->load(joined(languages));
+    const bool isLoaded = engine->load(nullptr, joined(languages));
     const std::vector<std::string> loaded =
         isLoaded ? engine->loadedLanguages() : std::vector<std::string>{};
     for (const std::string& language : languages) {
@@ -95,11 +105,21 @@ base::Result<std::unique_ptr<LineReader>> LineReader::create(
         }
     }
     engine->configure();
-    return std::unique_ptr<LineReader>(new LineReader(std::move(engine)));
+    return std::unique_ptr<LineReader>(new LineReader(std::move(engine), joined(languages)));
+}
+
+std::unique_ptr<LineReader> LineReader::another() {
+    keepEngineOnThisThread();
+    auto engine = std::make_unique<Engine>();
+    if (!engine->load(engine_->directory(), languages_)) {
+        return nullptr;
+    }
+    engine->configure();
+    return std::unique_ptr<LineReader>(new LineReader(std::move(engine), languages_));
 }
 
 LineReading LineReader::read(const InkPlane& picture) {
-    omp_set_max_active_levels(0);
+    keepEngineOnThisThread();
     return engine_->read(picture);
 }
 

@@ -21,21 +21,27 @@ struct LineReading {
 
 /// libtesseract kept warm, one line at a time: its layout analysis is never asked. OpenMP stays off
 /// on the thread that reads, because the engine's parallel loops over a line cost five times the
-/// processor time that they save.
+/// processor time that they save. One thread at a time.
 class LineReader {
   public:
     static base::Result<std::unique_ptr<LineReader>> create(
         const std::vector<std::string>& languages);
     ~LineReader();
 
+    /// Another engine with the same data, for another thread; opens no file. Not while this one
+    /// is being loaded. Null where memory does not suffice.
+    std::unique_ptr<LineReader> another();
+
     /// `picture` is dark on white, the line from edge to edge.
     LineReading read(const InkPlane& picture);
 
   private:
     class Engine;
-    explicit LineReader(std::unique_ptr<Engine> engine);
+    LineReader(std::unique_ptr<Engine> engine, std::string languages);
 
     std::unique_ptr<Engine> engine_;
+    /// Joined as the engine wants them.
+    std::string languages_;
 };
 
 }  // namespace platform::tesseract

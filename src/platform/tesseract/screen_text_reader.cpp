@@ -3,20 +3,10 @@
 #include <algorithm>
 #include <cctype>
 
-#include "platform/tesseract/background_model.h"
 #include "platform/tesseract/cell_consensus.h"
-#include "platform/tesseract/character_pitch.h"
 #include "platform/tesseract/characters.h"
-#include "platform/tesseract/connected_components.h"
-#include "platform/tesseract/glyph_filter.h"
-#include "platform/tesseract/icon_filter.h"
-#include "platform/tesseract/ink_map.h"
-#include "platform/tesseract/line_finder.h"
-#include "platform/tesseract/line_metrics.h"
 #include "platform/tesseract/line_picture.h"
-#include "platform/tesseract/line_reader.h"
-#include "platform/tesseract/reading_order.h"
-#include "platform/tesseract/rules.h"
+#include "platform/tesseract/page_analysis.h"
 #include "platform/tesseract/spacing.h"
 
 namespace platform::tesseract {
@@ -37,23 +27,6 @@ bool isSpeck(const LineReading& reading) {
     return reading.confidence < sureConfidence && characters.size() <= speckLength;
 }
 
-/// Whether a page is covered with specks, or with more marks than a picture of text can hold: what
-/// bounds the time that noise takes.
-bool isNoise(const ConnectedComponents& components, const std::vector<Glyph>& glyphs,
-             double letterHeight) {
-    constexpr std::size_t mostGlyphs = 300000;
-    constexpr std::size_t manyComponents = 4000;
-    constexpr double fewestLetters = 0.3;
-    const auto letters = std::count_if(components.all().begin(), components.all().end(),
-                                       [letterHeight](const Component& component) {
-                                           return component.box.height() >= 0.6 * letterHeight;
-                                       });
-    return glyphs.size() > mostGlyphs ||
-           (components.all().size() > manyComponents &&
-            static_cast<double>(letters) <
-                fewestLetters * static_cast<double>(components.all().size()));
-}
-
 /// Whether letters were read, and surely.
 bool isWriting(const LineReading& reading) {
     // In photographs the engine sees single characters, or several that it is unsure of.
@@ -67,99 +40,94 @@ bool isWriting(const LineReading& reading) {
     return reading.confidence >= sureOfWriting && letters >= fewestLetters;
 }
 
-/// Rows of nothing but dots and dashes no wider than a letter.
-bool isSpecks(const TextLine& line, double letterHeight) {
-    int tallest = 0;
-    int width = 0;
-    for (const Glyph& glyph : line.glyphsFromLeft()) {
-        tallest = std::max(tallest, glyph.box.height());
-        width += glyph.box.width();
+/// As a multiple of its height.
+double lengthOf(const TextLine& line, const LineMetrics& metrics) {
+    double width = 0;
+    for (const Segment& segment : line.segments) {
+        width += segment.box.width();
     }
-    return tallest < 0.45 * letterHeight && width < 1.2 * letterHeight;
+    return width / (metrics.ascent + metrics.descent);
 }
 
 }  // namespace
 
-ScreenTextReader::ScreenTextReader(std::unique_ptr<LineReader> lineReader)
-    : lineReader_(std::move(lineReader)) {}
+ScreenTextReader::ScreenTextReader(std::unique_ptr<LineCrew> crew) : crew_(std::move(crew)) {}
 ScreenTextReader::~ScreenTextReader() = default;
 
 base::Result<std::unique_ptr<ScreenTextReader>> ScreenTextReader::create(
-    const std::vector<std::string>& languages) {
-    auto lineReader = LineReader::create(languages);
-    if (!lineReader) {
-        return lineReader.error();
+    const std::vector<std::string>& languages, CrewSize threads) {
+    auto crew = LineCrew::create(languages, threads);
+    if (!crew) {
+        return crew.error();
     }
-    return std::unique_ptr<ScreenTextReader>(new ScreenTextReader(std::move(lineReader.value())));
+    return std::unique_ptr<ScreenTextReader>(new ScreenTextReader(std::move(crew.value())));
 }
 
 base::Result<std::vector<capture::TextObservation>> ScreenTextReader::read(
     const base::Image& image) {
-    std::vector<capture::TextObservation> observations;
     if (image.isEmpty()) {
-        return observations;
+        return std::vector<capture::TextObservation>();
     }
     if (static_cast<long>(image.width()) * image.height() > largestPicture) {
         return base::Error{base::ErrorKind::invalid,
                            "The picture is too large for its text to be recognised"};
     }
-    const ColorPlane page = colorsOf(image);
-    const BackgroundModel background(page);
-    InkPlane ink = measureInk(page, background);
-    Mask mask = binarize(ink);
-    const ConnectedComponents roughComponents(mask);
-    const double roughHeight = commonLetterHeight(roughComponents);
-    if (roughHeight <= 0) {
-        return observations;
+    const PageAnalysis page(image);
+    if (page.lines().empty()) {
+        return std::vector<capture::TextObservation>();
     }
-    if (isNoise(roughComponents, {}, roughHeight)) {
-        return observations;
+    auto readings = readLines(page);
+    if (!readings) {
+        return readings.error();
     }
-    const Rules rules(mask, roughHeight, commonCapitalHeight(roughComponents));
-    rules.removeFrom(mask, ink);
-    const ConnectedComponents components(mask);
-    const GlyphFilter filter(page, ink, mask, components, background);
-    const double letterHeight = filter.letterHeight();
+    return observe(page, readings.value());
+}
 
-    std::vector<Glyph> glyphs = filter.glyphs();
-    if (isNoise(components, glyphs, roughHeight)) {
-        return observations;
-    }
-    std::vector<TextLine> rows = LineFinder(letterHeight, rules.upright()).find(std::move(glyphs));
-    IconFilter(page, ink, components, letterHeight, commonCapitalHeight(components))
-        .removeFrom(rows);
-    const double pitch = measurePitch(rows, letterHeight);
-    const Typeface typeface = pitch > 0 ? Typeface::monospaced : Typeface::proportional;
-    std::vector<TextLine> lines = ReadingOrder(background, letterHeight, typeface).sort(rows);
-    std::erase_if(lines, [&](const TextLine& line) { return isSpecks(line, letterHeight); });
-
-    const auto metrics = measureLines(lines, letterHeight, typeface);
-    const LinePainter painter(ink, components, letterHeight);
-    CellConsensus cells(ink, pitch, letterHeight);
-    Spacing spacing(ink, letterHeight);
-    bool hasWriting = lines.size() == 1;
+base::Result<std::vector<LineReading>> ScreenTextReader::readLines(const PageAnalysis& page) {
+    const auto& lines = page.lines();
+    const auto& metrics = page.metrics();
+    const LinePainter painter(page.ink(), page.components(), page.letterHeight());
+    std::vector<double> lengths;
     for (std::size_t index = 0; index < lines.size(); ++index) {
-        LineReading reading = lineReader_->read(painter.paint(lines[index], metrics[index], {}));
+        lengths.push_back(lengthOf(lines[index], metrics[index]));
+    }
+    const auto readLine = [&](LineReader& reader, std::size_t index) {
+        LineReading reading = reader.read(painter.paint(lines[index], metrics[index], {}));
         if (reading.confidence < doubtfulConfidence) {
             LineReading second =
-                lineReader_->read(painter.paint(lines[index], metrics[index], secondStyle));
+                reader.read(painter.paint(lines[index], metrics[index], secondStyle));
             if (second.confidence > reading.confidence) {
                 reading = std::move(second);
             }
         }
+        return reading;
+    };
+    return crew_->readAll(lengths, readLine, longestReading);
+}
+
+std::vector<capture::TextObservation> ScreenTextReader::observe(
+    const PageAnalysis& page, std::vector<LineReading>& readings) {
+    const auto& lines = page.lines();
+    const auto& metrics = page.metrics();
+    CellConsensus cells(page.ink(), page.pitch(), page.letterHeight());
+    Spacing spacing(page.ink(), page.letterHeight());
+    const bool hasCells = page.typeface() == Typeface::monospaced;
+    bool hasWriting = lines.size() == 1;
+    for (std::size_t index = 0; index < lines.size(); ++index) {
+        LineReading& reading = readings[index];
         hasWriting = hasWriting || isWriting(reading);
         if (isSpeck(reading)) {
             reading.text.clear();
         }
-        if (typeface == Typeface::monospaced) {
+        if (hasCells) {
             cells.add(lines[index], metrics[index], reading);
         } else {
             spacing.add(lines[index], metrics[index], reading.text);
         }
     }
+    std::vector<capture::TextObservation> observations;
     for (std::size_t index = 0; hasWriting && index < lines.size(); ++index) {
-        const std::string text =
-            typeface == Typeface::monospaced ? cells.corrected(index) : spacing.corrected(index);
+        const std::string text = hasCells ? cells.corrected(index) : spacing.corrected(index);
         if (!text.empty()) {
             observations.push_back({{text}});
         }

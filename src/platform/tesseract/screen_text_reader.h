@@ -1,5 +1,6 @@
 #pragma once
 
+#include <chrono>
 #include <memory>
 #include <string>
 #include <vector>
@@ -7,32 +8,46 @@
 #include "base/image.h"
 #include "base/result.h"
 #include "capture/text_recognizer.h"
+#include "platform/tesseract/line_crew.h"
 
 namespace platform::tesseract {
 
-class LineReader;
+class PageAnalysis;
 
 /// Reads the text on pictures of screens: finds the lines itself and gives them to the engine one
-/// by one. Keeps the engine warm between readings. One thread at a time.
+/// by one, on two threads where that helps. Keeps the engine warm between readings. One thread at a
+/// time.
 class ScreenTextReader {
   public:
     /// `languages` are the engine's codes, the user's own first, such as {"deu", "eng"}. Loads
     /// their data, about 50 ms each. Missing data is an error that names the Debian package.
     static base::Result<std::unique_ptr<ScreenTextReader>> create(
-        const std::vector<std::string>& languages);
+        const std::vector<std::string>& languages, CrewSize threads = CrewSize::two);
     ~ScreenTextReader();
 
     /// The lines in reading order, each with what it may read, the likeliest first; none for a
-    /// picture without text. A picture of more than `largestPicture` pixels is an error.
+    /// picture without text. A picture of more than `largestPicture` pixels is an error, and so is
+    /// one whose lines are foreseen to take more than `longestReading`.
     base::Result<std::vector<capture::TextObservation>> read(const base::Image& image);
 
     /// In pixels: 8K by 8K. The planes of such a picture take 0.9 GB for as long as it is read.
     static constexpr long largestPicture = 8192L * 8192L;
 
-  private:
-    explicit ScreenTextReader(std::unique_ptr<LineReader> lineReader);
+    /// Three quarters of the time that the resident program waits for any picture.
+    static constexpr std::chrono::seconds longestReading{45};
 
-    std::unique_ptr<LineReader> lineReader_;
+    /// Whether a picture was long enough for a second engine.
+    [[nodiscard]] bool usesTwoThreads() const { return crew_->isComplete(); }
+
+  private:
+    explicit ScreenTextReader(std::unique_ptr<LineCrew> crew);
+
+    base::Result<std::vector<LineReading>> readLines(const PageAnalysis& page);
+    /// Corrects the readings by what the whole page shows.
+    static std::vector<capture::TextObservation> observe(const PageAnalysis& page,
+                                                         std::vector<LineReading>& readings);
+
+    std::unique_ptr<LineCrew> crew_;
 };
 
 }  // namespace platform::tesseract

@@ -1,0 +1,72 @@
+#include "platform/tesseract/engine_runtime.h"
+
+#include <leptonica/allheaders.h>
+#include <omp.h>
+
+namespace platform::tesseract {
+
+void keepEngineOnThisThread() {
+    // For an engine that was built against entry points that are not below.
+    omp_set_max_active_levels(0);
+}
+
+namespace {
+
+/// The parts of a "sections" construct that are still to be run.
+struct Sections {
+    unsigned next = 0;
+    unsigned count = 0;
+};
+thread_local Sections sections;
+
+}  // namespace
+
+}  // namespace platform::tesseract
+
+// NOLINTBEGIN(readability-identifier-naming,bugprone-reserved-identifier): the libraries' names.
+
+extern "C" {
+
+// Those of GCC's OpenMP, as compiled code calls them. libgomp would keep a team of one thread for
+// each of them, and wake it through the kernel, several times for every column of a line.
+
+[[gnu::visibility("default")]] void GOMP_parallel(void (*work)(void*), void* data, unsigned,
+                                                  unsigned) {
+    work(data);
+}
+
+[[gnu::visibility("default")]] unsigned GOMP_sections_start(unsigned count) {
+    platform::tesseract::sections = {count > 0 ? 1U : 0U, count};
+    return platform::tesseract::sections.next;
+}
+
+[[gnu::visibility("default")]] unsigned GOMP_sections_next() {
+    auto& sections = platform::tesseract::sections;
+    return sections.next < sections.count ? ++sections.next : 0;
+}
+
+[[gnu::visibility("default")]] void GOMP_sections_end() {}
+
+[[gnu::visibility("default")]] void GOMP_sections_end_nowait() {}
+
+[[gnu::visibility("default")]] void GOMP_parallel_sections(void (*work)(void*), void* data,
+                                                           unsigned, unsigned count, unsigned) {
+    const auto outer = platform::tesseract::sections;
+    platform::tesseract::sections = {0, count};
+    work(data);
+    platform::tesseract::sections = outer;
+}
+
+// The engine gets its copy of a line from `pixReadMem`, which knows leptonica's own format by its
+// first bytes. Nothing else writes pictures here.
+[[gnu::visibility("default")]] l_ok pixWriteMem(l_uint8** bytes, size_t* length, PIX* picture,
+                                                l_int32) {
+    l_uint32* words = nullptr;
+    const l_ok status = pixSerializeToMemory(picture, &words, length);
+    *bytes = reinterpret_cast<l_uint8*>(words);
+    return status;
+}
+
+}  // extern "C"
+
+// NOLINTEND(readability-identifier-naming,bugprone-reserved-identifier)

@@ -1,0 +1,144 @@
+#include "platform/tesseract/line_crew.h"
+
+#include <fcntl.h>
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <cstdlib>
+#include <thread>
+
+#include "picture_set.h"
+#include "platform/tesseract/confinement.h"
+#include "platform/tesseract/screen_text_reader.h"
+
+namespace platform::tesseract {
+
+namespace {
+
+constexpr std::chrono::minutes longLimit{10};
+
+std::unique_ptr<LineCrew> crewOf(CrewSize size) {
+    auto crew = LineCrew::create({"eng"}, size);
+    EXPECT_TRUE(crew) << crew.error().sentence;
+    return crew ? std::move(crew.value()) : nullptr;
+}
+
+/// Tells which line it was.
+LineReading numbered(LineReader&, std::size_t index) {
+    return {std::to_string(index), 0, {}};
+}
+
+std::vector<std::string> textsOf(const std::vector<LineReading>& readings) {
+    std::vector<std::string> texts;
+    for (const LineReading& reading : readings) {
+        texts.push_back(reading.text);
+    }
+    return texts;
+}
+
+/// A picture of the set several times, one below the other.
+base::Image stacked(const std::string& name, int times) {
+    const auto picture = bench::loadPicture(LUMAFRAME_TEST_DATA "/ocr/" + name + ".png");
+    EXPECT_TRUE(picture) << name;
+    if (!picture) {
+        return {};
+    }
+    const base::Image& one = picture.value();
+    std::vector<std::uint8_t> pixels;
+    for (int row = 0; row < one.height() * times; ++row) {
+        const std::uint8_t* from = one.row(row % one.height());
+        pixels.insert(pixels.end(), from, from + 4 * static_cast<std::ptrdiff_t>(one.width()));
+    }
+    return base::Image::fromPixels(one.width(), one.height() * times, std::move(pixels),
+                                   base::AlphaChannel::none);
+}
+
+/// What a reader made of a picture, with all candidates.
+std::vector<std::vector<std::string>> candidatesOf(ScreenTextReader& reader,
+                                                   const base::Image& picture) {
+    std::vector<std::vector<std::string>> all;
+    const auto observations = reader.read(picture);
+    EXPECT_TRUE(observations);
+    if (observations) {
+        for (const capture::TextObservation& observation : observations.value()) {
+            all.push_back(observation.candidates);
+        }
+    }
+    return all;
+}
+
+}  // namespace
+
+TEST(LineCrew, readings_come_in_the_order_of_the_lines_whatever_their_lengths) {
+    const auto crew = crewOf(CrewSize::two);
+    ASSERT_NE(crew, nullptr);
+    const auto readings = crew->readAll({5, 900, 20, 900, 1}, numbered, longLimit);
+    ASSERT_TRUE(readings);
+    EXPECT_THAT(textsOf(readings.value()), testing::ElementsAre("0", "1", "2", "3", "4"));
+}
+
+TEST(LineCrew, a_short_page_loads_no_second_engine_and_a_long_one_does) {
+    const auto crew = crewOf(CrewSize::two);
+    ASSERT_NE(crew, nullptr);
+    ASSERT_TRUE(crew->readAll({LineCrew::worthSecondEngine / 3, 10}, numbered, longLimit));
+    EXPECT_FALSE(crew->isComplete());
+    ASSERT_TRUE(crew->readAll({LineCrew::worthSecondEngine, 10}, numbered, longLimit));
+    EXPECT_EQ(crew->isComplete(), std::thread::hardware_concurrency() > 1);
+}
+
+TEST(LineCrew, a_crew_of_one_stays_alone) {
+    const auto crew = crewOf(CrewSize::one);
+    ASSERT_NE(crew, nullptr);
+    ASSERT_TRUE(crew->readAll({10 * LineCrew::worthSecondEngine, 10}, numbered, longLimit));
+    EXPECT_FALSE(crew->isComplete());
+}
+
+TEST(LineCrew, a_page_that_is_foreseen_to_take_too_long_is_an_error_before_it_is_read) {
+    const auto crew = crewOf(CrewSize::one);
+    ASSERT_NE(crew, nullptr);
+    std::size_t count = 0;
+    const auto readings = crew->readAll(
+        std::vector<double>(1000, 10),
+        [&](LineReader& reader, std::size_t index) {
+            ++count;
+            return numbered(reader, index);
+        },
+        std::chrono::milliseconds(0));
+    ASSERT_FALSE(readings);
+    EXPECT_THAT(readings.error().sentence, testing::HasSubstr("more text than"));
+    EXPECT_LT(count, 3U);
+}
+
+/// Leaves with 0 when all went well.
+[[noreturn]] void loadAnotherWhenConfined() {
+    const auto reader = LineReader::create({"deu", "eng"});
+    constexpr unsigned long long memoryGrowth = 1ULL << 30U;
+    if (!reader || !confineToReading() || !confineToComputing(memoryGrowth)) {
+        std::_Exit(2);
+    }
+    const bool opensFiles = ::open("/dev/null", O_RDONLY) >= 0;
+    const auto another = reader.value()->another();
+    std::_Exit(another == nullptr || opensFiles ? 1 : 0);
+}
+
+TEST(LineReader, another_one_is_loaded_where_no_file_can_be_opened_any_more) {
+    EXPECT_EXIT(loadAnotherWhenConfined(), testing::ExitedWithCode(0), "");
+}
+
+TEST(ScreenTextReader, two_threads_read_what_one_reads) {
+    auto one = ScreenTextReader::create({"deu", "eng"}, CrewSize::one);
+    auto two = ScreenTextReader::create({"deu", "eng"}, CrewSize::two);
+    ASSERT_TRUE(one) << one.error().sentence;
+    ASSERT_TRUE(two) << two.error().sentence;
+    // The first one is long enough for the second engine, which then reads all others, too.
+    for (const auto& picture : {stacked("prose01", 4), stacked("accent03", 1), stacked("code03", 1),
+                                stacked("word01", 1)}) {
+        const auto expected = candidatesOf(*one.value(), picture);
+        EXPECT_FALSE(expected.empty());
+        EXPECT_EQ(candidatesOf(*two.value(), picture), expected);
+    }
+    EXPECT_FALSE(one.value()->usesTwoThreads());
+    EXPECT_EQ(two.value()->usesTwoThreads(), std::thread::hardware_concurrency() > 1);
+}
+
+}  // namespace platform::tesseract
