@@ -93,7 +93,12 @@ std::string execLineFor(std::string_view path) {
         }
         argument.push_back(byte);
     }
-    return escapedString(isQuoted ? '"' + argument + '"' : argument);
+    // The reader of GNOME's family looks for a program before it takes a doubled percent sign for
+    // one; what follows the program it reads as everybody does. A path with an equals sign would be
+    // a variable for `env`.
+    const bool needsDetour =
+        path.find('%') != std::string_view::npos && path.find('=') == std::string_view::npos;
+    return (needsDetour ? "env " : "") + escapedString(isQuoted ? '"' + argument + '"' : argument);
 }
 
 std::string programOfExecLine(std::string_view value) {

@@ -30,9 +30,11 @@ TEST(ExecLine, in_quotes_four_letters_are_escaped_and_each_backslash_once_more_a
     EXPECT_EQ(execLineFor(R"(/a\b)"), R"("/a\\\\b")");
 }
 
-TEST(ExecLine, a_percent_sign_is_doubled_since_it_begins_a_field_code) {
-    EXPECT_EQ(execLineFor("/100%/fuzz"), "/100%%/fuzz");
-    EXPECT_EQ(execLineFor("/100 %f"), "\"/100 %%f\"");
+TEST(ExecLine, a_percent_sign_is_doubled_and_never_in_the_first_argument) {
+    EXPECT_EQ(execLineFor("/100%/fuzz"), "env /100%%/fuzz");
+    EXPECT_EQ(execLineFor("/100 %f"), "env \"/100 %%f\"");
+    EXPECT_EQ(execLineFor("/a=%"), "/a=%%");
+    EXPECT_EQ(programOfExecLine("/a=%%b"), "/a=%b");
 }
 
 TEST(ExecLine, no_character_breaks_the_line) {
@@ -55,7 +57,7 @@ TEST(ExecLine, garbage_has_no_program) {
 
 TEST(ExecLine, any_path_comes_back_from_its_line) {
     std::mt19937 random(1);
-    const std::string letters = "ab /\\\"'`$%;&|<>~*?#()=\n\t\r.-ß";
+    const std::string letters = "ab /\\\"'`$;&|<>~*?#()=\n\t\r.-ß";
     for (int round = 0; round < 2000; ++round) {
         std::string path = "/";
         for (auto length = random() % 12; length > 0; --length) {
