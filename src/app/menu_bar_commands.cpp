@@ -42,14 +42,4 @@ MenuBarCommands::MenuBarCommands(NotificationCenter& notificationCenter, Actions
 
 MenuBarCommands::~MenuBarCommands() = default;
 
-void MenuBarCommands::showInTray(const QIcon& icon) {
-    if (trayIcon_) {
-        return;
-    }
-    trayIcon_ = std::make_unique<QSystemTrayIcon>(icon);
-    trayIcon_->setToolTip(QStringLiteral("Lumaframe"));
-    trayIcon_->setContextMenu(&menu_);
-    trayIcon_->show();
-}
-
 }  // namespace app

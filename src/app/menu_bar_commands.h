@@ -1,11 +1,8 @@
 #pragma once
 
 #include <QAction>
-#include <QIcon>
 #include <QMenu>
-#include <QSystemTrayIcon>
 #include <functional>
-#include <memory>
 
 #include "app/notification_center.h"
 
@@ -30,9 +27,6 @@ class MenuBarCommands {
     MenuBarCommands(const MenuBarCommands&) = delete;
     MenuBarCommands& operator=(const MenuBarCommands&) = delete;
 
-    /// Puts the icon with the menu into the tray; to be called when the desktop has one.
-    void showInTray(const QIcon& icon);
-
     /// The menu as the tray shows it.
     [[nodiscard]] QMenu& menu() { return menu_; }
     /// "Settings..." (Ctrl and comma) of the program's windows: posts "OpenPermissionsWindow".
@@ -45,7 +39,6 @@ class MenuBarCommands {
     QAction settingsCommand_;
     QAction quitCommand_;
     QMenu menu_;
-    std::unique_ptr<QSystemTrayIcon> trayIcon_;
     NotificationCenter::Observation observation_;
 };
 

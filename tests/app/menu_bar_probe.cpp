@@ -1,5 +1,5 @@
-// The tray menu alone, as a process of its own. Says "ready", "in the tray", and the name of each
-// action that is asked for.
+// The tray menu alone, as a process of its own. Says "ready" and the name of each action that
+// is asked for.
 #include <QApplication>
 #include <QDBusConnection>
 #include <iostream>
@@ -8,7 +8,7 @@
 #include "app/menu_bar_commands.h"
 #include "platform/qt/application_icon.h"
 #include "platform/qt/event_source.h"
-#include "platform/qt/status_notifier_watch.h"
+#include "platform/qt/tray_icon.h"
 #include "platform/x11/connection.h"
 #include "platform/x11/system_tray_watch.h"
 
@@ -32,13 +32,10 @@ int main(int argc, char** argv) {
                                                    say("terminate");
                                                    QCoreApplication::exit(0);
                                                }});
-    const auto showInTray = [&] {
-        commands.showInTray(platform::qt::applicationIcon(argv[1]));
-        say("in the tray");
-    };
-    const platform::qt::StatusNotifierWatch statusNotifier(QDBusConnection::sessionBus(),
-                                                           showInTray);
-    const platform::x11::SystemTrayWatch systemTray(*connection, showInTray);
+    const QIcon icon = platform::qt::applicationIcon(argv[1]);
+    platform::qt::TrayIcon tray(commands.menu(), icon, platform::qt::symbolicIcon(argv[1], icon),
+                                QDBusConnection::sessionBus());
+    const platform::x11::SystemTrayWatch systemTray(*connection, [&] { tray.noteEmbeddingTray(); });
     const platform::qt::EventSource source(connection->fileDescriptor(),
                                            [&] { return connection->dispatchNextEvent(); });
     say("ready");

@@ -9,12 +9,15 @@
 //   activate-action ACTION         org.freedesktop.Application ActivateAction of Lumaframe
 //   menu SERVICE                   prints the labels of SERVICE's /MenuBar, "-" for a separator
 //   menu-click SERVICE LABEL       clicks the menu item with that label
+//   menu-nonsense SERVICE          asks for items that the menu does not have
+//   tray-item SERVICE              prints what the tray icon says of itself
 #include <QCoreApplication>
 #include <QTimer>
 #include <iostream>
 
 #include "desktop/bus_menu.h"
 #include "desktop/bus_services.h"
+#include "desktop/tray_item.h"
 
 namespace {
 
@@ -80,6 +83,12 @@ int main(int argc, char** argv) {
     }
     if (command == "menu-click") {
         return desktop::clickMenuItem(arguments.value(2), arguments.value(3));
+    }
+    if (command == "menu-nonsense") {
+        return desktop::askMenuForNonsense(arguments.value(2));
+    }
+    if (command == "tray-item") {
+        return desktop::printTrayItem(arguments.value(2));
     }
     std::cerr << "Unknown command.\n";
     return 2;

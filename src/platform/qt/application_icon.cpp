@@ -49,4 +49,13 @@ QIcon applicationIcon(const std::string& iconDirectory) {
     return icon;
 }
 
+StatusNotifierItem::Picture symbolicIcon(const std::string& iconDirectory, const QIcon& icon) {
+    // The directory is a theme, the path holds themes.
+    const QFileInfo theme(QString::fromStdString(iconDirectory));
+    const QString name = QStringLiteral("app.lumaframe.Lumaframe-symbolic");
+    const bool isThere = QFileInfo::exists(theme.filePath() + QStringLiteral("/symbolic/apps/") +
+                                           name + QStringLiteral(".svg"));
+    return {isThere ? name : QString(), theme.path(), icon};
+}
+
 }  // namespace platform::qt

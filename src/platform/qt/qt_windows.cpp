@@ -3,6 +3,8 @@
 #include <QAction>
 #include <QApplication>
 #include <QEvent>
+#include <QScreen>
+#include <QStyle>
 #include <QWindow>
 #include <algorithm>
 #include <utility>
@@ -32,6 +34,13 @@ class AtNextExposure final : public QObject {
     std::function<void()> action_;
 };
 
+/// Where a window that is not shown yet opens, unless the window manager knows better.
+void centreOnScreen(QWidget& window) {
+    const QSize size = window.sizeHint().expandedTo(window.minimumSize());
+    const QRect screen = window.screen()->availableGeometry();
+    window.setGeometry(QStyle::alignedRect(Qt::LeftToRight, Qt::AlignCenter, size, screen));
+}
+
 }  // namespace
 
 QtWindows::QtWindows(app::NotificationCenter& notificationCenter, base::MainQueue& queue,
@@ -57,7 +66,7 @@ QtWindows::~QtWindows() {
 std::vector<app::Window> QtWindows::windows() const {
     std::vector<app::Window> list;
     for (const OpenWindow& window : openWindows_) {
-        if (window.widget != nullptr && window.widget->isVisible()) {
+        if (isOpen(window.widget)) {
             list.push_back({window.handle, window.widget->objectName().toStdString()});
         }
     }
@@ -99,6 +108,9 @@ void QtWindows::openScene(const std::string& sceneId) {
         return;
     }
     window->setAttribute(Qt::WA_DeleteOnClose);
+    if (sceneId == "permissions") {
+        centreOnScreen(*window);
+    }
     openWindows_.push_back({++lastHandle_, sceneId, window});
     show(*window);
 }
@@ -191,9 +203,21 @@ void QtWindows::noteFocus(QWindow* window) {
     }
 }
 
+bool QtWindows::isOpen(const QWidget* window) const {
+    return window != nullptr && window->isVisible() &&
+           (!windowManager_.exists || windowManager_.exists(window->effectiveWinId()));
+}
+
 void QtWindows::forgetClosedWindows() {
-    std::erase_if(openWindows_, [](const OpenWindow& window) {
-        return window.widget == nullptr || !window.widget->isVisible();
+    std::erase_if(openWindows_, [this](const OpenWindow& window) {
+        if (isOpen(window.widget)) {
+            return false;
+        }
+        if (window.widget != nullptr && window.widget->isVisible()) {
+            // Another program has destroyed it; the toolkit goes on believing in it.
+            window.widget->deleteLater();
+        }
+        return true;
     });
 }
 

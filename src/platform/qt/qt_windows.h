@@ -29,6 +29,8 @@ class QtWindows final : public app::Windows {
         std::function<void(WId window)> activate;
         /// Shows a window that is on the screen in the task bar and the window switcher, or not.
         std::function<void(WId window, app::ActivationPolicy policy)> setPolicy;
+        /// Whether a window of this program, which the toolkit believes open, is still there.
+        std::function<bool(WId window)> exists;
     };
 
     /// Hands over what must outlive the process, and calls `done` once, on the main thread.
@@ -63,6 +65,7 @@ class QtWindows final : public app::Windows {
     void takeInput(QWidget& window);
     void show(QWidget& window);
     void noteFocus(QWindow* window);
+    [[nodiscard]] bool isOpen(const QWidget* window) const;
     void forgetClosedWindows();
     void applyPolicy(QWidget& window);
 

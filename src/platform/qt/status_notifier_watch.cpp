@@ -28,14 +28,18 @@ void ask(const QDBusConnection& bus, const QDBusMessage& message, QObject& recei
 }  // namespace
 
 StatusNotifierWatch::StatusNotifierWatch(const QDBusConnection& bus,
-                                         std::function<void()> onPresent)
+                                         std::function<void(HostPresence presence)> onChange)
     : bus_(bus),
-      serviceWatcher_(watcherName, bus, QDBusServiceWatcher::WatchForRegistration),
-      onPresent_(std::move(onPresent)) {
-    connect(&serviceWatcher_, &QDBusServiceWatcher::serviceRegistered, this,
-            &StatusNotifierWatch::askForHost);
-    bus_.connect(watcherName, watcherPath, watcherName,
-                 QStringLiteral("StatusNotifierHostRegistered"), this, SLOT(onHostRegistered()));
+      serviceWatcher_(watcherName, bus, QDBusServiceWatcher::WatchForOwnerChange),
+      onChange_(std::move(onChange)) {
+    connect(&serviceWatcher_, &QDBusServiceWatcher::serviceOwnerChanged, this,
+            [this](const QString& /*name*/, const QString& /*old*/, const QString& owner) {
+                noteOwner(owner);
+            });
+    for (const char* signal : {"StatusNotifierHostRegistered", "StatusNotifierHostUnregistered"}) {
+        bus_.connect(watcherName, watcherPath, watcherName, QString::fromLatin1(signal), this,
+                     SLOT(askForHost()));
+    }
     askForWatcher();
 }
 
@@ -48,26 +52,37 @@ void StatusNotifierWatch::askForWatcher() {
     ask(bus_, question, *this, [this](const QDBusMessage& reply) {
         if (reply.arguments().value(0).toBool()) {
             askForHost();
+        } else {
+            note(HostPresence::absent);
         }
     });
+}
+
+void StatusNotifierWatch::noteOwner(const QString& owner) {
+    note(HostPresence::absent);
+    if (!owner.isEmpty()) {
+        askForHost();
+    }
 }
 
 void StatusNotifierWatch::askForHost() {
     auto question = QDBusMessage::createMethodCall(
         watcherName, watcherPath, QStringLiteral("org.freedesktop.DBus.Properties"),
         QStringLiteral("Get"));
+    question.setAutoStartService(false);
     question << watcherName << QStringLiteral("IsStatusNotifierHostRegistered");
     ask(bus_, question, *this, [this](const QDBusMessage& reply) {
         const auto value = reply.arguments().value(0).value<QDBusVariant>().variant();
-        if (reply.type() == QDBusMessage::ReplyMessage && value.toBool()) {
-            onHostRegistered();
-        }
+        const bool isThere = reply.type() == QDBusMessage::ReplyMessage && value.toBool();
+        note(isThere ? HostPresence::present : HostPresence::absent);
     });
 }
 
-void StatusNotifierWatch::onHostRegistered() {
-    if (const auto onPresent = std::exchange(onPresent_, nullptr)) {
-        onPresent();
+void StatusNotifierWatch::note(HostPresence presence) {
+    const auto knowledge =
+        presence == HostPresence::present ? Knowledge::present : Knowledge::absent;
+    if (std::exchange(knowledge_, knowledge) != knowledge) {
+        onChange_(presence);
     }
 }
 

@@ -7,27 +7,33 @@
 
 namespace platform::qt {
 
-/// Tells once when the desktop has a place for tray icons on the session bus. Nothing waits for an
-/// answer of the bus. Main thread.
-///
-/// The toolkit looks for such a place a single time, when the first tray icon is made, and never
-/// sees one that comes later; so the icon is to be made only after this has told.
+/// Whether the desktop has a place for tray icons on the session bus.
+enum class HostPresence { absent, present };
+
+/// Tells whether there is such a place: once when the bus has answered, then at each change. A
+/// place whose owner changes is absent in between. Nothing waits for an answer of the bus. Main
+/// thread.
 class StatusNotifierWatch final : public QObject {
     Q_OBJECT
 
   public:
-    StatusNotifierWatch(const QDBusConnection& bus, std::function<void()> onPresent);
+    StatusNotifierWatch(const QDBusConnection& bus,
+                        std::function<void(HostPresence presence)> onChange);
 
   private slots:
-    void onHostRegistered();
+    void askForHost();
 
   private:
+    enum class Knowledge { unknown, absent, present };
+
     void askForWatcher();
-    void askForHost();
+    void noteOwner(const QString& owner);
+    void note(HostPresence presence);
 
     QDBusConnection bus_;
     QDBusServiceWatcher serviceWatcher_;
-    std::function<void()> onPresent_;
+    std::function<void(HostPresence)> onChange_;
+    Knowledge knowledge_ = Knowledge::unknown;
 };
 
 }  // namespace platform::qt

@@ -48,6 +48,13 @@ void WindowManagerClient::setActivationPolicy(xcb_window_t window, app::Activati
     connection_.flush();
 }
 
+bool WindowManagerClient::exists(xcb_window_t window) const {
+    const auto cookie = xcb_get_window_attributes(connection_.get(), window);
+    const Reply<xcb_get_window_attributes_reply_t> attributes(
+        xcb_get_window_attributes_reply(connection_.get(), cookie, nullptr));
+    return attributes != nullptr;
+}
+
 void WindowManagerClient::changeManagedState(xcb_window_t window, StateChange change,
                                              xcb_atom_t first, xcb_atom_t second) {
     xcb_client_message_data_t data{};

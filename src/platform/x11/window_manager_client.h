@@ -22,6 +22,9 @@ class WindowManagerClient {
     /// window that is not mapped yet, too.
     void setActivationPolicy(xcb_window_t window, app::ActivationPolicy policy);
 
+    /// Whether the server still has the window: another program may have destroyed it.
+    [[nodiscard]] bool exists(xcb_window_t window) const;
+
   private:
     enum class StateChange : std::uint32_t { remove = 0, add = 1 };
     void changeManagedState(xcb_window_t window, StateChange change, xcb_atom_t first,

@@ -33,7 +33,7 @@
 #include "platform/qt/qt_text_rasterizer.h"
 #include "platform/qt/qt_windows.h"
 #include "platform/qt/screen_scale.h"
-#include "platform/qt/status_notifier_watch.h"
+#include "platform/qt/tray_icon.h"
 #include "platform/resources.h"
 #include "platform/tesseract/helper_text_recognizer.h"
 #include "platform/x11/connection.h"
@@ -123,7 +123,7 @@ class X11Platform final : public RunningPlatform {
     qt::QtWindows windows_;
     Platform ports_;
     std::unique_ptr<freedesktop::DBusApplication> bus_;
-    std::unique_ptr<qt::StatusNotifierWatch> statusNotifierWatch_;
+    std::unique_ptr<qt::TrayIcon> trayIcon_;
     std::unique_ptr<SystemTrayWatch> systemTrayWatch_;
     qt::NativeEventFilter toolkitEvents_;
     /// Last, so that no event comes when anything else is gone.
@@ -147,7 +147,9 @@ X11Platform::X11Platform(const StartOptions& options, Foundation foundation,
            .setPolicy =
                [this](WId id, app::ActivationPolicy policy) {
                    windowManager_.setActivationPolicy(static_cast<xcb_window_t>(id), policy);
-               }},
+               },
+           .exists =
+               [this](WId id) { return windowManager_.exists(static_cast<xcb_window_t>(id)); }},
           [this](std::function<void()> done) {
               foundation_.pasteboard->storeForExit(std::move(done));
           }),
@@ -203,11 +205,10 @@ void X11Platform::showMenu(app::MenuBarCommands& menu) {
     windows_.addApplicationCommand(menu.quitCommand());
     const QIcon icon = qt::applicationIcon(resources_.icons);
     QApplication::setWindowIcon(icon);
-    const auto show = [&menu, icon] { menu.showInTray(icon); };
-    if (const auto bus = freedesktop::sessionBus()) {
-        statusNotifierWatch_ = std::make_unique<qt::StatusNotifierWatch>(*bus, show);
-    }
-    systemTrayWatch_ = std::make_unique<SystemTrayWatch>(*foundation_.connection, show);
+    trayIcon_ = std::make_unique<qt::TrayIcon>(
+        menu.menu(), icon, qt::symbolicIcon(resources_.icons, icon), freedesktop::sessionBus());
+    systemTrayWatch_ = std::make_unique<SystemTrayWatch>(
+        *foundation_.connection, [this] { trayIcon_->noteEmbeddingTray(); });
     // The start is over; what the first shortcut would have to wait for is read now.
     foundation_.mainQueue->post([this] { screen_->applicationNames.load(); });
 }
