@@ -1,5 +1,6 @@
 #include "ui/mode_column.h"
 
+#include <QAbstractButton>
 #include <QHBoxLayout>
 #include <QVBoxLayout>
 #include <algorithm>
@@ -27,7 +28,7 @@ ModeColumn::ModeColumn(const Content& content, shortcuts::KeyMonitor& keyMonitor
     stack->setSpacing(rowSpacing);
     stack->addWidget(new TextLabel(content.title, systemFont(captionSize, QFont::Bold),
                                    TextLabel::Prominence::secondary));
-    QWidget* recorder = makeRecorder(content.shortcut, keyMonitor);
+    QWidget* recorder = makeRecorder(content, keyMonitor);
     stack->addWidget(recorder);
 
     auto* saveRow = new QHBoxLayout;
@@ -50,7 +51,8 @@ ModeColumn::ModeColumn(const Content& content, shortcuts::KeyMonitor& keyMonitor
     setMinimumWidth(std::max(saveRowWidth, stack->minimumSize().width()));
 }
 
-QWidget* ModeColumn::makeRecorder(const ModeShortcut& shortcut, shortcuts::KeyMonitor& keyMonitor) {
+QWidget* ModeColumn::makeRecorder(const Content& content, shortcuts::KeyMonitor& keyMonitor) {
+    const ModeShortcut& shortcut = content.shortcut;
     auto* recorder = new shortcuts::ShortcutRecorder(
         {.keyCode = {.get = [shortcut] { return shortcut.keyCode(); },
                      .set = [shortcut](std::int64_t code) { shortcut.setKeyCode(code); }},
@@ -59,6 +61,7 @@ QWidget* ModeColumn::makeRecorder(const ModeShortcut& shortcut, shortcuts::KeyMo
          .isDefault = [shortcut] { return shortcut.isDefault(); },
          .resetAction = [shortcut] { shortcut.reset(); }},
         keyMonitor);
+    recorder->pill().setAccessibleDescription(content.title);
     recorder->setObjectName(QStringLiteral("recorder"));
     shortcutChanges_ = shortcut.observeChanges([recorder] {
         // Later: this is told before the change.

@@ -28,7 +28,7 @@ class ModeColumn final : public QWidget {
     [[nodiscard]] QSize sizeHint() const override;
 
   private:
-    QWidget* makeRecorder(const ModeShortcut& shortcut, shortcuts::KeyMonitor& keyMonitor);
+    QWidget* makeRecorder(const Content& content, shortcuts::KeyMonitor& keyMonitor);
 
     app::NotificationCenter::Observation shortcutChanges_;
 };

@@ -7,6 +7,8 @@
 //   wait-for-name NAME             ends with 0 when NAME is owned, with 1 after 15 s
 //   activate                       org.freedesktop.Application Activate of Lumaframe
 //   activate-action ACTION         org.freedesktop.Application ActivateAction of Lumaframe
+//   enable-accessibility           makes programs show themselves to assistive programs
+//   accessibles                    prints what they show (see bus_accessibility.h)
 //   menu SERVICE                   prints the labels of SERVICE's /MenuBar, "-" for a separator
 //   menu-click SERVICE LABEL       clicks the menu item with that label
 //   menu-nonsense SERVICE          asks for items that the menu does not have
@@ -15,6 +17,7 @@
 #include <QTimer>
 #include <iostream>
 
+#include "desktop/bus_accessibility.h"
 #include "desktop/bus_menu.h"
 #include "desktop/bus_services.h"
 #include "desktop/tray_item.h"
@@ -77,6 +80,12 @@ int main(int argc, char** argv) {
     if (command == "activate-action") {
         return callApplication("ActivateAction",
                                {arguments.value(2), QVariantList(), QVariantMap()});
+    }
+    if (command == "enable-accessibility") {
+        return desktop::enableAccessibility();
+    }
+    if (command == "accessibles") {
+        return desktop::printAccessibles();
     }
     if (command == "menu") {
         return desktop::printMenu(arguments.value(2));

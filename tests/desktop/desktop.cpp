@@ -71,10 +71,14 @@ Desktop::Desktop(const DesktopOptions& options)
     if (options.tray == Tray::host) {
         tray_ = startBusService("tray-host");
     }
+    if (options.accessibility == Accessibility::on) {
+        startAccessibility();
+    }
 }
 
 Desktop::~Desktop() {
-    for (auto* process : {&tray_, &notificationDaemon_, &compositor_, &windowManager_}) {
+    for (auto* process :
+         {&accessibility_, &tray_, &notificationDaemon_, &compositor_, &windowManager_}) {
         process->reset();
     }
     dbusDaemon_.reset();
@@ -233,6 +237,19 @@ std::vector<std::string> Desktop::trayItems() const {
         }
     }
     return items;
+}
+
+void Desktop::startAccessibility() {
+    // The settings of the tool are in memory: nothing of another session may decide.
+    accessibility_ =
+        start("accessibility", {"/usr/libexec/at-spi-bus-launcher", "--launch-immediately"},
+              {{"GSETTINGS_BACKEND", "memory"}});
+    bus({"wait-for-name", "org.a11y.Bus"});
+    bus({"enable-accessibility"});
+}
+
+std::vector<Accessible> Desktop::accessibles() {
+    return parseAccessibles(bus({"accessibles"}));
 }
 
 std::string Desktop::bus(const std::vector<std::string>& arguments) {

@@ -5,6 +5,7 @@
 #include <string>
 #include <vector>
 
+#include "desktop/accessible.h"
 #include "desktop/clipboard.h"
 #include "desktop/input_driver.h"
 #include "desktop/picture.h"
@@ -23,6 +24,8 @@ enum class Compositor { none, picom, picomFading };
 enum class NotificationDaemon { none, recorder, dunst };
 /// A StatusNotifierWatcher and host of the test's own.
 enum class Tray { none, host };
+/// With it programs show themselves to assistive programs over AT-SPI.
+enum class Accessibility { off, on };
 
 struct DesktopOptions {
     std::vector<Output> outputs{{}};
@@ -30,6 +33,7 @@ struct DesktopOptions {
     Compositor compositor = Compositor::none;
     NotificationDaemon notifications = NotificationDaemon::none;
     Tray tray = Tray::none;
+    Accessibility accessibility = Accessibility::off;
     /// Added to the environment of every program started here.
     Environment environment{};
 };
@@ -81,12 +85,16 @@ class Desktop {
     /// "<bus name> <object path>" of each item that registered with the tray host.
     [[nodiscard]] std::vector<std::string> trayItems() const;
 
+    /// What an assistive program reads of every program, in reading order. Needs Accessibility::on.
+    [[nodiscard]] std::vector<Accessible> accessibles();
+
     /// Runs the test's D-Bus program (see bus_program.cpp for its commands) and gives its output.
     std::string bus(const std::vector<std::string>& arguments);
 
   private:
     void startBus();
     void startWindowManager();
+    void startAccessibility();
     void startNotifications(NotificationDaemon daemon);
     std::unique_ptr<Process> startBusService(const std::string& role);
 
@@ -101,6 +109,7 @@ class Desktop {
     std::unique_ptr<Process> compositor_;
     std::unique_ptr<Process> notificationDaemon_;
     std::unique_ptr<Process> tray_;
+    std::unique_ptr<Process> accessibility_;
 };
 
 }  // namespace desktop
