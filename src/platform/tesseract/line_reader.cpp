@@ -67,7 +67,7 @@ class LineReader::Engine {
         api_.SetImage(picture.row(0), picture.width(), picture.height(), 1, picture.width());
         api_.SetSourceResolution(resolution);
         const std::unique_ptr<char[]> text(api_.GetUTF8Text());
-        LineReading reading{oneLine(text.get()), api_.MeanTextConf(), {}};
+        LineReading reading{oneLine(text.get()), api_.MeanTextConf(), {}, {}};
         const std::unique_ptr<int[]> confidences(api_.AllWordConfidences());
         for (const int* word = confidences.get(); word != nullptr && *word >= 0; ++word) {
             reading.wordConfidences.push_back(*word);

@@ -17,6 +17,8 @@ struct LineReading {
     int confidence = 0;
     /// That of each word of the text.
     std::vector<int> wordConfidences;
+    /// What else was read in the same line, less surely; the surer first.
+    std::vector<std::string> alternatives;
 };
 
 /// libtesseract kept warm, one line at a time: its layout analysis is never asked. OpenMP stays off

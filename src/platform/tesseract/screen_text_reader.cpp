@@ -49,6 +49,22 @@ double lengthOf(const TextLine& line, const LineMetrics& metrics) {
     return width / (metrics.ascent + metrics.descent);
 }
 
+/// What the page made of a reading, what the engine read, and what it read otherwise; each once.
+std::vector<std::string> rankedCandidates(const std::string& corrected,
+                                          const LineReading& reading) {
+    std::vector<std::string> ranked{corrected};
+    const auto add = [&](const std::string& text) {
+        if (!text.empty() && std::find(ranked.begin(), ranked.end(), text) == ranked.end()) {
+            ranked.push_back(text);
+        }
+    };
+    add(reading.text);
+    for (const std::string& alternative : reading.alternatives) {
+        add(alternative);
+    }
+    return ranked;
+}
+
 }  // namespace
 
 ScreenTextReader::ScreenTextReader(std::unique_ptr<LineCrew> crew) : crew_(std::move(crew)) {}
@@ -97,8 +113,9 @@ base::Result<std::vector<LineReading>> ScreenTextReader::readLines(const PageAna
             LineReading second =
                 reader.read(painter.paint(lines[index], metrics[index], secondStyle));
             if (second.confidence > reading.confidence) {
-                reading = std::move(second);
+                std::swap(reading, second);
             }
+            reading.alternatives.push_back(std::move(second.text));
         }
         return reading;
     };
@@ -129,7 +146,7 @@ std::vector<capture::TextObservation> ScreenTextReader::observe(
     for (std::size_t index = 0; hasWriting && index < lines.size(); ++index) {
         const std::string text = hasCells ? cells.corrected(index) : spacing.corrected(index);
         if (!text.empty()) {
-            observations.push_back({{text}});
+            observations.push_back({rankedCandidates(text, readings[index])});
         }
     }
     return observations;

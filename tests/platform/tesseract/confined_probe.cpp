@@ -14,6 +14,7 @@
 #include <sys/uio.h>
 #include <unistd.h>
 
+#include <array>
 #include <cerrno>
 #include <csignal>
 #include <cstdlib>
@@ -166,6 +167,22 @@ Lines attemptsWhileLoading() {
             lines.push_back("descriptor " + std::to_string(number));
         }
     }
+    sigset_t blocked;
+    ::sigprocmask(SIG_SETMASK, nullptr, &blocked);
+    for (int number = 1; number < NSIG; ++number) {
+        struct sigaction action {};
+        if (::sigismember(&blocked, number) == 1) {
+            lines.push_back("disposition of " + std::to_string(number) + " is blocked");
+        }
+        if (::sigaction(number, nullptr, &action) == 0 && action.sa_handler != SIG_DFL) {
+            lines.push_back("disposition of " + std::to_string(number) + " is not as usual");
+        }
+    }
+    std::array<char, 64> directory{};
+    lines.push_back("directory " +
+                    std::string(::getcwd(directory.data(), directory.size()) != nullptr
+                                    ? directory.data()
+                                    : "?"));
     for (char** variable = environ; *variable != nullptr; ++variable) {
         const std::string text = *variable;
         lines.push_back("variable " + text.substr(0, text.find('=')));

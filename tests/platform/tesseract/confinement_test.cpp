@@ -4,6 +4,7 @@
 #include <unistd.h>
 
 #include <algorithm>
+#include <csignal>
 #include <set>
 #include <string>
 #include <vector>
@@ -20,7 +21,16 @@ using namespace tesseract_tests;
 class Confinement : public HelperFixture {
   protected:
     Confinement() : inheritable_(::open("/dev/null", O_RDONLY)) {
+        // As a toolkit may leave them behind.
+        const auto oldHandler = ::signal(SIGPIPE, SIG_IGN);
+        sigset_t blocked;
+        sigset_t oldMask;
+        ::sigemptyset(&blocked);
+        ::sigaddset(&blocked, SIGUSR1);
+        ::sigprocmask(SIG_BLOCK, &blocked, &oldMask);
         lines_ = textsOf(use(LUMAFRAME_CONFINED_PROBE).recognize(blankPicture()));
+        ::sigprocmask(SIG_SETMASK, &oldMask, nullptr);
+        ::signal(SIGPIPE, oldHandler);
     }
     [[nodiscard]] std::set<std::string> linesThat(const std::string& begin,
                                                   const std::string& end) const {
@@ -93,6 +103,8 @@ TEST_F(Confinement, a_helper_inherits_nothing_but_its_socket) {
         (std::set<std::string>{"descriptor 0", "descriptor 1", "descriptor 2", "descriptor 3"}));
     EXPECT_EQ(linesThat("variable ", ""),
               (std::set<std::string>{"variable LC_ALL", "variable TESSDATA_PREFIX"}));
+    EXPECT_EQ(linesThat("disposition ", ""), std::set<std::string>{});
+    EXPECT_EQ(linesThat("directory ", ""), std::set<std::string>{"directory /"});
     EXPECT_EQ(linesThat("language ", ""), std::set<std::string>{"language eng"});
 }
 

@@ -5,6 +5,7 @@
 #include <gtest/gtest.h>
 
 #include <cstdlib>
+#include <set>
 #include <thread>
 
 #include "picture_set.h"
@@ -25,7 +26,7 @@ std::unique_ptr<LineCrew> crewOf(CrewSize size) {
 
 /// Tells which line it was.
 LineReading numbered(LineReader&, std::size_t index) {
-    return {std::to_string(index), 0, {}};
+    return {std::to_string(index), 0, {}, {}};
 }
 
 std::vector<std::string> textsOf(const std::vector<LineReading>& readings) {
@@ -139,6 +140,22 @@ TEST(ScreenTextReader, two_threads_read_what_one_reads) {
     }
     EXPECT_FALSE(one.value()->usesTwoThreads());
     EXPECT_EQ(two.value()->usesTwoThreads(), std::thread::hardware_concurrency() > 1);
+}
+
+TEST(ScreenTextReader, what_the_engine_read_otherwise_follows_as_candidates_each_once) {
+    auto reader = ScreenTextReader::create({"eng"});
+    ASSERT_TRUE(reader) << reader.error().sentence;
+    std::size_t withAlternatives = 0;
+    for (const char* name : {"xterm01", "code02", "table01"}) {
+        for (const auto& candidates : candidatesOf(*reader.value(), stacked(name, 1))) {
+            ASSERT_FALSE(candidates.empty());
+            EXPECT_EQ(std::set<std::string>(candidates.begin(), candidates.end()).size(),
+                      candidates.size());
+            EXPECT_THAT(candidates, testing::Each(testing::Ne("")));
+            withAlternatives += candidates.size() > 1 ? 1 : 0;
+        }
+    }
+    EXPECT_GT(withAlternatives, 3U);
 }
 
 }  // namespace platform::tesseract
