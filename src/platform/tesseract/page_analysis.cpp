@@ -8,6 +8,7 @@
 #include "platform/tesseract/icon_filter.h"
 #include "platform/tesseract/ink_map.h"
 #include "platform/tesseract/line_finder.h"
+#include "platform/tesseract/line_ground.h"
 #include "platform/tesseract/rules.h"
 
 namespace platform::tesseract {
@@ -72,6 +73,9 @@ PageAnalysis::PageAnalysis(const base::Image& image) {
     lines_ = ReadingOrder(background, letterHeight_, typeface()).sort(rows);
     std::erase_if(lines_, [this](const TextLine& line) { return isSpecks(line, letterHeight_); });
     metrics_ = measureLines(lines_, letterHeight_, typeface());
+    for (const TextLine& line : lines_) {
+        grounds_.push_back(flatShareAround(line, background, mask));
+    }
 }
 
 }  // namespace platform::tesseract

@@ -21,6 +21,8 @@ class PageAnalysis {
     [[nodiscard]] const std::vector<TextLine>& lines() const { return lines_; }
     /// One for each line.
     [[nodiscard]] const std::vector<LineMetrics>& metrics() const { return metrics_; }
+    /// How flat the ground of each line is, 0..1.
+    [[nodiscard]] const std::vector<double>& grounds() const { return grounds_; }
     [[nodiscard]] const InkPlane& ink() const { return ink_; }
     /// Only where there are lines.
     [[nodiscard]] const ConnectedComponents& components() const { return *components_; }
@@ -39,6 +41,7 @@ class PageAnalysis {
     double pitch_ = 0;
     std::vector<TextLine> lines_;
     std::vector<LineMetrics> metrics_;
+    std::vector<double> grounds_;
 };
 
 }  // namespace platform::tesseract

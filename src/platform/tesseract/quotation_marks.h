@@ -14,4 +14,8 @@ bool isQuotationMark(const std::string& character);
 /// half.
 std::string quotationMarkOf(const std::string& character, const GlyphShape& shape);
 
+/// The mark that was read as it is drawn in a box of the page, straight when its ink is: that of a
+/// curly mark leans, and that of an opening one lies low, while straight marks taper downwards.
+std::string quotationMarkIn(const InkPlane& ink, const Box& box, const std::string& character);
+
 }  // namespace platform::tesseract

@@ -1,13 +1,13 @@
 #include "platform/tesseract/screen_text_reader.h"
 
 #include <algorithm>
-#include <cctype>
 
 #include "platform/tesseract/cell_consensus.h"
 #include "platform/tesseract/characters.h"
 #include "platform/tesseract/line_picture.h"
 #include "platform/tesseract/page_analysis.h"
 #include "platform/tesseract/spacing.h"
+#include "platform/tesseract/writing_decision.h"
 
 namespace platform::tesseract {
 
@@ -25,19 +25,6 @@ bool isSpeck(const LineReading& reading) {
     std::vector<std::string> characters = charactersOf(reading.text);
     std::erase(characters, " ");
     return reading.confidence < sureConfidence && characters.size() <= speckLength;
-}
-
-/// Whether letters were read, and surely.
-bool isWriting(const LineReading& reading) {
-    // In photographs the engine sees single characters, or several that it is unsure of.
-    constexpr int sureOfWriting = 65;
-    constexpr int fewestLetters = 2;
-    const auto letters =
-        std::count_if(reading.text.begin(), reading.text.end(), [](char character) {
-            const auto byte = static_cast<unsigned char>(character);
-            return byte >= 0x80 || std::isalnum(byte) != 0;
-        });
-    return reading.confidence >= sureOfWriting && letters >= fewestLetters;
 }
 
 /// As a multiple of its height.
@@ -129,10 +116,10 @@ std::vector<capture::TextObservation> ScreenTextReader::observe(
     CellConsensus cells(page.ink(), page.pitch(), page.letterHeight());
     Spacing spacing(page.ink(), page.letterHeight());
     const bool hasCells = page.typeface() == Typeface::monospaced;
-    bool hasWriting = lines.size() == 1;
+    WritingDecision decision(page.ink(), page.typeface());
     for (std::size_t index = 0; index < lines.size(); ++index) {
         LineReading& reading = readings[index];
-        hasWriting = hasWriting || isWriting(reading);
+        decision.add(lines[index], page.grounds()[index], reading);
         if (isSpeck(reading)) {
             reading.text.clear();
         }
@@ -143,7 +130,10 @@ std::vector<capture::TextObservation> ScreenTextReader::observe(
         }
     }
     std::vector<capture::TextObservation> observations;
-    for (std::size_t index = 0; hasWriting && index < lines.size(); ++index) {
+    for (std::size_t index = 0; index < lines.size(); ++index) {
+        if (!decision.isWriting(index)) {
+            continue;
+        }
         const std::string text = hasCells ? cells.corrected(index) : spacing.corrected(index);
         if (!text.empty()) {
             observations.push_back({rankedCandidates(text, readings[index])});

@@ -1,6 +1,7 @@
 #include "platform/tesseract/spacing.h"
 
 #include <algorithm>
+#include <cctype>
 #include <cmath>
 
 #include "platform/tesseract/characters.h"
@@ -12,17 +13,42 @@ namespace {
 
 /// In letter heights: a gap this wide is a space in any typeface.
 constexpr double certainSpace = 0.62;
+/// A gap this narrow is none, and as a share of the usual space of a page that shows enough.
+constexpr double certainJoin = 0.15;
+constexpr double joinShare = 0.5;
+constexpr double nearlyUsual = 0.65;
+constexpr double usualShareInWord = 1;
+constexpr double spaceBesidePunctuation = 1.05;
+/// All figures are as wide as each other, so that there is room beside a one.
+constexpr double roomBesideOne = 0.2;
+constexpr double nearbyShare = 0.4;
 /// Gaps of each kind that a page must show before its own width counts.
 constexpr int fewestGaps = 12;
 /// The share of gaps that the engine may see otherwise.
 constexpr double mostDissent = 0.05;
 /// More new spaces in a line than this: then its characters and columns do not match after all.
-constexpr int mostNewSpaces = 6;
+constexpr std::size_t mostNewSpaces = 6;
 
-bool isLowLine(const CharacterColumn& column, double baseline, double letterHeight) {
-    return column.glyphs.size() == 1 && column.box.top >= baseline &&
-           column.box.height() <= std::max(2.0, 0.25 * letterHeight) &&
-           column.box.width() >= 0.6 * letterHeight;
+CharacterPlace placeOf(const Box& box, const LineMetrics& metrics) {
+    return {(metrics.baseline - box.top) / metrics.letterHeight,
+            (metrics.baseline - box.bottom) / metrics.letterHeight,
+            box.width() / metrics.letterHeight, 1 / metrics.letterHeight};
+}
+
+bool isPunctuation(const std::string& character) {
+    return character.size() == 1 && std::ispunct(static_cast<unsigned char>(character[0])) != 0;
+}
+
+bool isSmallLetter(const std::string& character) {
+    return character.size() == 1 && std::islower(static_cast<unsigned char>(character[0])) != 0;
+}
+
+/// Whether the column's neighbour on one side is as close as the letters of a word.
+bool isInWord(const std::vector<CharacterColumn>& columns, std::size_t index, double letterHeight) {
+    const auto isNear = [&](std::size_t left) {
+        return columns[left + 1].box.left - columns[left].box.right < nearbyShare * letterHeight;
+    };
+    return (index > 0 && isNear(index - 1)) || (index + 1 < columns.size() && isNear(index));
 }
 
 /// A small disc in front of a line, half way up.
@@ -42,70 +68,104 @@ bool isBullet(const std::vector<CharacterColumn>& columns, const LineMetrics& me
 }  // namespace
 
 void Spacing::add(const TextLine& line, const LineMetrics& metrics, const std::string& text) {
-    Line added{withStraightApostrophes(text), {}};
+    Line added{withStraightApostrophes(text), {}, {}};
     const auto columns = columnsOf(line, letterHeight_);
-    std::vector<std::string> characters = charactersOf(text);
-    if (isBullet(columns, metrics) && characters.size() > 2 && characters[1] == " ") {
-        characters[0] = "•";
+    std::vector<ReadCharacter> read = readCharactersOf(text);
+    if (isBullet(columns, metrics) && read.size() > 2 && read[1].isAfterSpace) {
+        read[0].text = "•";
         added.text = "•" + added.text.substr(charactersOf(added.text).front().size());
     }
-    const auto spaces =
-        static_cast<std::size_t>(std::count(characters.begin(), characters.end(), " "));
-    const auto isLow = [&](const CharacterColumn& column) {
-        return isLowLine(column, metrics.baseline, metrics.letterHeight);
-    };
-    const auto lowLines =
-        static_cast<std::size_t>(std::count_if(columns.begin(), columns.end(), isLow));
-    const std::size_t count = characters.size() - spaces;
-    const bool lacksLowLines = lowLines > 0 && count + lowLines == columns.size() &&
-                               std::count(characters.begin(), characters.end(), "_") == 0;
-    if (count == columns.size() || lacksLowLines) {
-        std::size_t next = 0;
-        for (std::size_t index = 0; index < columns.size(); ++index) {
-            const CharacterColumn& column = columns[index];
-            Character character;
-            while (next < characters.size() && characters[next] == " ") {
-                character.isAfterSpace = true;
-                ++next;
+    if (const auto readings = alignCharacters(columns, read, metrics.letterHeight)) {
+        added.characters = charactersIn(columns, read, *readings, metrics);
+        for (const Character& character : added.characters) {
+            if (character.isAlone) {
+                added.sizes.learn(character.text, character.place);
             }
-            if (lacksLowLines && isLow(column)) {
-                // The engine took the low line for a space.
-                character = {"_", 0, false, false};
-            } else {
-                character.text = characters[next++];
-            }
-            if (isQuotationMark(character.text)) {
-                character.text = quotationMarkOf(
-                    character.text, shapeIn(ink_, column.box, static_cast<int>(metrics.baseline)));
-            }
-            if (index > 0) {
-                character.gap =
-                    (column.box.left - columns[index - 1].box.right) / metrics.letterHeight;
-                character.startsSegment = column.startsSegment;
-                const bool followsInsertion = lacksLowLines && isLow(columns[index - 1]);
-                character.isAfterSpace = character.isAfterSpace && !followsInsertion;
-            }
-            added.characters.push_back(std::move(character));
         }
     }
     lines_.push_back(std::move(added));
 }
 
-double Spacing::narrowestSpace() const {
+std::vector<Spacing::Character> Spacing::charactersIn(const std::vector<CharacterColumn>& columns,
+                                                      const std::vector<ReadCharacter>& read,
+                                                      const std::vector<ColumnReading>& readings,
+                                                      const LineMetrics& metrics) const {
+    std::vector<Character> characters;
+    std::size_t next = 0;
+    const Box* previous = nullptr;
+    bool followsInsertion = false;
+    const auto addUnplaced = [&](std::size_t end) {
+        for (; next < end; ++next) {
+            characters.push_back({withStraightApostrophes(read[next].text),
+                                  read[next].isAfterSpace,
+                                  Gap::unknown,
+                                  0,
+                                  false,
+                                  {}});
+        }
+    };
+    for (std::size_t index = 0; index < columns.size(); ++index) {
+        const Box& box = columns[index].box;
+        const ColumnReading& reading = readings[index];
+        const CharacterPlace place = placeOf(box, metrics);
+        if (reading.isContinued) {
+            previous = &box;
+            continue;
+        }
+        addUnplaced(reading.count > 0 ? reading.first : next);
+        double width =
+            previous == nullptr ? 0 : (box.left - previous->right) / metrics.letterHeight;
+        if (reading.count > 0 && previous != nullptr) {
+            width -= read[reading.first].text == "1" ? roomBesideOne : 0;
+            width -= reading.first > 0 && read[reading.first - 1].text == "1" ? roomBesideOne : 0;
+        }
+        Gap gap = columns[index].startsSegment ? Gap::betweenSegments : Gap::measured;
+        if (previous == nullptr) {
+            gap = Gap::unknown;
+        }
+        if (reading.count == 0) {
+            const std::string mark = isInWord(columns, index, letterHeight_) ? markAt(place) : "";
+            if (!mark.empty()) {
+                characters.push_back({mark, false, gap, width, true, place});
+                previous = &box;
+                followsInsertion = true;
+            }
+            continue;
+        }
+        const bool isAlone =
+            reading.count == 1 && (index + 1 == columns.size() || !readings[index + 1].isContinued);
+        std::string text = read[next].text;
+        if (isQuotationMark(text)) {
+            text = isAlone ? quotationMarkIn(ink_, box, text) : withStraightApostrophes(text);
+        }
+        characters.push_back({std::move(text), read[next].isAfterSpace && !followsInsertion, gap,
+                              width, isAlone, place});
+        ++next;
+        addUnplaced(reading.first + reading.count);
+        previous = &box;
+        followsInsertion = false;
+    }
+    addUnplaced(read.size());
+    return characters;
+}
+
+Spacing::SpaceWidths Spacing::spaceWidths() const {
     std::vector<std::pair<double, bool>> gaps;
-    int spaces = 0;
+    std::vector<double> spaceGaps;
     for (const Line& line : lines_) {
-        for (std::size_t index = 1; index < line.characters.size(); ++index) {
-            const Character& character = line.characters[index];
-            if (!character.startsSegment) {
-                gaps.emplace_back(character.gap, character.isAfterSpace);
-                spaces += character.isAfterSpace ? 1 : 0;
+        for (const Character& character : line.characters) {
+            if (character.gap == Gap::measured) {
+                gaps.emplace_back(character.width, character.isAfterSpace);
+                if (character.isAfterSpace) {
+                    spaceGaps.push_back(character.width);
+                }
             }
         }
     }
+    const int spaces = static_cast<int>(spaceGaps.size());
     const int others = static_cast<int>(gaps.size()) - spaces;
     if (spaces < fewestGaps || others < fewestGaps) {
-        return certainSpace;
+        return {certainSpace, certainSpace, certainJoin};
     }
     std::sort(gaps.begin(), gaps.end());
     int dissent = others;
@@ -118,25 +178,46 @@ double Spacing::narrowestSpace() const {
             best = (gaps[index].first + gaps[index + 1].first) / 2;
         }
     }
-    return least <= mostDissent * static_cast<double>(gaps.size()) ? best : certainSpace;
+    if (static_cast<double>(least) > mostDissent * static_cast<double>(gaps.size())) {
+        return {certainSpace, certainSpace, certainJoin};
+    }
+    const double usual = median(std::move(spaceGaps));
+    return {std::min(certainSpace, std::max(best, nearlyUsual * usual)),
+            std::min(certainSpace, std::max(best, usualShareInWord * usual)), joinShare * usual};
 }
 
-std::string Spacing::corrected(std::size_t index) {
+std::string Spacing::corrected(std::size_t index) const {
     const Line& line = lines_[index];
-    if (narrowest_ <= 0) {
-        narrowest_ = std::min(narrowestSpace(), certainSpace);
-    }
-    int added = 0;
+    const SpaceWidths widths = spaceWidths();
+    std::size_t added = 0;
     std::string text;
+    std::string previous;
     for (const Character& character : line.characters) {
-        const bool isWide = character.startsSegment || character.gap > narrowest_;
-        added += isWide && !character.isAfterSpace ? 1 : 0;
-        if (!text.empty() && (isWide || character.isAfterSpace)) {
+        bool isSpace = character.isAfterSpace;
+        // Between letters the engine knows the words; beside punctuation the typeface has room.
+        const bool besideOne = character.text == "1" || previous == "1";
+        const bool isPunctuated = isPunctuation(character.text) || isPunctuation(previous);
+        if (character.gap == Gap::betweenSegments) {
+            isSpace = true;
+        } else if (character.gap == Gap::measured) {
+            const bool isInWord = isSmallLetter(character.text) && isSmallLetter(previous);
+            const double least = isPunctuated ? spaceBesidePunctuation
+                                 : isInWord   ? widths.betweenLetters
+                                              : widths.certain;
+            const bool isWide = character.width > least;
+            const bool isNarrow = isPunctuated && !besideOne && character.width < widths.impossible;
+            isSpace = isWide || (isSpace && !isNarrow);
+        }
+        added += isSpace && !character.isAfterSpace ? 1 : 0;
+        if (!text.empty() && isSpace) {
             text += ' ';
         }
-        text += character.text;
+        text += character.isAlone
+                    ? line.sizes.corrected(character.text, character.place, isSpace ? "" : previous)
+                    : character.text;
+        previous = character.text;
     }
-    return text.empty() || added > mostNewSpaces ? line.text : text;
+    return text.empty() || added > mostNewSpaces + line.characters.size() / 8 ? line.text : text;
 }
 
 }  // namespace platform::tesseract

@@ -1,7 +1,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include "drawn_page.h"
+#include "drawn_letters.h"
 #include "platform/tesseract/glyph_dictionary.h"
 #include "platform/tesseract/icon_filter.h"
 #include "platform/tesseract/line_finder.h"
@@ -12,49 +12,6 @@
 namespace platform::tesseract {
 
 namespace {
-
-constexpr double letterHeight = 10;
-
-/// A page on which boxes stand for letters.
-class DrawnLetters {
-  public:
-    DrawnLetters(int width, int height)
-        : page_(width, height, {255, 255, 255}), ink_(width, height), mask_(width, height) {}
-
-    void draw(const Box& box) {
-        fill(page_, box, {0, 0, 0});
-        for (int y = box.top; y < box.bottom; ++y) {
-            for (int x = box.left; x < box.right; ++x) {
-                ink_.at(x, y) = 255;
-                mask_.at(x, y) = 1;
-            }
-        }
-    }
-    /// Letters from `left` on, every eight pixels, that stand on `baseline`.
-    void write(int left, int baseline, int count) {
-        for (int index = 0; index < count; ++index) {
-            const int x = left + 8 * index;
-            draw({x, baseline - static_cast<int>(letterHeight), x + 6, baseline});
-        }
-    }
-    [[nodiscard]] std::vector<Glyph> glyphs() const {
-        const ConnectedComponents components(mask_);
-        std::vector<Glyph> glyphs;
-        for (std::size_t index = 0; index < components.all().size(); ++index) {
-            const Component& component = components.all()[index];
-            glyphs.push_back({component.box, component.pixelCount, index});
-        }
-        return glyphs;
-    }
-    [[nodiscard]] const ColorPlane& page() const { return page_; }
-    InkPlane& ink() { return ink_; }
-    Mask& mask() { return mask_; }
-
-  private:
-    ColorPlane page_;
-    InkPlane ink_;
-    Mask mask_;
-};
 
 GlyphShape shapeOf(const std::vector<std::string>& rows, int rise) {
     GlyphShape shape;
@@ -75,7 +32,7 @@ TEST(Rules, a_grid_goes_and_the_letters_in_it_stay) {
     drawn.draw({0, 40, 200, 41});
     drawn.draw({100, 0, 101, 80});
     drawn.write(20, 30, 4);
-    const Rules rules(drawn.mask(), letterHeight, 13);
+    const Rules rules(drawn.mask(), drawnLetterHeight, 13);
     rules.removeFrom(drawn.mask(), drawn.ink());
     EXPECT_EQ(drawn.glyphs().size(), 4U);
     EXPECT_FALSE(rules.upright().empty());
@@ -86,7 +43,7 @@ TEST(Rules, a_stroke_that_crosses_an_underline_stays_whole) {
     drawn.write(20, 30, 4);
     drawn.draw({20, 32, 100, 33});
     drawn.draw({50, 25, 52, 38});
-    const Rules rules(drawn.mask(), letterHeight, 13);
+    const Rules rules(drawn.mask(), drawnLetterHeight, 13);
     rules.removeFrom(drawn.mask(), drawn.ink());
     EXPECT_EQ(drawn.mask().at(50, 32), 1);
     EXPECT_EQ(drawn.mask().at(80, 32), 0);
@@ -96,7 +53,7 @@ TEST(LineFinder, letters_side_by_side_are_one_segment_and_rows_come_from_the_top
     DrawnLetters drawn(300, 100);
     drawn.write(10, 70, 5);
     drawn.write(10, 30, 3);
-    const auto rows = LineFinder(letterHeight, {}).find(drawn.glyphs());
+    const auto rows = LineFinder(drawnLetterHeight, {}).find(drawn.glyphs());
     ASSERT_EQ(rows.size(), 2U);
     EXPECT_EQ(rows[0].glyphsFromLeft().size(), 3U);
     EXPECT_EQ(rows[1].glyphsFromLeft().size(), 5U);
@@ -106,7 +63,7 @@ TEST(LineFinder, words_far_apart_on_one_height_are_segments_of_one_row) {
     DrawnLetters drawn(300, 60);
     drawn.write(10, 30, 4);
     drawn.write(200, 30, 4);
-    const auto rows = LineFinder(letterHeight, {}).find(drawn.glyphs());
+    const auto rows = LineFinder(drawnLetterHeight, {}).find(drawn.glyphs());
     ASSERT_EQ(rows.size(), 1U);
     EXPECT_EQ(rows[0].segments.size(), 2U);
 }
@@ -114,7 +71,7 @@ TEST(LineFinder, words_far_apart_on_one_height_are_segments_of_one_row) {
 TEST(LineFinder, no_segment_reaches_across_a_divider) {
     DrawnLetters drawn(300, 60);
     drawn.write(10, 30, 8);
-    const auto rows = LineFinder(letterHeight, {{41, 0, 42, 60}}).find(drawn.glyphs());
+    const auto rows = LineFinder(drawnLetterHeight, {{41, 0, 42, 60}}).find(drawn.glyphs());
     ASSERT_EQ(rows.size(), 1U);
     EXPECT_EQ(rows[0].segments.size(), 2U);
 }
@@ -125,7 +82,7 @@ TEST(LineFinder, a_low_line_belongs_to_the_row_above_it) {
     drawn.draw({34, 32, 41, 33});
     drawn.write(42, 30, 3);
     drawn.write(10, 48, 8);
-    const auto rows = LineFinder(letterHeight, {}).find(drawn.glyphs());
+    const auto rows = LineFinder(drawnLetterHeight, {}).find(drawn.glyphs());
     ASSERT_EQ(rows.size(), 2U);
     EXPECT_EQ(rows[0].glyphsFromLeft().size(), 7U);
 }
@@ -134,9 +91,10 @@ TEST(IconFilter, what_reaches_beyond_the_letters_on_both_sides_is_an_icon) {
     DrawnLetters drawn(300, 60);
     drawn.draw({10, 16, 28, 34});
     drawn.write(40, 30, 6);
-    auto rows = LineFinder(letterHeight, {}).find(drawn.glyphs());
+    auto rows = LineFinder(drawnLetterHeight, {}).find(drawn.glyphs());
     const ConnectedComponents components(drawn.mask());
-    IconFilter(drawn.page(), drawn.ink(), components, letterHeight, letterHeight).removeFrom(rows);
+    IconFilter(drawn.page(), drawn.ink(), components, drawnLetterHeight, drawnLetterHeight)
+        .removeFrom(rows);
     ASSERT_EQ(rows.size(), 1U);
     EXPECT_EQ(rows[0].glyphsFromLeft().size(), 6U);
 }
@@ -145,9 +103,10 @@ TEST(IconFilter, a_row_of_letters_keeps_all_of_them) {
     DrawnLetters drawn(300, 60);
     drawn.write(10, 30, 1);
     drawn.write(40, 30, 6);
-    auto rows = LineFinder(letterHeight, {}).find(drawn.glyphs());
+    auto rows = LineFinder(drawnLetterHeight, {}).find(drawn.glyphs());
     const ConnectedComponents components(drawn.mask());
-    IconFilter(drawn.page(), drawn.ink(), components, letterHeight, letterHeight).removeFrom(rows);
+    IconFilter(drawn.page(), drawn.ink(), components, drawnLetterHeight, drawnLetterHeight)
+        .removeFrom(rows);
     ASSERT_EQ(rows.size(), 1U);
     EXPECT_EQ(rows[0].glyphsFromLeft().size(), 7U);
 }
@@ -159,8 +118,9 @@ TEST(ReadingOrder, two_columns_of_prose_are_read_one_after_the_other) {
         drawn.write(300, 30 + 20 * line, 25);
     }
     const BackgroundModel background(drawn.page());
-    const auto rows = LineFinder(letterHeight, {}).find(drawn.glyphs());
-    const auto lines = ReadingOrder(background, letterHeight, Typeface::proportional).sort(rows);
+    const auto rows = LineFinder(drawnLetterHeight, {}).find(drawn.glyphs());
+    const auto lines =
+        ReadingOrder(background, drawnLetterHeight, Typeface::proportional).sort(rows);
     ASSERT_EQ(lines.size(), 10U);
     EXPECT_LT(lines[4].segments.front().box.left, 300);
     EXPECT_EQ(lines[5].segments.front().box.left, 300);
@@ -174,8 +134,9 @@ TEST(ReadingOrder, the_cells_of_a_table_stay_in_their_rows) {
         drawn.write(400, 30 + 20 * line, 3);
     }
     const BackgroundModel background(drawn.page());
-    const auto rows = LineFinder(letterHeight, {}).find(drawn.glyphs());
-    EXPECT_EQ(ReadingOrder(background, letterHeight, Typeface::proportional).sort(rows).size(), 5U);
+    const auto rows = LineFinder(drawnLetterHeight, {}).find(drawn.glyphs());
+    EXPECT_EQ(ReadingOrder(background, drawnLetterHeight, Typeface::proportional).sort(rows).size(),
+              5U);
 }
 
 TEST(GlyphDictionary, the_majority_of_the_readings_of_a_shape_counts) {
@@ -205,6 +166,25 @@ TEST(QuotationMarks, a_mark_that_does_not_lean_is_straight) {
 
 TEST(QuotationMarks, a_mark_that_leans_stays_curly) {
     EXPECT_EQ(quotationMarkOf("’", shapeOf({".##", ".##", "##.", "#.."}, 10)), "’");
+}
+
+TEST(QuotationMarks, a_mark_whose_ink_leans_or_lies_low_stays_curly) {
+    const auto drawn = [](const std::vector<std::string>& rows) {
+        InkPlane ink(8, 8);
+        for (std::size_t y = 0; y < rows.size(); ++y) {
+            for (std::size_t x = 0; x < rows[y].size(); ++x) {
+                ink.at(static_cast<int>(x) + 2, static_cast<int>(y) + 2) =
+                    static_cast<std::uint8_t>(rows[y][x] == '.' ? 0 : (rows[y][x] - '0') * 28);
+            }
+        }
+        return ink;
+    };
+    const Box box{2, 2, 4, 6};
+    EXPECT_EQ(quotationMarkIn(drawn({"99", "99", "99", "99"}), box, "’"), "'");
+    EXPECT_EQ(quotationMarkIn(drawn({"99", "99", "88", "66"}), box, "“"), "\"");
+    EXPECT_EQ(quotationMarkIn(drawn({"59", "59", "95", "93"}), box, "’"), "’");
+    EXPECT_EQ(quotationMarkIn(drawn({"33", "66", "99", "99"}), box, "“"), "“");
+    EXPECT_EQ(quotationMarkIn(drawn({"33", "66", "99", "99"}), box, "”"), "\"");
 }
 
 }  // namespace platform::tesseract
