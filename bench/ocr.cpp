@@ -1,4 +1,6 @@
-// Reads sets of pictures whose text is known and prints how much of it was right.
+// Reads sets of pictures whose text is known and prints how much of it was right and what it took:
+// processor time on one thread, time by the clock on two, and, where the first set has a picture of
+// a single word, the helper's first use and the memory that is left behind.
 //
 //   ocr [--texts FOLDER] [--pictures] [--no-command-line] SET...
 //
@@ -10,10 +12,13 @@
 #include <map>
 #include <string>
 
+#include "helper_run.h"
 #include "reading_run.h"
 #include "text_score.h"
 
 namespace {
+
+using platform::tesseract::CrewSize;
 
 struct Options {
     std::filesystem::path texts;
@@ -34,6 +39,7 @@ class Tally {
             textFromNothing_ += score.wrongCharacters;
         }
         cpu_ += reading.cpu;
+        wall_ += reading.wall;
         megapixels_ += reading.megapixels;
     }
 
@@ -41,9 +47,12 @@ class Tally {
         std::printf(
             "%-24s CER %6.2f %%   exact lines %5.1f %%   CPU %6.0f ms/MP   "
             "characters from pictures without text %ld\n",
-            recognizer, 100 * whole_.errorRate(), 100 * whole_.exactShare(), cpu_ / megapixels_,
+            recognizer, 100 * whole_.errorRate(), 100 * whole_.exactShare(), cpuPerMegapixel(),
             textFromNothing_);
     }
+
+    [[nodiscard]] double cpuPerMegapixel() const { return cpu_ / megapixels_; }
+    [[nodiscard]] double wallPerMegapixel() const { return wall_ / megapixels_; }
 
     void printGroups() const {
         for (const auto& [name, score] : groups_) {
@@ -72,6 +81,7 @@ class Tally {
     std::map<std::string, bench::TextScore> programs_;
     long textFromNothing_ = 0;
     double cpu_ = 0;
+    double wall_ = 0;
     double megapixels_ = 0;
 };
 
@@ -85,16 +95,26 @@ int readSet(const std::filesystem::path& folder, const Options& options) {
     if (!samples) {
         return fail(samples.error());
     }
-    bench::ReadingRun run;
+    bench::ReadingRun oneThread(CrewSize::one);
+    bench::ReadingRun twoThreads(CrewSize::two);
     Tally own;
+    Tally spread;
     Tally commandLine;
     for (const bench::Sample& sample : samples.value()) {
-        const auto reading = run.read(sample);
+        const auto reading = oneThread.read(sample);
         if (!reading) {
             return fail(reading.error());
         }
+        const auto again = twoThreads.read(sample);
+        if (!again) {
+            return fail(again.error());
+        }
+        if (again.value().text != reading.value().text) {
+            std::printf("  %s: two threads read another text than one\n", sample.name.c_str());
+        }
         const auto score = bench::scoreText(sample.truth, reading.value().text);
         own.add(sample, score, reading.value());
+        spread.add(sample, score, again.value());
         if (!options.texts.empty()) {
             std::ofstream(options.texts / (sample.name + ".txt")) << reading.value().text;
         }
@@ -115,8 +135,28 @@ int readSet(const std::filesystem::path& folder, const Options& options) {
     std::printf("%s\n", folder.c_str());
     own.printGroups();
     own.print("this program");
+    std::printf("%-24s %.0f ms/MP by the clock, %.0f %% of the processor time on one\n",
+                "  on two threads", spread.wallPerMegapixel(),
+                100 * spread.wallPerMegapixel() / own.cpuPerMegapixel());
     if (options.runsCommandLine) {
         commandLine.print("tesseract command line");
+    }
+    return 0;
+}
+
+/// Once with each locale: the same small picture, whatever its language.
+int printFirstUses(const std::filesystem::path& helper, const std::filesystem::path& picture) {
+    constexpr double mebibyte = 1 << 20;
+    for (const char* locale : {"C.UTF-8", "de_DE.UTF-8", "fr_FR.UTF-8"}) {
+        const auto use = bench::measureFirstUse(helper, locale, picture);
+        if (!use) {
+            return fail(use.error());
+        }
+        std::printf(
+            "first use, %-11s  helper %4.0f ms CPU   this process %.2f MiB before, %.2f MiB "
+            "after\n",
+            locale, use.value().cpu, static_cast<double>(use.value().residentBefore) / mebibyte,
+            static_cast<double>(use.value().residentAfter) / mebibyte);
     }
     return 0;
 }
@@ -142,6 +182,14 @@ int main(int count, char** arguments) {
         std::fprintf(stderr,
                      "Usage: ocr [--texts FOLDER] [--pictures] [--no-command-line] SET...\n");
         return 2;
+    }
+    const auto word = options.sets.front() / "word01.png";
+    if (std::filesystem::exists(word)) {
+        const auto helper = std::filesystem::absolute(arguments[0]).parent_path().parent_path() /
+                            "lumaframe-text-helper";
+        if (const int status = printFirstUses(helper, word); status != 0) {
+            return status;
+        }
     }
     for (const auto& folder : options.sets) {
         if (const int status = readSet(folder, options); status != 0) {

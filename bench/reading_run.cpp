@@ -14,9 +14,9 @@ namespace bench {
 
 namespace {
 
-double threadMilliseconds() {
+double millisecondsOf(clockid_t clock) {
     timespec time{};
-    clock_gettime(CLOCK_THREAD_CPUTIME_ID, &time);
+    clock_gettime(clock, &time);
     return static_cast<double>(time.tv_sec) * 1e3 + static_cast<double>(time.tv_nsec) / 1e6;
 }
 
@@ -33,7 +33,7 @@ double megapixelsOf(const base::Image& picture) {
 base::Result<Reading> ReadingRun::read(const Sample& sample) {
     auto& reader = readers_[sample.languages];
     if (reader == nullptr) {
-        auto created = platform::tesseract::ScreenTextReader::create(sample.languages);
+        auto created = platform::tesseract::ScreenTextReader::create(sample.languages, threads_);
         if (!created) {
             return created.error();
         }
@@ -43,12 +43,16 @@ base::Result<Reading> ReadingRun::read(const Sample& sample) {
     if (!picture) {
         return picture.error();
     }
-    const double before = threadMilliseconds();
+    const double cpuBefore = millisecondsOf(CLOCK_PROCESS_CPUTIME_ID);
+    const double wallBefore = millisecondsOf(CLOCK_MONOTONIC);
     const auto observations = reader->read(picture.value());
     if (!observations) {
         return observations.error();
     }
-    Reading reading{{}, threadMilliseconds() - before, megapixelsOf(picture.value())};
+    Reading reading{{},
+                    millisecondsOf(CLOCK_PROCESS_CPUTIME_ID) - cpuBefore,
+                    millisecondsOf(CLOCK_MONOTONIC) - wallBefore,
+                    megapixelsOf(picture.value())};
     for (const auto& observation : observations.value()) {
         if (!observation.candidates.empty()) {
             reading.text += observation.candidates.front() + "\n";
@@ -85,6 +89,7 @@ base::Result<Reading> readWithCommandLine(const Sample& sample) {
     if (failure != 0) {
         return base::Error{base::ErrorKind::notFound, "The tesseract command is not installed."};
     }
+    const double wallBefore = millisecondsOf(CLOCK_MONOTONIC);
     int status = 0;
     rusage usage{};
     wait4(child, &status, 0, &usage);
@@ -93,7 +98,7 @@ base::Result<Reading> readWithCommandLine(const Sample& sample) {
     std::ifstream source(file);
     Reading reading{std::string(std::istreambuf_iterator<char>(source), {}),
                     milliseconds(usage.ru_utime) + milliseconds(usage.ru_stime),
-                    megapixelsOf(picture.value())};
+                    millisecondsOf(CLOCK_MONOTONIC) - wallBefore, megapixelsOf(picture.value())};
     std::filesystem::remove(file);
     return reading;
 }

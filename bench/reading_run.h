@@ -14,8 +14,9 @@ namespace bench {
 /// A reading and what it took.
 struct Reading {
     std::string text;
-    /// Processor time, milliseconds.
+    /// Processor time of all threads, and time by the clock: milliseconds.
     double cpu = 0;
+    double wall = 0;
     /// Of the picture.
     double megapixels = 0;
 };
@@ -23,9 +24,12 @@ struct Reading {
 /// Reads samples with the program's own recogniser, one engine kept for each list of languages.
 class ReadingRun {
   public:
+    explicit ReadingRun(platform::tesseract::CrewSize threads) : threads_(threads) {}
+
     base::Result<Reading> read(const Sample& sample);
 
   private:
+    platform::tesseract::CrewSize threads_;
     std::map<std::vector<std::string>, std::unique_ptr<platform::tesseract::ScreenTextReader>>
         readers_;
 };

@@ -34,10 +34,10 @@ class LineCrew {
     /// Whether the second engine is loaded.
     [[nodiscard]] bool isComplete() const { return second_ != nullptr; }
 
-    /// In line heights. Loading was measured to cost as much as reading a hundred of them; from
-    /// three hundred on, two threads end in two thirds of the time although one of them has to load
-    /// its engine first.
-    static constexpr double worthSecondEngine = 300;
+    /// In line heights. Loading was measured to cost as much as reading 25 of them; from a hundred
+    /// on, two threads end in six tenths of the time although one of them has to load its engine
+    /// first.
+    static constexpr double worthSecondEngine = 100;
 
   private:
     LineCrew(std::unique_ptr<LineReader> first, CrewSize size);

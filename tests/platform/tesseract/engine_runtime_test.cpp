@@ -31,8 +31,10 @@ long threadCount() {
 TEST(EngineRuntime, what_the_engine_calls_is_found_in_this_program) {
     Dl_info here{};
     ASSERT_NE(::dladdr(reinterpret_cast<void*>(&keepEngineOnThisThread), &here), 0);
-    for (const char* name : {"GOMP_parallel", "GOMP_parallel_sections", "GOMP_sections_next",
-                             "GOMP_sections_end_nowait", "pixWriteMem"}) {
+    for (const char* name :
+         {"GOMP_parallel", "GOMP_parallel_sections", "GOMP_sections_next",
+          "GOMP_sections_end_nowait", "pixWriteMem",
+          "_ZN9tesseract13UnicharAmbigs13LoadUniversalERKNS_10UNICHARSETEPS1_"}) {
         Dl_info found{};
         ASSERT_NE(::dladdr(::dlsym(RTLD_DEFAULT, name), &found), 0) << name;
         EXPECT_EQ(std::string(found.dli_fname), here.dli_fname) << name;

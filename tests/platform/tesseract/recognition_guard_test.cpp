@@ -14,7 +14,7 @@ bench::TextScore scoreSet(const std::filesystem::path& folder) {
     if (!samples) {
         return whole;
     }
-    bench::ReadingRun run;
+    bench::ReadingRun run(platform::tesseract::CrewSize::two);
     for (const bench::Sample& sample : samples.value()) {
         const auto reading = run.read(sample);
         EXPECT_TRUE(reading) << reading.error().sentence;
