@@ -5,6 +5,7 @@
 #include <cmath>
 #include <limits>
 
+#include "platform/tesseract/cell_marks.h"
 #include "platform/tesseract/character_grid.h"
 #include "platform/tesseract/characters.h"
 #include "platform/tesseract/quotation_marks.h"
@@ -19,9 +20,6 @@ constexpr double cellDescent = 0.8;
 /// A space is an empty cell with this much of the pitch free.
 constexpr double freeShare = 0.55;
 
-/// A low line: in letter heights, and in pitches.
-constexpr double flatShare = 0.2;
-constexpr double lowLineShare = 0.7;
 /// Words that the engine is this sure of teach what the shapes are.
 constexpr int sureConfidence = 75;
 
@@ -158,11 +156,8 @@ std::optional<std::string> CellConsensus::characterOf(const Cell& cell) const {
     if (shape.isEmpty()) {
         return std::nullopt;
     }
-    const int height = heightOf(shape);
-    // Nothing else lies flat below the baseline.
-    if (height <= std::max(2.0, flatShare * letterHeight_) && shape.rise <= 1 &&
-        shape.width >= lowLineShare * pitch_) {
-        return "_";
+    if (std::string mark = markOf(shape, letterHeight_, pitch_); !mark.empty()) {
+        return mark;
     }
     return dictionary_.find(shape);
 }

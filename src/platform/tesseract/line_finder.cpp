@@ -88,26 +88,11 @@ void LineFinder::attachMarks(const std::vector<Glyph>& marks, std::vector<Segmen
     for (const Segment& segment : segments) {
         baselines.push_back(baselineOf(segment));
     }
-    const int aroundX = static_cast<int>(largestGap()) + 1;
-    const int aroundY = static_cast<int>(markReach * letterHeight_) + 1;
-    for (const Glyph& mark : marks) {
-        std::size_t nearest = segments.size();
-        double least = std::numeric_limits<double>::max();
-        for (const std::size_t number : index.near(grown(mark.box, aroundX, aroundY))) {
-            const Segment& segment = segments[number];
-            const double aside = std::max(0, -mark.box.sharedColumns(segment.box));
-            const double middle = mark.box.centerY();
-            const double above = std::max(0.0, segment.box.top - middle);
-            const double below = std::max(0.0, middle - segment.box.bottom);
-            // Low lines and commas below a row are commoner than accents above capitals.
-            const double far = 0.5 * aside + 2 * below + 4 * above;
-            if (far < least && aside <= largestGap() &&
-                std::max(above, below) <= markReach * letterHeight_ &&
-                isBesideBaseline(mark, baselines[number]) && !areDivided(segment.box, mark.box)) {
-                least = far;
-                nearest = number;
-            }
-        }
+    // Of several marks in front of a word, the last one is near it and the others near each other.
+    const std::vector<Glyph> leftOver = withoutNeighbors(
+        withoutNeighbors(marks, segments, baselines, index), segments, baselines, index);
+    for (const Glyph& mark : leftOver) {
+        const std::size_t nearest = nearestTo(mark, segments, baselines, index);
         if (nearest != segments.size()) {
             add(segments[nearest], mark);
         } else if (mark.box.width() >= 3 || mark.pixelCount >= 6) {
@@ -118,6 +103,49 @@ void LineFinder::attachMarks(const std::vector<Glyph>& marks, std::vector<Segmen
         }
         index.put(nearest, segments[nearest].box);
     }
+}
+
+std::vector<Glyph> LineFinder::withoutNeighbors(const std::vector<Glyph>& marks,
+                                                std::vector<Segment>& segments,
+                                                const std::vector<double>& baselines,
+                                                BoxIndex& index) const {
+    std::vector<Glyph> others;
+    for (const Glyph& mark : marks) {
+        const std::size_t nearest = nearestTo(mark, segments, baselines, index);
+        if (nearest == segments.size()) {
+            others.push_back(mark);
+            continue;
+        }
+        add(segments[nearest], mark);
+        index.put(nearest, segments[nearest].box);
+    }
+    std::reverse(others.begin(), others.end());
+    return others;
+}
+
+std::size_t LineFinder::nearestTo(const Glyph& mark, const std::vector<Segment>& segments,
+                                  const std::vector<double>& baselines,
+                                  const BoxIndex& index) const {
+    const int aroundX = static_cast<int>(largestGap()) + 1;
+    const int aroundY = static_cast<int>(markReach * letterHeight_) + 1;
+    std::size_t nearest = segments.size();
+    double least = std::numeric_limits<double>::max();
+    for (const std::size_t number : index.near(grown(mark.box, aroundX, aroundY))) {
+        const Segment& segment = segments[number];
+        const double aside = std::max(0, -mark.box.sharedColumns(segment.box));
+        const double middle = mark.box.centerY();
+        const double above = std::max(0.0, segment.box.top - middle);
+        const double below = std::max(0.0, middle - segment.box.bottom);
+        // Low lines and commas below a row are commoner than accents above capitals.
+        const double far = 0.5 * aside + 2 * below + 4 * above;
+        if (far < least && aside <= largestGap() &&
+            std::max(above, below) <= markReach * letterHeight_ &&
+            isBesideBaseline(mark, baselines[number]) && !areDivided(segment.box, mark.box)) {
+            least = far;
+            nearest = number;
+        }
+    }
+    return nearest;
 }
 
 double LineFinder::baselineOf(const Segment& segment) const {

@@ -26,6 +26,16 @@ class LineFinder {
                                              BoxIndex& index) const;
     void attachMarks(const std::vector<Glyph>& marks, std::vector<Segment>& segments,
                      BoxIndex& index) const;
+    /// Adds the marks that are near a segment to it, in their order; returns the others, the other
+    /// way round.
+    [[nodiscard]] std::vector<Glyph> withoutNeighbors(const std::vector<Glyph>& marks,
+                                                      std::vector<Segment>& segments,
+                                                      const std::vector<double>& baselines,
+                                                      BoxIndex& index) const;
+    /// The number of the segment that the mark belongs to, or how many there are.
+    [[nodiscard]] std::size_t nearestTo(const Glyph& mark, const std::vector<Segment>& segments,
+                                        const std::vector<double>& baselines,
+                                        const BoxIndex& index) const;
     void mergeOverlapping(std::vector<Segment>& segments, BoxIndex& index) const;
     /// 0 for marks alone.
     [[nodiscard]] double baselineOf(const Segment& segment) const;
