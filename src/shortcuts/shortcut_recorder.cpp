@@ -205,7 +205,8 @@ void ShortcutRecorder::refresh() {
     model_.update();
     pill_->show(model_);
     const bool canReset = model_.canReset();
-    if (!canReset && resetButton_->hasFocus()) {
+    // Asked of the window, which keeps its focus also while another one has the input.
+    if (!canReset && window()->focusWidget() == resetButton_) {
         pill_->setFocus(Qt::OtherFocusReason);
     }
     resetButton_->setVisible(canReset);
