@@ -9,7 +9,7 @@ struct Bundle {
     /// What a person drags to hand the program to another one: on a freedesktop system the desktop
     /// entry of an installed program, the binary of another one.
     std::string location;
-    /// A picture of the application icon, at least 300 pixels in square.
+    /// A PNG picture of the application icon, at least 300 pixels in square.
     std::string icon;
 };
 

@@ -3,7 +3,6 @@
 #include <QApplication>
 #include <algorithm>
 #include <array>
-#include <cmath>
 #include <numbers>
 
 namespace ui {
@@ -15,6 +14,8 @@ constexpr double separatorOpacity = 0.1;
 /// How much lighter than the window a card is; on a dark desktop little looks like much.
 constexpr double lightCardShare = 0.65;
 constexpr double darkCardShare = 0.055;
+/// How many radii before the corner a continuous corner begins.
+constexpr double cornerReach = 1.5;
 
 QColor mixed(const QColor& from, const QColor& to, double share) {
     const auto channel = [share](float a, float b) {
@@ -68,36 +69,27 @@ QColor cardMaterial(const QPalette& palette) {
 QPainterPath continuousRectangle(const QRectF& rectangle, double radius) {
     const double shortHalf = std::min(rectangle.width(), rectangle.height()) / 2;
     const double arc = std::min(radius, shortHalf);
-    const double reach = std::min(1.5 * arc, shortHalf);
+    const double reach = std::min(cornerReach * arc, shortHalf);
+    QPainterPath path;
     if (reach <= 0) {
-        QPainterPath path;
         path.addRect(rectangle);
         return path;
     }
-    // On the diagonal a circle is arc (1 - 1/sqrt 2) away from the corner, the superellipse
-    // |x|^n + |y|^n = reach^n is reach (1 - 2^(-1/n)) away; equal for this n.
-    const double diagonal = 1 - arc / reach * (1 - 1 / std::numbers::sqrt2);
-    const double exponent = -1 / std::log2(diagonal);
-    constexpr int steps = 24;
-    const std::array<QPointF, 4> corners{rectangle.bottomRight(), rectangle.bottomLeft(),
-                                         rectangle.topLeft(), rectangle.topRight()};
-    QPolygonF outline;
-    for (std::size_t corner = 0; corner < corners.size(); ++corner) {
-        const double inwardX = corner == 0 || corner == 3 ? -1 : 1;
-        const double inwardY = corner < 2 ? -1 : 1;
-        for (int step = 0; step <= steps; ++step) {
-            // Clockwise: from the vertical side at the first corner, from the horizontal one at the
-            // next.
-            const int place = corner % 2 == 0 ? step : steps - step;
-            const double angle = std::numbers::pi / 2 * place / steps;
-            const double x = std::pow(std::cos(angle), 2 / exponent);
-            const double y = std::pow(std::sin(angle), 2 / exponent);
-            outline << corners.at(corner) +
-                           QPointF(inwardX * reach * (1 - x), inwardY * reach * (1 - y));
-        }
+    // With the corner as origin a curve from (reach, 0) to (0, reach), whose handles are `handle`
+    // long, has its middle at (4 reach - 3 handle) / 8, the arc of a circle at arc (1 - 1/sqrt 2).
+    const double handle = (4 * reach - 8 * arc * (1 - 1 / std::numbers::sqrt2)) / 3;
+    const std::array corners{rectangle.topRight(), rectangle.bottomRight(), rectangle.bottomLeft(),
+                             rectangle.topLeft()};
+    // The way along the sides, clockwise: towards each corner, and on to the next.
+    const std::array<QPointF, 5> ways{QPointF(1, 0), QPointF(0, 1), QPointF(-1, 0), QPointF(0, -1),
+                                      QPointF(1, 0)};
+    path.moveTo(corners[0] - ways[0] * reach);
+    for (std::size_t index = 0; index < corners.size(); ++index) {
+        const QPointF begin = corners.at(index) - ways.at(index) * reach;
+        const QPointF end = corners.at(index) + ways.at(index + 1) * reach;
+        path.lineTo(begin);
+        path.cubicTo(begin + ways.at(index) * handle, end - ways.at(index + 1) * handle, end);
     }
-    QPainterPath path;
-    path.addPolygon(outline);
     path.closeSubpath();
     return path;
 }

@@ -30,9 +30,9 @@ QColor accentColor(const QPalette& palette);
 QColor windowMaterial(const QPalette& palette);
 QColor cardMaterial(const QPalette& palette);
 
-/// A rectangle with continuous corners, whose curvature has no jump: each corner is a superellipse
+/// A rectangle with continuous corners, into which the sides bend slowly: each corner is one curve
 /// that begins 1.5 radii before it and goes through the middle of the circular arc. Where the sides
-/// are too short for that it begins later; with half the height as radius it is a capsule.
+/// are too short for that it begins later; with half the height as radius it is a half circle.
 QPainterPath continuousRectangle(const QRectF& rectangle, double radius);
 /// The rectangle between two half circles.
 QPainterPath capsule(const QRectF& rectangle);

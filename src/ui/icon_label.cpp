@@ -18,7 +18,9 @@ constexpr int draggedSize = 64;
 
 /// The picture at `path`, fitted into a square of `size` points on the sharpest display.
 QPixmap readIcon(const std::string& path, int size) {
-    QImageReader reader(QString::fromStdString(path));
+    QImageReader reader(QString::fromStdString(path), "png");
+    // Told, and not to be found out: that would load every reader of pictures that is installed.
+    reader.setAutoDetectImageFormat(false);
     if (path.empty() || !reader.canRead()) {
         return {};
     }

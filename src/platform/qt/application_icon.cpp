@@ -1,6 +1,7 @@
 #include "platform/qt/application_icon.h"
 
 #include <QFileInfo>
+#include <QImageReader>
 #include <QPainter>
 #include <QPixmap>
 #include <array>
@@ -28,6 +29,14 @@ QPixmap paintedIcon(int size) {
     return pixmap;
 }
 
+/// The format is told, and not to be found out: that would load every reader of pictures that is
+/// installed, for good.
+QPixmap readPng(const QString& file) {
+    QImageReader reader(file, "png");
+    reader.setAutoDetectImageFormat(false);
+    return QPixmap::fromImageReader(&reader);
+}
+
 }  // namespace
 
 QIcon applicationIcon(const std::string& iconDirectory) {
@@ -36,7 +45,7 @@ QIcon applicationIcon(const std::string& iconDirectory) {
         const QString folder = QString::number(size) + u'x' + QString::number(size);
         const QString file = QString::fromStdString(iconDirectory) + u'/' + folder +
                              QStringLiteral("/apps/app.lumaframe.Lumaframe.png");
-        const QPixmap pixmap = QFileInfo::exists(file) ? QPixmap(file) : QPixmap();
+        const QPixmap pixmap = QFileInfo::exists(file) ? readPng(file) : QPixmap();
         if (!pixmap.isNull()) {
             icon.addPixmap(pixmap);
         }

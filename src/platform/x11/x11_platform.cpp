@@ -5,6 +5,7 @@
 #include <QApplication>
 #include <QGuiApplication>
 #include <QIcon>
+#include <QWidget>
 #include <cstdio>
 #include <cstdlib>
 #include <memory>
@@ -100,6 +101,7 @@ class X11Platform final : public RunningPlatform {
     int run() override { return QApplication::exec(); }
 
   private:
+    std::unique_ptr<QWidget> makeWindow(const std::string& sceneId);
     Dispatch dispatch();
 
     Foundation foundation_;
@@ -140,9 +142,7 @@ X11Platform::X11Platform(const StartOptions& options, Foundation foundation,
           directories_, options.log, *foundation_.mainQueue, qt::fileDescriptorWatch())),
       windows_(
           options.notifications, *foundation_.mainQueue,
-          [this](const std::string& sceneId) {
-              return scenes_ == nullptr ? nullptr : scenes_->makeWindow(sceneId);
-          },
+          [this](const std::string& sceneId) { return makeWindow(sceneId); },
           {.activate = [this](WId id) { windowManager_.activate(static_cast<xcb_window_t>(id)); },
            .setPolicy =
                [this](WId id, app::ActivationPolicy policy) {
@@ -181,6 +181,17 @@ X11Platform::X11Platform(const StartOptions& options, Foundation foundation,
                      : qt::NativeEventFilter::Verdict::pass;
       }),
       events_(foundation_.connection->fileDescriptor(), [this] { return dispatch(); }) {}
+
+std::unique_ptr<QWidget> X11Platform::makeWindow(const std::string& sceneId) {
+    auto window = scenes_ == nullptr ? nullptr : scenes_->makeWindow(sceneId);
+    if (window) {
+        // A closed window leaves holes between what stays; here they go back.
+        QObject::connect(
+            window.get(), &QObject::destroyed, qApp,
+            [queue = foundation_.mainQueue.get()] { queue->post([] { malloc_trim(0); }); });
+    }
+    return window;
+}
 
 Dispatch X11Platform::dispatch() {
     const auto dispatched = foundation_.connection->dispatchNextEvent();
