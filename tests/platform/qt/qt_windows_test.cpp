@@ -47,7 +47,8 @@ class Windows : public testing::Test {
              .setPolicy =
                  [this](WId window, ActivationPolicy policy) {
                      windowManager_.setActivationPolicy(nativeId(window), policy);
-                 }},
+                 },
+             .exists = [this](WId window) { return windowManager_.exists(nativeId(window)); }},
             std::move(handOver));
     }
     static xcb_window_t nativeId(WId window) { return static_cast<xcb_window_t>(window); }
@@ -164,6 +165,20 @@ TEST_F(Windows, a_closed_window_is_gone_and_its_scene_opens_anew) {
     windows.openScene("main");
     EXPECT_TRUE(runUntil([&] { return isActive("main"); }));
     EXPECT_NE(windows.windows().front().handle, handle);
+}
+
+TEST_F(Windows, a_window_that_another_program_destroyed_is_gone_and_its_scene_opens_anew) {
+    QtWindows windows = make();
+    windows.openScene("main");
+    ASSERT_TRUE(runUntil([&] { return isActive("main"); }));
+    const xcb_window_t first = withRole("main").front();
+    xcb_destroy_window(desktop_.client().get(), first);
+    desktop_.client().synchronize();
+    EXPECT_THAT(identifiers(windows), IsEmpty());
+    windows.openScene("main");
+    EXPECT_THAT(identifiers(windows), ElementsAre("main"));
+    EXPECT_TRUE(runUntil([&] { return isActive("main"); }));
+    EXPECT_NE(withRole("main").front(), first);
 }
 
 TEST_F(Windows, an_open_scene_comes_in_front_of_another_program) {
