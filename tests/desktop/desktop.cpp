@@ -43,7 +43,8 @@ constexpr const char* busConfiguration = R"(<busconfig>
 /// Splits at tab stops, which the recorder replaces inside the fields.
 std::vector<std::string> fields(const std::string& line) {
     std::vector<std::string> parts;
-    std::istringstream stream(line);
+    // A last field that is empty is one, too.
+    std::istringstream stream(line + '\t');
     for (std::string part; std::getline(stream, part, '\t');) {
         parts.push_back(part);
     }

@@ -32,12 +32,15 @@ void Session::writeSettings(nlohmann::json values) {
     values["shortcutsEnabledMigration_v1"] = true;
     values["shortcutsDefaultKeyMigration_v2"] = true;
     std::filesystem::create_directories(settingsFile().parent_path());
-    std::ofstream(settingsFile()) << values;
+    // Never seen half written, since the program reads the file as soon as it changes.
+    const auto aside = settingsFile().string() + ".new";
+    std::ofstream(aside) << values;
+    std::filesystem::rename(aside, settingsFile());
 }
 
 void Session::startWithoutWaiting(const desktop::Environment& environment,
                                   std::function<void()> beforeExec) {
-    program_ = desktop_.start("lumaframe", {LUMAFRAME_PROGRAM}, environment, std::move(beforeExec));
+    program_ = desktop_.start("lumaframe", {executable_}, environment, std::move(beforeExec));
 }
 
 void Session::start(SettingsWindow window, const desktop::Environment& environment,

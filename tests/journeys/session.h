@@ -48,9 +48,12 @@ class Session {
     // Settings, as a text editor would see and change them.
     [[nodiscard]] std::filesystem::path settingsFile() const;
     [[nodiscard]] nlohmann::json readSettings() const;
-    /// Writes the file with `values` and the flags of a program that has run before.
+    /// Replaces the file, in one step, by one with `values` and the flags of a program that has run
+    /// before.
     void writeSettings(nlohmann::json values);
 
+    /// Takes another copy of the program than the one of the build tree.
+    void useProgram(const std::filesystem::path& path) { executable_ = path; }
     /// Starts the program and waits until it has registered its shortcuts for the last time.
     void start(SettingsWindow window = SettingsWindow::closed,
                const desktop::Environment& environment = {}, std::function<void()> beforeExec = {});
@@ -97,6 +100,7 @@ class Session {
   private:
     void waitForRegistrations();
 
+    std::filesystem::path executable_{LUMAFRAME_PROGRAM};
     desktop::DesktopOptions options_;
     desktop::Desktop desktop_;
     desktop::Wallpaper wallpaper_;
