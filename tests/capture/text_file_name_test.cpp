@@ -4,6 +4,7 @@
 
 #include <random>
 #include <string>
+#include <vector>
 
 #include "base/text.h"
 #include "doubles/manual_clock.h"
@@ -45,6 +46,26 @@ TEST(TextFileName, a_cut_never_splits_a_character) {
     EXPECT_TRUE(stemOf(accented).ends_with("e\u0301"));
 }
 
+/// Never empty, never a way out of the folder or out of sight, never too long, always UTF-8.
+void expectUsable(const std::string& stem) {
+    ASSERT_FALSE(stem.empty());
+    ASSERT_EQ(stem.find('/'), std::string::npos);
+    ASSERT_NE(stem.front(), '.');
+    ASSERT_NE(stem.front(), ' ');
+    ASSERT_LE(base::characterCount(stem), 50U);
+    ASSERT_EQ(base::validUtf8(stem), stem);
+    for (const char byte : stem) {
+        ASSERT_FALSE(static_cast<unsigned char>(byte) < 0x20 || byte == 0x7F);
+    }
+    // The second set of control characters, and those that turn the direction of reading.
+    for (int code = 0x80; code < 0xA0; ++code) {
+        ASSERT_EQ(stem.find({'\xC2', static_cast<char>(code)}), std::string::npos);
+    }
+    for (const char* mark : {"\u200E", "\u200F", "\u202A", "\u202D", "\u202E", "\u2066"}) {
+        ASSERT_EQ(stem.find(mark), std::string::npos);
+    }
+}
+
 TEST(TextFileName, any_bytes_give_a_usable_name) {
     std::mt19937 random(20250307);
     const std::string interesting =
@@ -56,16 +77,35 @@ TEST(TextFileName, any_bytes_give_a_usable_name) {
             text += (random() % 2 == 0) ? interesting[random() % interesting.size()]
                                         : static_cast<char>(random() % 256);
         }
-        const std::string stem = stemOf(text);
-        ASSERT_FALSE(stem.empty());
-        ASSERT_EQ(stem.find('/'), std::string::npos);
-        ASSERT_NE(stem.front(), '.');
-        ASSERT_LE(base::characterCount(stem), 50U);
-        ASSERT_EQ(base::validUtf8(stem), stem);
-        for (const char byte : stem) {
-            ASSERT_FALSE(static_cast<unsigned char>(byte) < 0x20 || byte == 0x7F);
-        }
+        expectUsable(stemOf(text));
     }
+}
+
+TEST(TextFileName, any_characters_give_a_usable_name) {
+    std::mt19937 random(14);
+    // A letter and marks over it, joiners, flags, controls, directions, dots, and separators of
+    // other scripts.
+    const std::vector<std::string> pieces{
+        "a",      "\u0301", "\u200D", "\U0001F468", "\U0001F1E9",   "\u0085", "\u202E",
+        ".",      "/",      "\u2044", "\u0627",     "\u0915\u094D", "\uFE0F", "\u3000",
+        "\u2028", "\uFEFF", "½",      " ",          "\uFFFE",       "\uE000", "\U000E0041",
+        "\u1100", "\u1161", "\u00AD", "..",         "\\",           "\t"};
+    for (int round = 0; round < 5000; ++round) {
+        std::string text;
+        const std::size_t length = random() % 200;
+        for (std::size_t index = 0; index < length; ++index) {
+            text += pieces[random() % pieces.size()];
+        }
+        expectUsable(stemOf(text));
+    }
+}
+
+TEST(TextFileName, a_name_cannot_leave_its_folder_or_hide) {
+    EXPECT_EQ(stemOf("../../etc/passwd"), "etc passwd");
+    EXPECT_EQ(stemOf(".hidden"), "hidden");
+    EXPECT_EQ(stemOf("~/.config -rf"), "config rf");
+    EXPECT_EQ(stemOf(std::string("a\0b", 3)), "a b");
+    EXPECT_EQ(stemOf(""), "OCR Recognition 2025-03-07 at 14.05.09");
 }
 
 }  // namespace

@@ -92,14 +92,70 @@ TEST_F(TextRecognitionTest, an_empty_recognition_is_delivered_but_makes_no_file)
     EXPECT_EQ(body(), "");
 }
 
-TEST_F(TextRecognitionTest, every_step_asks_its_own_setting) {
+TEST_F(TextRecognitionTest, every_step_asks_its_own_setting_and_no_other) {
+    const std::vector<const char*> steps{keys::copyOCRToClipboard, keys::saveOCRToDownloads,
+                                         keys::showNotifications, keys::playSounds};
+    for (unsigned wish = 0; wish < 16; ++wish) {
+        SCOPED_TRACE(wish);
+        std::vector<const char*> enabled;
+        for (std::size_t step = 0; step < steps.size(); ++step) {
+            if ((wish >> step & 1U) != 0) {
+                enabled.push_back(steps[step]);
+            }
+        }
+        enableOnly(enabled);
+        // Those of the picture say nothing about the text.
+        settings.setBool(keys::copyToClipboard, wish % 3 == 0);
+        settings.setBool(keys::saveToDownloads, wish % 5 == 0);
+        pasteboard.text.reset();
+        fileManager.files.clear();
+        notifications.posted.clear();
+        soundPlayer.played.clear();
+        log.lines.clear();
+        recognize({{{"Hello World"}}});
+        EXPECT_EQ(pasteboard.text.has_value(), (wish & 1U) != 0);
+        EXPECT_EQ(fileManager.files.size(), (wish & 2U) != 0 ? 1U : 0U);
+        EXPECT_EQ(notifications.posted.size(), (wish & 4U) != 0 ? 1U : 0U);
+        EXPECT_EQ(soundPlayer.played.size(), (wish & 8U) != 0 ? 1U : 0U);
+        EXPECT_EQ(log.lines.size(), std::size_t{wish & 1U} + (wish >> 1 & 1U));
+    }
+}
+
+TEST_F(TextRecognitionTest, the_settings_are_those_of_the_moment_of_delivery) {
     enableOnly({});
-    recognize({{{"Hello World"}}});
-    EXPECT_EQ(pasteboard.text, std::nullopt);
+    recognizer.observations = {{{"Hello"}}};
+    textRecognition.performOCR(picture(4, 2));
+    settings.setBool(keys::copyOCRToClipboard, true);
+    queue.runAll();
+    EXPECT_EQ(pasteboard.text, "Hello");
+}
+
+TEST_F(TextRecognitionTest, a_recogniser_that_cannot_work_leaves_everything_as_it_is) {
+    enableOnly({keys::copyOCRToClipboard, keys::saveOCRToDownloads, keys::showNotifications,
+                keys::playSounds});
+    pasteboard.text = "before";
+    recognizer.error = base::Error{base::ErrorKind::unavailable, "There is no engine."};
+    textRecognition.performOCR(picture(4, 2));
+    queue.runAll();
+    EXPECT_EQ(pasteboard.text, "before");
     EXPECT_TRUE(fileManager.files.empty());
     EXPECT_TRUE(notifications.posted.empty());
     EXPECT_TRUE(soundPlayer.played.empty());
-    EXPECT_TRUE(log.lines.empty());
+}
+
+TEST_F(TextRecognitionTest, white_space_alone_is_delivered_but_makes_no_file) {
+    enableOnly({keys::copyOCRToClipboard, keys::saveOCRToDownloads, keys::showNotifications});
+    recognize({{{" "}}, {{"\u00A0"}}});
+    EXPECT_EQ(pasteboard.text, " \n\u00A0");
+    EXPECT_TRUE(fileManager.files.empty());
+    EXPECT_EQ(body(), "");
+}
+
+TEST_F(TextRecognitionTest, a_text_without_letters_is_saved_under_the_date) {
+    enableOnly({keys::saveOCRToDownloads});
+    recognize({{{"--- ***"}}});
+    EXPECT_EQ(log.lines, std::vector<std::string>{"OCR text saved to: /home/someone/Downloads/"
+                                                  "OCR Recognition 2025-03-07 at 14.05.09.txt"});
 }
 
 TEST_F(TextRecognitionTest, a_body_of_fifty_characters_is_whole_and_one_of_fifty_one_is_cut) {
@@ -148,19 +204,33 @@ TEST_F(TextRecognitionTest, a_chosen_folder_is_used_as_it_stands) {
     EXPECT_EQ(log.lines, std::vector<std::string>{"OCR text saved to: /srv/texts/Hello.txt"});
 }
 
+TEST_F(TextRecognitionTest, an_empty_folder_setting_is_like_none) {
+    enableOnly({keys::saveOCRToDownloads});
+    settings.setString(keys::ocrSavePath, "");
+    recognize({{{"Hello"}}});
+    EXPECT_EQ(log.lines,
+              std::vector<std::string>{"OCR text saved to: /home/someone/Downloads/Hello.txt"});
+}
+
 TEST_F(TextRecognitionTest, without_a_downloads_folder_the_file_is_skipped_without_a_word) {
-    enableOnly({keys::saveOCRToDownloads, keys::playSounds});
+    enableOnly({keys::copyOCRToClipboard, keys::saveOCRToDownloads, keys::showNotifications,
+                keys::playSounds});
     fileManager.downloads.clear();
     recognize({{{"Hello"}}});
-    EXPECT_TRUE(log.lines.empty());
+    EXPECT_EQ(log.lines, std::vector<std::string>{"OCR complete! Text copied to clipboard."});
+    EXPECT_EQ(body(), "Hello");
     EXPECT_EQ(soundPlayer.played, std::vector<std::string>{"theme/Glass"});
 }
 
 TEST_F(TextRecognitionTest, a_file_that_cannot_be_written_is_told_and_the_rest_still_happens) {
-    enableOnly({keys::saveOCRToDownloads, keys::playSounds});
+    enableOnly({keys::copyOCRToClipboard, keys::saveOCRToDownloads, keys::showNotifications,
+                keys::playSounds});
     fileManager.writeError = base::Error{base::ErrorKind::failed, "The disk is full."};
     recognize({{{"Hello"}}});
-    EXPECT_EQ(log.lines, std::vector<std::string>{"Failed to save OCR text: The disk is full."});
+    EXPECT_EQ(log.lines, (std::vector<std::string>{"OCR complete! Text copied to clipboard.",
+                                                   "Failed to save OCR text: The disk is full."}));
+    EXPECT_EQ(pasteboard.text, "Hello");
+    EXPECT_EQ(body(), "Hello");
     EXPECT_EQ(soundPlayer.played, std::vector<std::string>{"theme/Glass"});
 }
 
