@@ -98,14 +98,17 @@ TextWindow RecognitionJourney::open(const std::string& name,
         return std::find(before.begin(), before.end(), candidate) == before.end();
     });
     move(client, window, place);
-    // Even small letters are more than this; an empty window has none.
-    constexpr std::size_t leastInk = 8;
-    desktop::require("The text of " + name, [&] {
-        return inkIn(session.screen(areaOf(client, window))) >= leastInk * characters;
-    });
-    session.waitUntilStill();
+    waitForText(areaOf(client, window), characters);
     opened.area = areaOf(client, window);
     return opened;
+}
+
+void RecognitionJourney::waitForText(const Area& area, std::size_t characters) {
+    // Even small letters are more than this; an empty window has none.
+    constexpr std::size_t leastInk = 8;
+    session.require("The text of a window",
+                    [&] { return inkIn(session.screen(area)) >= leastInk * characters; });
+    session.waitUntilStill();
 }
 
 std::string RecognitionJourney::printingScript(const std::string& name, const std::string& text) {

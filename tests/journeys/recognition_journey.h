@@ -39,6 +39,8 @@ class RecognitionJourney : public testing::Test {
     /// letters is there.
     TextWindow open(const std::string& name, const std::vector<std::string>& command, Place place,
                     std::size_t characters, const desktop::Environment& environment = {});
+    /// Waits until the area shows `characters` letters and the screen has come to rest.
+    void waitForText(const Area& area, std::size_t characters);
     /// `text` in an xterm without a cursor, in colours as X names them.
     TextWindow openTerminal(const std::string& text, Place place,
                             const std::string& background = "white",

@@ -122,10 +122,13 @@ div { padding: 1px 30px; height: 220px }
 )";
     const TextWindow browser = open("netsurf", {"netsurf-gtk", "file://" + page.string()}, {80, 40},
                                     400, {{"NO_AT_BRIDGE", "1"}});
-    keepPicture("recognized-browser");
+    // The page comes later than the window around it.
     constexpr int toolbar = 48;
     const Area light{browser.area.x + 10, browser.area.y + toolbar, 700, 205};
     const Area dark{browser.area.x + 10, browser.area.y + toolbar + 222, 700, 205};
+    waitForText(light, 140);
+    waitForText(dark, 120);
+    keepPicture("recognized-browser");
     EXPECT_THAT(
         linesOf(recognize(light)),
         ElementsAre("Tide tables for small harbours",
