@@ -54,8 +54,7 @@ class RecognitionHelper : public testing::Test {
     /// Presses the shortcut, drags over a part of the screen and waits for the text.
     void recognize() {
         const std::size_t before = session.mark();
-        session.pressRecognitionShortcut();
-        session.waitUntilOpen();
+        session.openRecognitionOverlay();
         session.input().drag({100, 100}, {300, 200});
         session.waitForLine(textCopied, before);
         session.waitUntilClosed();
@@ -72,8 +71,7 @@ TEST_F(RecognitionHelper, is_not_there_before_text_is_wanted) {
 }
 
 TEST_F(RecognitionHelper, starts_while_the_overlay_is_open_and_reads_more_than_once) {
-    session.pressRecognitionShortcut();
-    session.waitUntilOpen();
+    session.openRecognitionOverlay();
     session.require("the start of the helper", [&] { return children().size() == 1; });
     const pid_t helper = children().front().pid;
     // As long as the kernel lets a name be.

@@ -132,8 +132,7 @@ TextWindow RecognitionJourney::openTerminal(const std::string& text, Place place
 }
 
 std::size_t RecognitionJourney::dragOver(const Area& area) {
-    session.pressRecognitionShortcut();
-    session.waitUntilOpen();
+    session.openRecognitionOverlay();
     const std::size_t before = session.mark();
     session.input().drag({area.x, area.y}, {area.x + area.width, area.y + area.height});
     session.waitUntilClosed();

@@ -155,6 +155,13 @@ void Session::openOverlay() {
     waitUntilOpen();
 }
 
+void Session::openRecognitionOverlay() {
+    const std::size_t before = mark();
+    pressRecognitionShortcut();
+    program_->waitForLine(line::cursorSet, before);
+    waitUntilOpen();
+}
+
 void Session::waitUntilOpen() {
     require("The opening of the overlay",
             [this] { return overlayWindows() == options_.outputs.size(); });

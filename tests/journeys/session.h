@@ -70,6 +70,8 @@ class Session {
     void pressRecognitionShortcut();
     /// Presses the screenshot shortcut and waits until the overlay covers every display.
     void openOverlay();
+    /// The same with the shortcut for text recognition; keys reach the overlay then.
+    void openRecognitionOverlay();
     void waitUntilOpen();
     /// Waits until no window of an overlay is left on the screen.
     void waitUntilClosed();

@@ -49,8 +49,7 @@ class TextDelivery : public RecognitionJourney {
     }
     /// Everything that the program had begun is done, as far as the program itself does it.
     void waitForPrevious() {
-        session.pressRecognitionShortcut();
-        session.waitUntilOpen();
+        session.openRecognitionOverlay();
         session.input().tap(key::escape);
         session.waitUntilClosed();
     }
