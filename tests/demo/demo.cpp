@@ -61,6 +61,9 @@ class Demonstration {
 
 constexpr Place regionStart{60, 80};
 constexpr Place regionEnd{720, 400};
+/// The text of the notes, without the window's decoration.
+constexpr Place textStart{93, 134};
+constexpr Place textEnd{730, 345};
 constexpr Place insideNotes{300, 250};
 
 void Demonstration::run() {
@@ -132,11 +135,17 @@ void Demonstration::captureWindow() {
 
 void Demonstration::recognizeText() {
     openOverlay(key::digit2);
-    drag(regionStart, regionEnd, "overlay-text-recognition.png");
+    drag(textStart, textEnd, "overlay-text-recognition.png");
+    keepNewestFile(waitForAnyLine({"Screenshot saved to: ", "Failed to save screenshot: "}),
+                   "recognized.png");
     keepNewestFile(waitForAnyLine({"OCR text saved to: ", "Failed to save OCR text: ",
                                    "Unable to perform OCR: "}),
                    "recognized.txt");
-    say("Super+Shift+2 and a drag: the recognised text is saved as a file.");
+    say("Super+Shift+2 and a drag: the picture and its text are saved as files. The text:");
+    std::ifstream text(output_ / "recognized.txt");
+    for (std::string line; std::getline(text, line);) {
+        say("    | " + line);
+    }
 }
 
 void Demonstration::showWindows() {
