@@ -12,7 +12,6 @@
 namespace journeys {
 namespace {
 
-namespace key = desktop::key;
 constexpr const char* textCopied = "OCR complete! Text copied to clipboard.";
 
 struct ChildProcess {
@@ -65,8 +64,7 @@ class RecognitionHelper : public testing::Test {
 
 TEST_F(RecognitionHelper, is_not_there_before_text_is_wanted) {
     session.openOverlay();
-    session.input().tap(key::escape);
-    session.waitUntilClosed();
+    session.cancelOverlay();
     EXPECT_TRUE(children().empty());
 }
 
@@ -76,8 +74,7 @@ TEST_F(RecognitionHelper, starts_while_the_overlay_is_open_and_reads_more_than_o
     const pid_t helper = children().front().pid;
     // As long as the kernel lets a name be.
     EXPECT_EQ(children().front().name, "lumaframe-text-");
-    session.input().tap(key::escape);
-    session.waitUntilClosed();
+    session.cancelOverlay();
     recognize();
     recognize();
     ASSERT_EQ(children().size(), 1U);

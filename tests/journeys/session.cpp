@@ -162,6 +162,13 @@ void Session::openRecognitionOverlay() {
     waitUntilOpen();
 }
 
+void Session::cancelOverlay() {
+    require("The closing of the overlay", [this] {
+        input().tap(key::escape);
+        return desktop::waitUntil([this] { return !isOpen(); }, std::chrono::milliseconds(500));
+    });
+}
+
 void Session::waitUntilOpen() {
     require("The opening of the overlay",
             [this] { return overlayWindows() == options_.outputs.size(); });

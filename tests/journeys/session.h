@@ -70,8 +70,11 @@ class Session {
     void pressRecognitionShortcut();
     /// Presses the screenshot shortcut and waits until the overlay covers every display.
     void openOverlay();
-    /// The same with the shortcut for text recognition; keys reach the overlay then.
+    /// The same with the shortcut for text recognition.
     void openRecognitionOverlay();
+    /// Presses Escape until the overlay has gone: its windows are there a moment before it takes
+    /// the keyboard.
+    void cancelOverlay();
     void waitUntilOpen();
     /// Waits until no window of an overlay is left on the screen.
     void waitUntilClosed();

@@ -13,7 +13,6 @@ namespace journeys {
 namespace {
 
 namespace fs = std::filesystem;
-namespace key = desktop::key;
 using testing::Contains;
 using testing::ElementsAre;
 using testing::IsEmpty;
@@ -50,8 +49,7 @@ class TextDelivery : public RecognitionJourney {
     /// Everything that the program had begun is done, as far as the program itself does it.
     void waitForPrevious() {
         session.openRecognitionOverlay();
-        session.input().tap(key::escape);
-        session.waitUntilClosed();
+        session.cancelOverlay();
     }
     void expectNotifications(std::size_t count) {
         session.require("notification " + std::to_string(count),
