@@ -36,7 +36,7 @@ PORTS = [
     "capture/text_recognizer.h", "capture/sound_player.h", "capture/user_notifications.h",
     "overlay/overlay_surface.h", "overlay/keyboard_tap.h", "overlay/pointer.h",
     "overlay/workspace.h", "shortcuts/hot_key_service.h",
-    "shortcuts/key_monitor.h", "ui/login_item_service.h",
+    "shortcuts/key_monitor.h", "ui/login_item_service.h", "ui/video_looper.h",
     "platform/platform.h",
 ]
 

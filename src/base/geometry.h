@@ -18,6 +18,14 @@ struct Size {
     friend bool operator==(const Size&, const Size&) = default;
 };
 
+/// A width and a height of a picture, in pixels.
+struct PixelSize {
+    int width = 0;
+    int height = 0;
+    [[nodiscard]] bool isEmpty() const { return width <= 0 || height <= 0; }
+    friend bool operator==(const PixelSize&, const PixelSize&) = default;
+};
+
 /// A rectangle given by the corner with the smallest coordinates and a size.
 ///
 /// Which corner of the picture the origin is depends on the space: bottom-left in view and screen

@@ -18,6 +18,7 @@
 #include "doubles/fake_sound_player.h"
 #include "doubles/fake_text_recognizer.h"
 #include "doubles/fake_user_notifications.h"
+#include "doubles/fake_video_looper.h"
 #include "doubles/fake_windows.h"
 #include "doubles/fake_workspace.h"
 #include "doubles/manual_clock.h"
