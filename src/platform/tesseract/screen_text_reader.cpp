@@ -18,7 +18,7 @@ constexpr int sureConfidence = 40;
 constexpr std::size_t speckLength = 2;
 
 /// Below this a line is read a second time, drawn wider, and the surer reading counts.
-constexpr int doubtfulConfidence = 60;
+constexpr int doubtfulConfidence = 50;
 constexpr LinePictureStyle secondStyle{.narrowing = 1.05};
 
 bool isSpeck(const LineReading& reading) {
