@@ -61,14 +61,15 @@ double costOfAdding(const std::string& read) {
 
 }  // namespace
 
-void CellConsensus::add(const TextLine& line, const LineMetrics& metrics,
-                        const LineReading& reading) {
+std::size_t CellConsensus::add(const TextLine& line, const LineMetrics& metrics,
+                               const LineReading& reading) {
     Line added{withStraightQuotes(reading.text), charactersOf(reading.text),
                cellsOf(line, metrics)};
     replaceZeros(added);
     learn(added, reading);
     expandDashes(added);
     lines_.push_back(std::move(added));
+    return lines_.size() - 1;
 }
 
 void CellConsensus::learn(const Line& line, const LineReading& reading) {

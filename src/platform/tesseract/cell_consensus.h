@@ -22,8 +22,8 @@ class CellConsensus {
     CellConsensus(const InkPlane& ink, double pitch, double letterHeight)
         : ink_(ink), pitch_(pitch), letterHeight_(letterHeight) {}
 
-    /// `reading` is what the engine made of the line.
-    void add(const TextLine& line, const LineMetrics& metrics, const LineReading& reading);
+    /// `reading` is what the engine made of the line. Returns the number of the line.
+    std::size_t add(const TextLine& line, const LineMetrics& metrics, const LineReading& reading);
 
     /// The corrected text of the line that was added as number `index`.
     [[nodiscard]] std::string corrected(std::size_t index) const;

@@ -11,4 +11,10 @@ namespace platform::tesseract {
 /// the fixed-pitch test of Smith, 2007, over a whole page).
 double measurePitch(const std::vector<TextLine>& lines, double letterHeight);
 
+/// The pitch of each line of a page whose own pitch is `pagePitch`, 0 for proportional lines: a
+/// page may show code between prose, or a heading over a terminal. A line that is too short to tell
+/// is as the page is.
+std::vector<double> pitchesOf(const std::vector<TextLine>& lines, double pagePitch,
+                              double letterHeight);
+
 }  // namespace platform::tesseract

@@ -73,6 +73,7 @@ PageAnalysis::PageAnalysis(const base::Image& image) {
     lines_ = ReadingOrder(background, letterHeight_, typeface()).sort(rows);
     std::erase_if(lines_, [this](const TextLine& line) { return isSpecks(line, letterHeight_); });
     metrics_ = measureLines(lines_, letterHeight_, typeface());
+    pitches_ = pitchesOf(lines_, pitch_, letterHeight_);
     for (const TextLine& line : lines_) {
         grounds_.push_back(flatShareAround(line, background, mask));
     }

@@ -28,8 +28,9 @@ class PageAnalysis {
     [[nodiscard]] const ConnectedComponents& components() const { return *components_; }
     /// In pixels.
     [[nodiscard]] double letterHeight() const { return letterHeight_; }
-    /// From character to character, in pixels; 0 for proportional text.
-    [[nodiscard]] double pitch() const { return pitch_; }
+    /// From character to character of each line, in pixels; 0 for proportional lines.
+    [[nodiscard]] const std::vector<double>& pitches() const { return pitches_; }
+    /// Of most of the page.
     [[nodiscard]] Typeface typeface() const {
         return pitch_ > 0 ? Typeface::monospaced : Typeface::proportional;
     }
@@ -41,6 +42,7 @@ class PageAnalysis {
     double pitch_ = 0;
     std::vector<TextLine> lines_;
     std::vector<LineMetrics> metrics_;
+    std::vector<double> pitches_;
     std::vector<double> grounds_;
 };
 

@@ -1,6 +1,7 @@
 #include "platform/tesseract/screen_text_reader.h"
 
 #include <algorithm>
+#include <map>
 
 #include "platform/tesseract/cell_consensus.h"
 #include "platform/tesseract/characters.h"
@@ -113,9 +114,10 @@ std::vector<capture::TextObservation> ScreenTextReader::observe(
     const PageAnalysis& page, std::vector<LineReading>& readings) {
     const auto& lines = page.lines();
     const auto& metrics = page.metrics();
-    CellConsensus cells(page.ink(), page.pitch(), page.letterHeight());
+    // Lines of one pitch teach each other.
+    std::map<double, CellConsensus> cells;
     Spacing spacing(page.ink(), page.letterHeight());
-    const bool hasCells = page.typeface() == Typeface::monospaced;
+    std::vector<std::size_t> places;
     WritingDecision decision(page.ink(), page.typeface());
     for (std::size_t index = 0; index < lines.size(); ++index) {
         LineReading& reading = readings[index];
@@ -123,10 +125,12 @@ std::vector<capture::TextObservation> ScreenTextReader::observe(
         if (isSpeck(reading)) {
             reading.text.clear();
         }
-        if (hasCells) {
-            cells.add(lines[index], metrics[index], reading);
+        const double pitch = page.pitches()[index];
+        if (pitch > 0) {
+            const auto group = cells.try_emplace(pitch, page.ink(), pitch, page.letterHeight());
+            places.push_back(group.first->second.add(lines[index], metrics[index], reading));
         } else {
-            spacing.add(lines[index], metrics[index], reading.text);
+            places.push_back(spacing.add(lines[index], metrics[index], reading.text));
         }
     }
     std::vector<capture::TextObservation> observations;
@@ -134,7 +138,9 @@ std::vector<capture::TextObservation> ScreenTextReader::observe(
         if (!decision.isWriting(index)) {
             continue;
         }
-        const std::string text = hasCells ? cells.corrected(index) : spacing.corrected(index);
+        const auto group = cells.find(page.pitches()[index]);
+        const std::string text = group == cells.end() ? spacing.corrected(places[index])
+                                                      : group->second.corrected(places[index]);
         if (!text.empty()) {
             observations.push_back({rankedCandidates(text, readings[index])});
         }

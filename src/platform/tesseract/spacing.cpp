@@ -67,7 +67,8 @@ bool isBullet(const std::vector<CharacterColumn>& columns, const LineMetrics& me
 
 }  // namespace
 
-void Spacing::add(const TextLine& line, const LineMetrics& metrics, const std::string& text) {
+std::size_t Spacing::add(const TextLine& line, const LineMetrics& metrics,
+                         const std::string& text) {
     Line added{withStraightApostrophes(text), {}, {}};
     const auto columns = columnsOf(line, letterHeight_);
     std::vector<ReadCharacter> read = readCharactersOf(text);
@@ -84,6 +85,7 @@ void Spacing::add(const TextLine& line, const LineMetrics& metrics, const std::s
         }
     }
     lines_.push_back(std::move(added));
+    return lines_.size() - 1;
 }
 
 std::vector<Spacing::Character> Spacing::charactersIn(const std::vector<CharacterColumn>& columns,

@@ -22,7 +22,8 @@ class Spacing {
     /// `ink` must outlive this; `letterHeight` in pixels.
     Spacing(const InkPlane& ink, double letterHeight) : ink_(ink), letterHeight_(letterHeight) {}
 
-    void add(const TextLine& line, const LineMetrics& metrics, const std::string& text);
+    /// Returns the number of the line.
+    std::size_t add(const TextLine& line, const LineMetrics& metrics, const std::string& text);
 
     /// The corrected text of the line that was added as number `index`.
     [[nodiscard]] std::string corrected(std::size_t index) const;

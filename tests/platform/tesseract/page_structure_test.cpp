@@ -2,6 +2,7 @@
 #include <gtest/gtest.h>
 
 #include "drawn_letters.h"
+#include "platform/tesseract/character_pitch.h"
 #include "platform/tesseract/glyph_dictionary.h"
 #include "platform/tesseract/icon_filter.h"
 #include "platform/tesseract/line_finder.h"
@@ -120,6 +121,32 @@ TEST(IconFilter, a_row_of_letters_keeps_all_of_them) {
         .removeFrom(rows);
     ASSERT_EQ(rows.size(), 1U);
     EXPECT_EQ(rows[0].glyphsFromLeft().size(), 7U);
+}
+
+TEST(CharacterPitch, lines_of_code_between_prose_have_their_own_pitch) {
+    DrawnLetters drawn(600, 200);
+    const auto writeProse = [&](int baseline) {
+        int x = 10;
+        for (int index = 0; index < 40; ++index) {
+            const int width = 3 + index % 3 * 3;
+            drawn.draw({x, baseline - 10, x + width, baseline});
+            x += width + 4;
+        }
+    };
+    writeProse(30);
+    drawn.write(10, 60, 20);
+    drawn.write(10, 90, 20);
+    writeProse(120);
+    const auto rows = LineFinder(drawnLetterHeight, {}).find(drawn.glyphs());
+    ASSERT_EQ(rows.size(), 4U);
+    const auto pitches = pitchesOf(rows, 0, drawnLetterHeight);
+    EXPECT_EQ(pitches[0], 0);
+    EXPECT_NEAR(pitches[1], 8, 0.1);
+    EXPECT_EQ(pitches[2], pitches[1]);
+    EXPECT_EQ(pitches[3], 0);
+    EXPECT_EQ(pitchesOf({rows[1]}, 0, drawnLetterHeight)[0], 0) << "one line is chance";
+    EXPECT_EQ(pitchesOf({rows[0]}, 8, drawnLetterHeight)[0], 0) << "prose over a terminal";
+    EXPECT_EQ(pitchesOf({rows[1]}, 8, drawnLetterHeight)[0], 8);
 }
 
 TEST(ReadingOrder, two_columns_of_prose_are_read_one_after_the_other) {
