@@ -278,6 +278,37 @@ TEST_F(Settings, a_folder_dialog_that_is_cancelled_changes_nothing) {
     EXPECT_EQ(session.readSettings(), before);
 }
 
+TEST_F(Settings, the_icon_is_dragged_away_as_the_url_of_the_program) {
+    open();
+    const auto target = session.desktop().start("drop-target", {LUMAFRAME_TEST_DROP_TARGET});
+    target->waitForLine("ready");
+    session.waitUntilStill();
+    const auto icon = panel.object("graphic", "Lumaframe");
+    session.input().moveTo(icon.center());
+    session.input().pressButton();
+    session.input().moveInSteps(icon.center(), {120, 140}, 20);
+    target->waitForLine("entered");
+    session.input().releaseButton();
+    const auto index = target->waitForLine("dropped");
+    EXPECT_EQ(target->outputLines().at(index), std::string("dropped file://") + LUMAFRAME_PROGRAM);
+    panel.toggle("Play sounds");
+}
+
+TEST_F(Settings, the_window_can_be_closed_while_its_icon_is_dragged) {
+    open();
+    const auto icon = panel.object("graphic", "Lumaframe");
+    session.input().moveTo(icon.center());
+    session.input().pressButton();
+    session.input().moveInSteps(icon.center(), {50, 700}, 10);
+    session.closeWindow(*session.windowWithRole("main"));
+    session.input().releaseButton();
+    const std::size_t before = session.mark();
+    session.openOverlay();
+    session.input().tap(key::escape);
+    session.program().waitForLine(line::cursorRestored, before);
+    EXPECT_TRUE(session.program().isRunning());
+}
+
 TEST_F(Settings, without_a_downloads_folder_the_permissions_window_opens_in_front) {
     std::filesystem::remove_all(session.desktop().home() / "Downloads");
     session.writeSettings(nlohmann::json::object());
