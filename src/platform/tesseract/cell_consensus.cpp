@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <array>
+#include <cctype>
 #include <cmath>
 #include <limits>
 
@@ -105,9 +106,25 @@ void CellConsensus::learn(const Line& line, const LineReading& reading) {
 }
 
 void CellConsensus::replaceZeros(Line& line) {
-    // Coding fonts put a dot into their zero, which the engine takes for a copyright sign.
-    std::replace(line.characters.begin(), line.characters.end(), std::string("©"),
-                 std::string("0"));
+    // Coding fonts put a dot into their zero, which the engine takes for one of these signs. An at
+    // sign stands beside a name or another one, or in front of a number.
+    const auto isName = [&line](std::size_t index) {
+        const std::string& character = line.characters[index];
+        return character == "@" || character == "_" || character.size() > 1 ||
+               std::isalpha(static_cast<unsigned char>(character.front())) != 0;
+    };
+    for (std::size_t index = 0; index < line.characters.size(); ++index) {
+        std::string& character = line.characters[index];
+        const bool isBesideName = (index > 0 && isName(index - 1)) ||
+                                  (index + 1 < line.characters.size() && isName(index + 1));
+        const bool isFirst = index == 0 || line.characters[index - 1] == " ";
+        const bool isBeforeNumber =
+            isFirst && index + 1 < line.characters.size() &&
+            std::isdigit(static_cast<unsigned char>(line.characters[index + 1].front())) != 0;
+        if (character == "©" || (character == "@" && !isBesideName && !isBeforeNumber)) {
+            character = "0";
+        }
+    }
 }
 
 void CellConsensus::expandDashes(Line& line) {

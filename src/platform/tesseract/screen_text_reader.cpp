@@ -5,6 +5,7 @@
 
 #include "platform/tesseract/cell_consensus.h"
 #include "platform/tesseract/characters.h"
+#include "platform/tesseract/figures.h"
 #include "platform/tesseract/line_picture.h"
 #include "platform/tesseract/page_analysis.h"
 #include "platform/tesseract/spacing.h"
@@ -139,8 +140,9 @@ std::vector<capture::TextObservation> ScreenTextReader::observe(
             continue;
         }
         const auto group = cells.find(page.pitches()[index]);
-        const std::string text = group == cells.end() ? spacing.corrected(places[index])
-                                                      : group->second.corrected(places[index]);
+        const std::string text =
+            withFigures(group == cells.end() ? spacing.corrected(places[index])
+                                             : group->second.corrected(places[index]));
         if (!text.empty()) {
             observations.push_back({rankedCandidates(text, readings[index])});
         }

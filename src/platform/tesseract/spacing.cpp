@@ -36,7 +36,9 @@ CharacterPlace placeOf(const Box& box, const LineMetrics& metrics) {
 }
 
 bool isPunctuation(const std::string& character) {
-    return character.size() == 1 && std::ispunct(static_cast<unsigned char>(character[0])) != 0;
+    // A per cent sign is as wide as a figure and stands as close.
+    return character.size() == 1 && character != "%" &&
+           std::ispunct(static_cast<unsigned char>(character[0])) != 0;
 }
 
 bool isSmallLetter(const std::string& character) {
