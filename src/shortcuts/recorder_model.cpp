@@ -8,6 +8,12 @@ namespace shortcuts {
 
 using Recording = ShortcutHandlerView::Recording;
 
+namespace {
+
+constexpr const char* invitation = "Press Shortcut…";
+
+}  // namespace
+
 RecorderModel::RecorderModel(RecorderFields fields, KeyMonitor& keyMonitor,
                              std::function<void()> onChange)
     : fields_(std::move(fields)),
@@ -34,8 +40,13 @@ void RecorderModel::reset() {
 }
 
 std::string RecorderModel::label() const {
-    return isRecording() ? "Press Shortcut…"
+    return isRecording() ? invitation
                          : shortcutDisplayString(fields_.keyCode.get(), fields_.modifiers.get());
+}
+
+std::string RecorderModel::labelInWords() const {
+    return isRecording() ? invitation
+                         : shortcutDisplayWords(fields_.keyCode.get(), fields_.modifiers.get());
 }
 
 bool RecorderModel::canReset() const {

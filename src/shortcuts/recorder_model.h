@@ -45,6 +45,8 @@ class RecorderModel {
     }
     /// What the pill says.
     [[nodiscard]] std::string label() const;
+    /// The label with words for its symbols.
+    [[nodiscard]] std::string labelInWords() const;
     [[nodiscard]] bool canReset() const;
 
   private:

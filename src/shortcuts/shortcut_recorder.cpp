@@ -96,18 +96,19 @@ class Pill final : public PlainButton {
     void show(const RecorderModel& model) {
         isRecording_ = model.isRecording();
         const QString label = QString::fromStdString(model.label());
+        const QString words = QString::fromStdString(model.labelInWords());
         setText(label);
         setAccessibleName(label);
-        updateGeometry();
+        setAccessibleDescription(words == label ? QString() : words);
+        shownText_ = canDraw(label) ? label : words;
         update();
     }
 
     [[nodiscard]] QSize sizeHint() const override {
-        // The invitation counts always: nothing moves when a recording begins.
+        // Of the invitation whatever is shown: nothing around it ever moves.
         const QFontMetrics metrics(font());
-        const int text = std::max(metrics.horizontalAdvance(this->text()),
-                                  metrics.horizontalAdvance(recordingLabel()));
-        return {text + 2 * pillHorizontalPadding, metrics.height() + 2 * pillVerticalPadding};
+        return {metrics.horizontalAdvance(recordingLabel()) + 2 * pillHorizontalPadding,
+                metrics.height() + 2 * pillVerticalPadding};
     }
     [[nodiscard]] QSize minimumSizeHint() const override { return sizeHint(); }
 
@@ -127,11 +128,22 @@ class Pill final : public PlainButton {
         painter.setPen(isRecording_ ? recordingColor() : primary());
         // Symbols have no direction of their own and would change places.
         painter.setLayoutDirection(Qt::LeftToRight);
-        painter.drawText(rect(), Qt::AlignCenter | Qt::TextSingleLine, text());
+        painter.drawText(rect(), Qt::AlignCenter | Qt::TextSingleLine,
+                         QFontMetrics(font()).elidedText(shownText_, Qt::ElideRight,
+                                                         width() - 2 * pillHorizontalPadding));
     }
 
   private:
+    /// Whether this desktop has fonts for all of the symbols.
+    [[nodiscard]] bool canDraw(const QString& text) const {
+        const QFontMetrics metrics(font());
+        const auto characters = text.toUcs4();
+        return std::all_of(characters.begin(), characters.end(),
+                           [&](auto character) { return metrics.inFontUcs4(character); });
+    }
+
     bool isRecording_ = false;
+    QString shownText_;
 };
 
 /// A filled circle with a cross left out of it.

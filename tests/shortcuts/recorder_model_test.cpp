@@ -49,6 +49,7 @@ TEST_F(RecorderModelTest, a_click_installs_the_monitor_and_asks_for_a_shortcut) 
     model->toggle();
     EXPECT_TRUE(model->isRecording());
     EXPECT_EQ(model->label(), "Press Shortcut…");
+    EXPECT_EQ(model->labelInWords(), "Press Shortcut…");
     EXPECT_THAT(calls.calls(), ElementsAre("monitor install", "change"));
 }
 
@@ -66,6 +67,7 @@ TEST_F(RecorderModelTest, a_key_is_written_before_its_modifiers_and_ends_the_rec
     EXPECT_THAT(calls.calls(),
                 ElementsAre("key code 20", "modifiers 768", "monitor remove", "change"));
     EXPECT_EQ(model->label(), "⌘⇧3");
+    EXPECT_EQ(model->labelInWords(), "Super+Shift+3");
     EXPECT_EQ(keyboard.press(21, commandFlag), KeyVerdict::pass);
     EXPECT_EQ(bound.keyCode, 20);
 }

@@ -12,6 +12,7 @@ namespace {
 
 using shortcuts::keyName;
 using shortcuts::shortcutDisplayString;
+using shortcuts::shortcutDisplayWords;
 
 TEST(ShortcutDisplay, the_default_is_command_shift_1) {
     EXPECT_EQ(shortcutDisplayString(18, 768), "⌘⇧1");
@@ -52,6 +53,22 @@ TEST(ShortcutDisplay, numbers_from_a_damaged_store_are_shown_too) {
     EXPECT_EQ(shortcutDisplayString(-5, 768), "⌘⇧Key -5");
     EXPECT_EQ(shortcutDisplayString(std::numeric_limits<std::int64_t>::max(), -1),
               "⌘⇧⌥⌃Key 9223372036854775807");
+}
+
+TEST(ShortcutDisplay, words_stand_for_the_symbols) {
+    EXPECT_EQ(shortcutDisplayWords(18, 768), "Super+Shift+1");
+    EXPECT_EQ(shortcutDisplayWords(49, 6912), "Super+Shift+Alt+Ctrl+Space");
+    EXPECT_EQ(shortcutDisplayWords(53, 0), "Escape");
+    EXPECT_EQ(shortcutDisplayWords(10, 4096), "Ctrl+Key 10");
+    EXPECT_EQ(shortcutDisplayWords(-5, 0), "Key -5");
+}
+
+TEST(ShortcutDisplay, words_have_no_symbol_left) {
+    for (std::int64_t code = 0; code <= 130; ++code) {
+        for (const char letter : shortcutDisplayWords(code, 6912)) {
+            EXPECT_TRUE(letter >= ' ' && letter <= '~') << code;
+        }
+    }
 }
 
 }  // namespace

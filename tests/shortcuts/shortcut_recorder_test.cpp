@@ -193,6 +193,7 @@ TEST_F(ShortcutRecorderTest, is_read_as_two_buttons_by_their_labels) {
         return QAccessible::queryAccessibleInterface(&button)->text(QAccessible::Name);
     };
     EXPECT_EQ(name(pill()), QStringLiteral("⌘⇧3"));
+    EXPECT_EQ(pill().accessibleDescription(), QStringLiteral("Super+Shift+3"));
     EXPECT_EQ(name(resetButton()), QStringLiteral("Reset to default"));
     EXPECT_EQ(resetButton().toolTip(), QStringLiteral("Reset to default"));
     pill().click();
