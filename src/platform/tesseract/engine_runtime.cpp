@@ -23,6 +23,8 @@ thread_local Sections sections;
 
 }  // namespace platform::tesseract
 
+// NOLINTBEGIN(readability-identifier-naming,bugprone-reserved-identifier): the libraries' names.
+
 namespace tesseract {
 
 class UNICHARSET;
@@ -39,8 +41,6 @@ class UnicharAmbigs {
 void UnicharAmbigs::LoadUniversal(const UNICHARSET& /*encoder*/, UNICHARSET* /*characters*/) {}
 
 }  // namespace tesseract
-
-// NOLINTBEGIN(readability-identifier-naming,bugprone-reserved-identifier): the libraries' names.
 
 extern "C" {
 
