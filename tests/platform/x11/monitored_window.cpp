@@ -28,6 +28,14 @@ void MonitoredWindow::takeFocus() {
     settle();
 }
 
+void MonitoredWindow::openAndCloseMenu() {
+    xcb_grab_keyboard(toolkit_.get(), 0, toolkit_.root(), XCB_CURRENT_TIME, XCB_GRAB_MODE_ASYNC,
+                      XCB_GRAB_MODE_ASYNC);
+    settle();
+    xcb_ungrab_keyboard(toolkit_.get(), XCB_CURRENT_TIME);
+    settle();
+}
+
 void MonitoredWindow::settle() {
     // Twice: what the first round has asked of the server can have events for an answer.
     for (int round = 0; round < 2; ++round) {

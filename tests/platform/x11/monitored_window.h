@@ -28,6 +28,9 @@ class MonitoredWindow {
     /// server do what they ask for in answer.
     void settle();
 
+    /// The toolkit takes the keyboard for a menu that pops up, and lets it go with the menu.
+    void openAndCloseMenu();
+
     /// The key codes whose press or release reached the window since the last call.
     std::vector<std::uint8_t> takePresses() { return std::exchange(presses_, {}); }
     std::vector<std::uint8_t> takeReleases() { return std::exchange(releases_, {}); }

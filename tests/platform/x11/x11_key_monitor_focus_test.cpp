@@ -94,6 +94,15 @@ TEST_F(X11KeyMonitorFocusTest, the_overlay_takes_the_keyboard_and_gives_it_back)
     EXPECT_THAT(tapped, SizeIs(1));
 }
 
+TEST_F(X11KeyMonitorFocusTest, the_keyboard_is_taken_again_after_a_menu_of_the_toolkit) {
+    watch(KeyVerdict::swallow);
+    window_.openAndCloseMenu();
+    EXPECT_FALSE(isKeyboardFree());
+    chord({key::leftSuper, key::leftShift, key::digit1});
+    EXPECT_THAT(keyDowns(), SizeIs(1));
+    EXPECT_EQ(hotKeyPresses_, 0);
+}
+
 TEST_F(X11KeyMonitorFocusTest, asking_whether_the_keyboard_is_free_disturbs_nothing) {
     watch(KeyVerdict::swallow);
     int answers = 0;
