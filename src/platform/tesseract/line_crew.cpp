@@ -14,8 +14,8 @@ namespace {
 
 using Clock = std::chrono::steady_clock;
 
-/// What is foreseen before this share of the time has gone is only a guess.
-constexpr int forecastShare = 15;
+/// What is foreseen before this part of the time has gone is only a guess: other work may end.
+constexpr int forecastShare = 5;
 
 /// The lines that are still to be read, the longest first, so that both threads end together.
 class LineQueue {
