@@ -8,6 +8,7 @@ pkg_check_modules(UTF8PROC REQUIRED IMPORTED_TARGET libutf8proc)
 pkg_check_modules(ISAL REQUIRED IMPORTED_TARGET libisal)
 pkg_check_modules(TESSERACT REQUIRED IMPORTED_TARGET tesseract lept)
 find_package(OpenMP REQUIRED COMPONENTS CXX)
+pkg_check_modules(LIBAV REQUIRED IMPORTED_TARGET libavformat libavcodec libswscale libavutil)
 pkg_check_modules(SECCOMP REQUIRED IMPORTED_TARGET libseccomp)
 pkg_check_modules(XCB REQUIRED IMPORTED_TARGET
   xcb xcb-shm xcb-randr xcb-xfixes xcb-composite xcb-damage xcb-shape xcb-render xcb-cursor xcb-res

@@ -41,10 +41,11 @@ PORTS = [
 ]
 
 # What an adapter may use beside the ports and its own folder: what the session is, how to watch a
-# descriptor, and the centre where the toolkit's activation is posted.
+# descriptor, what its helper program shares with others, and the centre where the toolkit's
+# activation is posted.
 ADAPTER_AIDS = ["platform/session.h", "platform/environment.h", "platform/file_descriptor_watch.h",
                 "platform/dispatch.h", "platform/running_platform.h", "platform/text_rasterizer.h",
-                "app/notification_center.h"]
+                "platform/helper/*.h", "app/notification_center.h"]
 
 # Which of the project's own headers a file may include: the first row that matches it decides. The
 # folders follow the road of one screenshot (shortcuts, overlay, capture), and never look back.
@@ -63,6 +64,11 @@ ALLOWED_INCLUDES = [
     ("overlay/*", ["base/*.h", "overlay/*.h", "capture/*.h", *LEAVES]),
     ("shortcuts/*", ["base/*.h", "shortcuts/*.h", "overlay/*.h", *LEAVES]),
     ("ui/*", ["base/*.h", "ui/*.h", "shortcuts/*.h", "app/windows.h", *LEAVES]),
+    # What all helper programs have in common: how one is started, and what it gives up.
+    ("platform/helper/*", ["base/*.h", "platform/environment.h", "platform/helper/*.h"]),
+    # The video helper confines itself like the one that reads text.
+    ("platform/video/*", [*PORTS, *ADAPTER_AIDS, "platform/video/*.h",
+                          "platform/tesseract/confinement.h"]),
     # The headers of src/platform itself say nothing about a system; their sources choose one.
     ("platform/*.h", [*PORTS, "app/notification_center.h", "platform/*.h"]),
     ("platform/*.cpp", [*PORTS, "platform/*.h", "platform/*/*.h"]),

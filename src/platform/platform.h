@@ -20,6 +20,7 @@
 #include "shortcuts/hot_key_service.h"
 #include "shortcuts/key_monitor.h"
 #include "ui/login_item_service.h"
+#include "ui/video_looper.h"
 
 namespace platform {
 
@@ -48,6 +49,7 @@ struct Platform {
     capture::SoundPlayer& soundPlayer;
     capture::UserNotifications& userNotifications;
     ui::LoginItemService& loginItems;
+    ui::VideoLooperFactory& videoLoopers;
     base::Bundle bundle{};
 };
 

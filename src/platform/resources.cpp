@@ -9,6 +9,7 @@ namespace platform {
 namespace {
 
 constexpr const char* textHelperName = "lumaframe-text-helper";
+constexpr const char* videoHelperName = "lumaframe-video-helper";
 
 /// Where this program's binary is.
 std::filesystem::path binaryDirectory() {
@@ -53,8 +54,10 @@ Resources Resources::locate() {
         isInstalled ? (prefix / "share/lumaframe/sounds").string() : source + "/sounds";
     resources.icons =
         isInstalled ? (prefix / "share/icons/hicolor").string() : source + "/icons/hicolor";
-    resources.textHelper =
-        (isInstalled ? prefix / "libexec/lumaframe" : binaryDirectory()) / textHelperName;
+    resources.videos = isInstalled ? (prefix / "share/lumaframe").string() : source;
+    const auto helpers = isInstalled ? prefix / "libexec/lumaframe" : binaryDirectory();
+    resources.textHelper = helpers / textHelperName;
+    resources.videoHelper = helpers / videoHelperName;
     resources.bundle = bundleLocation(prefix);
     resources.icon = resources.icons + "/512x512/apps/app.lumaframe.Lumaframe.png";
     return resources;

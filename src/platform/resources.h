@@ -13,6 +13,10 @@ struct Resources {
     /// The recognition helper: a program in `libexec/lumaframe` of the prefix, or in the build
     /// directory.
     std::string textHelper;
+    /// Where the films are.
+    std::string videos;
+    /// The program that decodes them, in the same place as the recognition helper.
+    std::string videoHelper;
 
     /// What stands for the program when it is dragged somewhere: the desktop entry of an installed
     /// one, else its binary.

@@ -10,9 +10,11 @@
 #include <cstring>
 #include <string>
 
-#include "platform/tesseract/owned_descriptor.h"
+#include "platform/helper/owned_descriptor.h"
 
 namespace platform::tesseract {
+
+using helper::OwnedDescriptor;
 
 namespace {
 

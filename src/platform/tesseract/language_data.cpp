@@ -9,9 +9,11 @@
 #include <mutex>
 #include <string>
 
-#include "platform/tesseract/owned_descriptor.h"
+#include "platform/helper/owned_descriptor.h"
 
 namespace platform::tesseract {
+
+using helper::OwnedDescriptor;
 
 namespace {
 

@@ -5,10 +5,12 @@
 #include <string>
 #include <variant>
 
-#include "platform/tesseract/owned_descriptor.h"
+#include "platform/helper/owned_descriptor.h"
 #include "platform/tesseract/recognition_protocol.h"
 
 namespace platform::tesseract {
+
+using helper::OwnedDescriptor;
 
 /// One message as it was received.
 struct Message {

@@ -2,10 +2,12 @@
 
 #include "base/image.h"
 #include "base/result.h"
-#include "platform/tesseract/owned_descriptor.h"
+#include "platform/helper/owned_descriptor.h"
 #include "platform/tesseract/recognition_protocol.h"
 
 namespace platform::tesseract {
+
+using helper::OwnedDescriptor;
 
 /// The shape in which `image` is sent: rows without padding.
 PictureShape sealedShapeOf(const base::Image& image);

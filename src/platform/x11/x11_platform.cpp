@@ -37,6 +37,7 @@
 #include "platform/qt/tray_icon.h"
 #include "platform/resources.h"
 #include "platform/tesseract/helper_text_recognizer.h"
+#include "platform/video/film_resources.h"
 #include "platform/x11/connection.h"
 #include "platform/x11/system_tray_watch.h"
 #include "platform/x11/window_manager_client.h"
@@ -120,6 +121,8 @@ class X11Platform final : public RunningPlatform {
     png::PngEncoder imageEncoder_;
     tesseract::HelperTextRecognizer textRecognizer_{resources_.textHelper, *foundation_.mainQueue,
                                                     qt::fileDescriptorWatch()};
+    video::FilmResources films_{resources_.videos, resources_.videoHelper, *foundation_.mainQueue,
+                                qt::fileDescriptorWatch()};
     WindowManagerClient windowManager_{*foundation_.connection};
     app::Scenes* scenes_ = nullptr;
     qt::QtWindows windows_;
@@ -172,6 +175,7 @@ X11Platform::X11Platform(const StartOptions& options, Foundation foundation,
              .soundPlayer = soundPlayer_,
              .userNotifications = notifications_,
              .loginItems = loginItems_,
+             .videoLoopers = films_,
              .bundle = {.location = resources_.bundle, .icon = resources_.icon}},
       toolkitEvents_([this](const void* event) {
           const auto verdict =

@@ -9,8 +9,8 @@
 #include <string>
 #include <vector>
 
+#include "platform/helper/owned_descriptor.h"
 #include "platform/tesseract/helper_fixture.h"
-#include "platform/tesseract/owned_descriptor.h"
 
 namespace {
 
@@ -47,7 +47,7 @@ class Confinement : public HelperFixture {
     }
 
     /// As a library might leave one open.
-    platform::tesseract::OwnedDescriptor inheritable_;
+    platform::helper::OwnedDescriptor inheritable_;
     std::vector<std::string> lines_;
 };
 

@@ -1,7 +1,6 @@
 #pragma once
 
 #include <gtest/gtest.h>
-#include <poll.h>
 #include <sys/wait.h>
 
 #include <cerrno>
@@ -13,46 +12,16 @@
 #include "base/image.h"
 #include "desktop/wait.h"
 #include "doubles/manual_main_queue.h"
+#include "doubles/polled_watch.h"
 #include "platform/freedesktop/temporary_directory.h"
 #include "platform/tesseract/helper_text_recognizer.h"
 
 namespace tesseract_tests {
 
+using doubles::PolledWatch;
 using freedesktop_tests::ScopedVariable;
 using freedesktop_tests::TemporaryDirectory;
 using platform::tesseract::HelperTextRecognizer;
-
-/// Watches descriptors when the test says so.
-class PolledWatch {
-  public:
-    [[nodiscard]] platform::WatchFileDescriptor watch() {
-        return [this](int number, std::function<void()> onReadable) -> std::shared_ptr<void> {
-            auto entry = std::make_shared<Entry>(Entry{number, std::move(onReadable)});
-            entries_.push_back(entry);
-            return entry;
-        };
-    }
-    /// Calls what is due; whether there was something.
-    bool dispatch() {
-        bool isReadable = false;
-        for (const auto& weak : std::vector<std::weak_ptr<Entry>>(entries_)) {
-            const auto entry = weak.lock();
-            pollfd watched{entry ? entry->number : -1, POLLIN, 0};
-            if (entry && ::poll(&watched, 1, 0) > 0) {
-                entry->onReadable();
-                isReadable = true;
-            }
-        }
-        return isReadable;
-    }
-
-  private:
-    struct Entry {
-        int number;
-        std::function<void()> onReadable;
-    };
-    std::vector<std::weak_ptr<Entry>> entries_;
-};
 
 /// Whether this process has children, dead ones that were not reaped included.
 inline bool hasChildren() {

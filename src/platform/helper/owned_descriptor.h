@@ -1,10 +1,8 @@
 #pragma once
 
-#include <unistd.h>
-
 #include <utility>
 
-namespace platform::tesseract {
+namespace platform::helper {
 
 /// A file descriptor that is closed with its owner. Any thread.
 class OwnedDescriptor {
@@ -28,13 +26,9 @@ class OwnedDescriptor {
     [[nodiscard]] bool isOpen() const { return number_ >= 0; }
 
   private:
-    void close() {
-        if (number_ >= 0) {
-            ::close(number_);
-        }
-    }
+    void close();
 
     int number_ = -1;
 };
 
-}  // namespace platform::tesseract
+}  // namespace platform::helper
