@@ -32,6 +32,7 @@ class MenuServer final : public QObject, protected QDBusContext {
     [[nodiscard]] QString status() const { return QStringLiteral("normal"); }
     [[nodiscard]] QStringList iconThemePath() const { return {}; }
 
+    // NOLINTBEGIN(readability-identifier-naming): the names are the interface's.
   public slots:
     uint GetLayout(int parentId, int recursionDepth, const QStringList& propertyNames,
                    platform::qt::MenuLayout& layout);
@@ -48,6 +49,7 @@ class MenuServer final : public QObject, protected QDBusContext {
                                 const QList<platform::qt::MenuItemProperties>& removed);
     void LayoutUpdated(uint revision, int parent);
     void ItemActivationRequested(int id, uint timestamp);
+    // NOLINTEND(readability-identifier-naming)
 
   private:
     /// Null for an item that does not exist.

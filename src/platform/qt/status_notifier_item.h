@@ -62,6 +62,7 @@ class StatusNotifierItem final : public QObject {
     [[nodiscard]] bool itemIsMenu() const { return true; }
     [[nodiscard]] QDBusObjectPath menu() const;
 
+    // NOLINTBEGIN(readability-identifier-naming): the names are the interface's.
   public slots:
     // For panels that do not draw the menu themselves; the place is on the screen, in pixels.
     void ContextMenu(int x, int y);
@@ -74,6 +75,7 @@ class StatusNotifierItem final : public QObject {
     void NewIcon();
     void NewToolTip();
     void NewStatus(const QString& status);
+    // NOLINTEND(readability-identifier-naming)
 
   private:
     QDBusConnection bus_;
