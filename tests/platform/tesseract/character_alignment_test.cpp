@@ -84,6 +84,22 @@ TEST(CharacterAlignment, spaces_stand_in_gaps) {
     EXPECT_EQ(readings(line, "acr rce"), "a|cr|rc|e");
 }
 
+TEST(CharacterAlignment, where_widths_leave_a_doubt_the_space_decides) {
+    DrawnLine line;
+    line.add(0, 14, 10).add(5, 14, 10);
+    EXPECT_EQ(readings(line, "nn n"), "nn|n");
+    EXPECT_EQ(readings(line, "n nn"), "n|nn");
+}
+
+TEST(CharacterAlignment, where_widths_leave_a_doubt_the_height_decides) {
+    DrawnLine line;
+    line.add(0, 14, 14).add(1, 14, 10);
+    EXPECT_EQ(readings(line, "nbn"), "nb|n");
+    DrawnLine other;
+    other.add(0, 14, 10).add(1, 14, 14);
+    EXPECT_EQ(readings(other, "nbn"), "n|bn");
+}
+
 TEST(CharacterAlignment, what_is_much_shorter_than_its_columns_does_not_fit) {
     DrawnLine line;
     for (int index = 0; index < 12; ++index) {
@@ -96,6 +112,13 @@ TEST(Spacing, a_wide_gap_is_a_space_even_beside_letters_that_touch) {
     DrawnLine line;
     line.add(0, 20, 10).add(1, 9, 10).add(9, 9, 10).add(1, 9, 10);
     EXPECT_EQ(corrected(line, "ansea"), "ans ea");
+}
+
+TEST(Spacing, the_room_beside_a_one_is_no_space) {
+    DrawnLine line;
+    line.add(0, 9, 14).add(2, 9, 14).add(2, 9, 14).add(2, 9, 14).add(7, 5, 14).add(2, 9, 14);
+    EXPECT_EQ(corrected(line, "782418"), "782418");
+    EXPECT_EQ(corrected(line, "782438"), "7824 38");
 }
 
 TEST(Spacing, a_space_beside_punctuation_without_room_for_it_is_none) {

@@ -90,13 +90,13 @@ TEST(LineFinder, a_low_line_belongs_to_the_row_above_it) {
 
 TEST(LineFinder, all_marks_in_front_of_a_word_belong_to_it) {
     DrawnLetters drawn(300, 60);
-    for (int mark = 0; mark < 6; ++mark) {
+    for (int mark = 0; mark < 12; ++mark) {
         drawn.draw({10 + 5 * mark, 16, 11 + 5 * mark, 20});
     }
-    drawn.write(40, 30, 3);
+    drawn.write(70, 30, 3);
     const auto rows = LineFinder(drawnLetterHeight, {}).find(drawn.glyphs());
     ASSERT_EQ(rows.size(), 1U);
-    EXPECT_EQ(rows[0].glyphsFromLeft().size(), 9U);
+    EXPECT_EQ(rows[0].glyphsFromLeft().size(), 15U);
 }
 
 TEST(IconFilter, what_reaches_beyond_the_letters_on_both_sides_is_an_icon) {
