@@ -58,6 +58,7 @@ struct Program {
     doubles::FakeSoundPlayer soundPlayer;
     doubles::FakeUserNotifications userNotifications;
     doubles::FakeLoginItemService loginItems;
+    doubles::FakeVideoLoopers videoLoopers;
     app::NotificationCenter notifications;
     app::LumaframeApp app{{.mainQueue = queue,
                            .displays = displays,
@@ -77,7 +78,8 @@ struct Program {
                            .textRecognizer = recognizer,
                            .soundPlayer = soundPlayer,
                            .userNotifications = userNotifications,
-                           .loginItems = loginItems},
+                           .loginItems = loginItems,
+                           .videoLoopers = videoLoopers},
                           notifications,
                           log};
 };
