@@ -66,9 +66,6 @@ ALLOWED_INCLUDES = [
     ("ui/*", ["base/*.h", "ui/*.h", "shortcuts/*.h", "app/windows.h", *LEAVES]),
     # What all helper programs have in common: how one is started, and what it gives up.
     ("platform/helper/*", ["base/*.h", "platform/environment.h", "platform/helper/*.h"]),
-    # The video helper confines itself like the one that reads text.
-    ("platform/video/*", [*PORTS, *ADAPTER_AIDS, "platform/video/*.h",
-                          "platform/tesseract/confinement.h"]),
     # The headers of src/platform itself say nothing about a system; their sources choose one.
     ("platform/*.h", [*PORTS, "app/notification_center.h", "platform/*.h"]),
     ("platform/*.cpp", [*PORTS, "platform/*.h", "platform/*/*.h"]),

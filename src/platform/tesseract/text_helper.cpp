@@ -7,7 +7,7 @@
 #include <sstream>
 #include <utility>
 
-#include "platform/tesseract/confinement.h"
+#include "platform/helper/confinement.h"
 #include "platform/tesseract/helper_command.h"
 #include "platform/tesseract/message_channel.h"
 #include "platform/tesseract/sealed_picture.h"
@@ -23,7 +23,7 @@ constexpr unsigned long long memoryGrowth = 3ULL << 30U;
 enum ExitStatus { socketClosed = 0, couldNotStart = 2, badMessage = 3 };
 
 base::Result<ReadText> load(const std::string& languages, const LoadEngine& loadEngine) {
-    if (auto status = confineToReading(); !status) {
+    if (auto status = helper::confineToReading(); !status) {
         return status.error();
     }
     std::vector<std::string> names;
@@ -35,7 +35,7 @@ base::Result<ReadText> load(const std::string& languages, const LoadEngine& load
     if (!readText) {
         return readText.error();
     }
-    if (auto status = confineToComputing(memoryGrowth); !status) {
+    if (auto status = helper::confineToComputing(memoryGrowth); !status) {
         return status.error();
     }
     return readText;

@@ -1,16 +1,14 @@
 #pragma once
 
-#include <sys/types.h>
-
 #include <cstdint>
 #include <memory>
-#include <optional>
 #include <string>
 #include <vector>
 
 #include "base/image.h"
 #include "base/result.h"
 #include "capture/text_recognizer.h"
+#include "platform/helper/child_process.h"
 #include "platform/tesseract/installed_languages.h"
 #include "platform/tesseract/message_channel.h"
 
@@ -24,10 +22,6 @@ class TextHelperProcess {
     /// end of a socket.
     static base::Result<std::unique_ptr<TextHelperProcess>> start(
         const std::string& path, const LanguageSelection& languages);
-    /// Kills the helper, which has nothing to lose, and reaps it.
-    ~TextHelperProcess();
-    TextHelperProcess(const TextHelperProcess&) = delete;
-    TextHelperProcess& operator=(const TextHelperProcess&) = delete;
 
     /// Waits until the engine is loaded.
     base::Status waitUntilReady(const Deadline& deadline);
@@ -39,18 +33,17 @@ class TextHelperProcess {
     /// Whether it has ended, or says something without being asked.
     [[nodiscard]] bool isSpoilt() const;
     /// Readable when the process has ended; negative where the kernel has no such thing.
-    [[nodiscard]] int endDescriptor() const { return endDescriptor_.number(); }
-    [[nodiscard]] pid_t pid() const { return pid_; }
+    [[nodiscard]] int endDescriptor() const { return child_->endDescriptor(); }
+    [[nodiscard]] int pid() const { return child_->pid(); }
 
   private:
-    TextHelperProcess(pid_t pid, OwnedDescriptor socket, LanguageSelection languages);
+    TextHelperProcess(std::unique_ptr<helper::ChildProcess> child, OwnedDescriptor socket,
+                      LanguageSelection languages);
 
     base::Result<Message> receive(std::uint32_t serial, const Deadline& deadline);
     base::Error explain(ChannelFailure failure);
-    std::optional<int> killAndReap();
 
-    pid_t pid_;
-    OwnedDescriptor endDescriptor_;
+    std::unique_ptr<helper::ChildProcess> child_;
     MessageChannel channel_;
     LanguageSelection languages_;
     bool isReady_ = false;

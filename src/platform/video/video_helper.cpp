@@ -6,7 +6,7 @@
 #include <utility>
 #include <variant>
 
-#include "platform/tesseract/confinement.h"
+#include "platform/helper/confinement.h"
 #include "platform/video/film_reader.h"
 #include "platform/video/frame_memory.h"
 #include "platform/video/frame_scaler.h"
@@ -34,10 +34,10 @@ class Film {
     /// Of the film, or why there is none.
     base::Status open() {
         // Before a byte of the film is read: everything that is needed is open already.
-        if (auto confined = tesseract::confineToReading(); !confined) {
+        if (auto confined = helper::confineToReading(); !confined) {
             return confined;
         }
-        if (auto confined = tesseract::confineToComputing(memoryGrowth); !confined) {
+        if (auto confined = helper::confineToComputing(memoryGrowth); !confined) {
             return confined;
         }
         memory_ = FrameMemory::map(memoryDescriptor, FrameMemory::Access::write);

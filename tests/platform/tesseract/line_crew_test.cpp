@@ -9,7 +9,7 @@
 #include <thread>
 
 #include "picture_set.h"
-#include "platform/tesseract/confinement.h"
+#include "platform/helper/confinement.h"
 #include "platform/tesseract/screen_text_reader.h"
 
 namespace platform::tesseract {
@@ -114,7 +114,8 @@ TEST(LineCrew, a_page_that_is_foreseen_to_take_too_long_is_an_error_before_it_is
 [[noreturn]] void loadAnotherWhenConfined() {
     const auto reader = LineReader::create({"deu", "eng"});
     constexpr unsigned long long memoryGrowth = 1ULL << 30U;
-    if (!reader || !confineToReading() || !confineToComputing(memoryGrowth)) {
+    if (!reader || !platform::helper::confineToReading() ||
+        !platform::helper::confineToComputing(memoryGrowth)) {
         std::_Exit(2);
     }
     const bool opensFiles = ::open("/dev/null", O_RDONLY) >= 0;

@@ -2,7 +2,7 @@
 
 #include "base/result.h"
 
-namespace platform::tesseract {
+namespace platform::helper {
 
 /// What the kernel had to offer.
 enum class FileConfinement { active, missing };
@@ -11,4 +11,4 @@ enum class FileConfinement { active, missing };
 /// 5.13 and may be switched off. Files that are open stay as they are. Needs "no new privileges".
 base::Result<FileConfinement> confineFiles();
 
-}  // namespace platform::tesseract
+}  // namespace platform::helper

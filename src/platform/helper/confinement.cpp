@@ -1,4 +1,4 @@
-#include "platform/tesseract/confinement.h"
+#include "platform/helper/confinement.h"
 
 #include <fcntl.h>
 #include <sched.h>
@@ -15,9 +15,9 @@
 #include <memory>
 #include <string>
 
-#include "platform/tesseract/file_confinement.h"
+#include "platform/helper/file_confinement.h"
 
-namespace platform::tesseract {
+namespace platform::helper {
 
 namespace {
 
@@ -25,7 +25,7 @@ using Filter = std::unique_ptr<void, decltype(&seccomp_release)>;
 
 base::Error failure(const std::string& what, int error) {
     return {base::ErrorKind::notPermitted,
-            "The text recognition helper could not " + what + ": " + std::strerror(error) + "."};
+            "The helper program could not " + what + ": " + std::strerror(error) + "."};
 }
 
 /// Memory, the descriptors that are open, threads, time, and what the C library asks along the way.
@@ -166,4 +166,4 @@ base::Status confineToComputing(unsigned long long memoryGrowth) {
     return base::Nothing{};
 }
 
-}  // namespace platform::tesseract
+}  // namespace platform::helper

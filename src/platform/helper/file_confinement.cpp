@@ -1,4 +1,4 @@
-#include "platform/tesseract/file_confinement.h"
+#include "platform/helper/file_confinement.h"
 
 #include <fcntl.h>
 #include <sys/syscall.h>
@@ -12,9 +12,7 @@
 
 #include "platform/helper/owned_descriptor.h"
 
-namespace platform::tesseract {
-
-using helper::OwnedDescriptor;
+namespace platform::helper {
 
 namespace {
 
@@ -57,7 +55,7 @@ std::size_t lengthKnownTo(long version) {
 
 base::Error failure() {
     return {base::ErrorKind::failed,
-            std::string("The text recognition helper could not give up its access to files: ") +
+            std::string("The helper program could not give up its access to files: ") +
                 std::strerror(errno) + "."};
 }
 
@@ -84,4 +82,4 @@ base::Result<FileConfinement> confineFiles() {
     return FileConfinement::active;
 }
 
-}  // namespace platform::tesseract
+}  // namespace platform::helper
