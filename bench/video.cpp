@@ -70,8 +70,10 @@ pid_t helper() {
         std::ifstream file(entry.path() / "stat");
         std::string text;
         std::getline(file, text);
-        if (text.find("(lumaframe-video") != std::string::npos &&
-            text.find(") S " + self + " ") != std::string::npos) {
+        // Behind the name come its state, which is one letter, and its parent.
+        const std::size_t name = text.find("(lumaframe-video");
+        const std::size_t end = text.rfind(") ");
+        if (name != std::string::npos && text.substr(end + 4).starts_with(self + " ")) {
             return std::stoi(text);
         }
     }

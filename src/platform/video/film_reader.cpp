@@ -26,7 +26,7 @@ using std::chrono::microseconds;
 /// What films are made of; the many other decoders of the library are never reached.
 constexpr std::array acceptedCodecs{AV_CODEC_ID_H264, AV_CODEC_ID_HEVC, AV_CODEC_ID_MPEG4,
                                     AV_CODEC_ID_VP9, AV_CODEC_ID_AV1};
-/// 4096 x 2304: with all the pictures that a decoder keeps this is some 300 MB.
+/// 4096 x 2304: with all the pictures that a decoder keeps this is some 360 MB.
 constexpr std::int64_t maximumPixelCount = std::int64_t{4096} * 2304;
 
 /// Pictures one after the other that cannot be decoded.

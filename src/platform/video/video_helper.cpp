@@ -22,7 +22,7 @@ namespace platform::video {
 
 namespace {
 
-/// The largest pictures that are accepted were seen to need 350 MB; more than this is a fault, and
+/// The largest pictures that are accepted were seen to need 360 MB; more than this is a fault, and
 /// fails instead of filling the machine.
 constexpr unsigned long long memoryGrowth = 512ULL << 20U;
 
