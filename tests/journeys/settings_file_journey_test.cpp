@@ -2,6 +2,10 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <linux/capability.h>
+#include <sys/prctl.h>
+
+#include <algorithm>
 #include <fstream>
 
 #include "journeys/settings_fixture.h"
@@ -86,6 +90,66 @@ TEST_F(SettingsFile, ten_thousand_toggles_in_a_row_lose_nothing) {
         std::chrono::seconds(90));
     EXPECT_EQ(stored("playSounds"), false);
     EXPECT_FALSE(panel.isChecked("Play sounds"));
+}
+
+/// The same with a program to which the permissions of files apply, whoever runs the test.
+class UnreadableSettingsFile : public SettingsFile {
+  protected:
+    void startUnprivileged() {
+        session.start(SettingsWindow::leftOpen, {}, [] {
+            // Refused to an ordinary user, who has nothing to give up.
+            ::prctl(PR_CAPBSET_DROP, CAP_DAC_OVERRIDE, 0, 0, 0);
+            ::prctl(PR_CAPBSET_DROP, CAP_DAC_READ_SEARCH, 0, 0, 0);
+        });
+        panel.waitUntilOpen();
+    }
+    void setAccess(std::filesystem::perms access) const {
+        std::filesystem::permissions(session.settingsFile(), access);
+    }
+    static constexpr auto nobody = std::filesystem::perms::none;
+    static constexpr auto owner =
+        std::filesystem::perms::owner_read | std::filesystem::perms::owner_write;
+};
+
+TEST_F(UnreadableSettingsFile, while_the_window_is_open_it_loses_nothing_and_is_mended) {
+    session.writeSettings({{"playSounds", false}});
+    startUnprivileged();
+    const std::size_t before = session.mark();
+    setAccess(nobody);
+    panel.toggle("Show notifications");
+    EXPECT_FALSE(panel.isChecked("Play sounds"));
+    EXPECT_EQ(stored("playSounds"), false);
+    EXPECT_EQ(stored("showNotifications"), true);
+    EXPECT_EQ(std::filesystem::status(session.settingsFile()).permissions(), owner);
+    EXPECT_THAT(session.linesSince(before), IsEmpty());
+}
+
+TEST_F(UnreadableSettingsFile, at_the_start_is_one_line_and_counts_as_soon_as_it_can_be_read) {
+    session.writeSettings({{"playSounds", false}, {"unknown", "kept"}});
+    const auto before = session.readSettings();
+    setAccess(nobody);
+    startUnprivileged();
+    EXPECT_TRUE(panel.isChecked("Play sounds"));
+    panel.toggle("Show notifications");
+    EXPECT_EQ(session.readSettings(), before);
+    const auto lines = session.linesSince(0);
+    EXPECT_EQ(std::ranges::count_if(lines,
+                                    [this](const std::string& line) {
+                                        return line.find("settings.json") != std::string::npos;
+                                    }),
+              1)
+        << testing::PrintToString(lines);
+    setAccess(owner);
+    session.require("The stored value", [this] { return !panel.isChecked("Play sounds"); });
+    EXPECT_TRUE(panel.isChecked("Show notifications"));
+    panel.toggle("Hide dock icon");
+    auto expected = before;
+    expected["showNotifications"] = true;
+    expected["hideDockIcon"] = true;
+    const auto after = session.readSettings();
+    for (const auto& [name, value] : expected.items()) {
+        EXPECT_EQ(after.value(name, nlohmann::json()), value) << name;
+    }
 }
 
 }  // namespace

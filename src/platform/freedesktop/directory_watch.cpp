@@ -12,9 +12,10 @@ namespace platform::freedesktop {
 
 namespace {
 
-// Not IN_MODIFY: a file that is still being written is nothing to read yet.
-constexpr std::uint32_t contentEvents = IN_CLOSE_WRITE | IN_MOVED_TO | IN_MOVED_FROM | IN_DELETE |
-                                        IN_DELETE_SELF | IN_MOVE_SELF | IN_ONLYDIR;
+// Not IN_MODIFY: a file that is still being written is nothing to read yet. IN_ATTRIB: a file may
+// have become readable.
+constexpr std::uint32_t contentEvents = IN_CLOSE_WRITE | IN_ATTRIB | IN_MOVED_TO | IN_MOVED_FROM |
+                                        IN_DELETE | IN_DELETE_SELF | IN_MOVE_SELF | IN_ONLYDIR;
 constexpr std::uint32_t arrivalEvents = IN_CREATE | IN_MOVED_TO | IN_ONLYDIR;
 
 }  // namespace

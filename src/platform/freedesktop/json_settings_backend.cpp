@@ -39,6 +39,10 @@ std::string resolved(const std::string& path) {
     return error ? path : target.string();
 }
 
+bool isSameTime(const timespec& left, const timespec& right) {
+    return left.tv_sec == right.tv_sec && left.tv_nsec == right.tv_nsec;
+}
+
 }  // namespace
 
 std::unique_ptr<JsonSettingsBackend> JsonSettingsBackend::create(const XdgDirectories& directories,
@@ -108,7 +112,7 @@ std::optional<JsonSettingsBackend::Version> JsonSettingsBackend::versionOnDisk()
     if (::stat(path_.c_str(), &status) != 0) {
         return std::nullopt;
     }
-    return Version{status.st_dev, status.st_ino, status.st_size, status.st_mtim};
+    return Version{status.st_dev, status.st_ino, status.st_size, status.st_mtim, status.st_ctim};
 }
 
 bool JsonSettingsBackend::isUpToDate() const {
@@ -116,9 +120,11 @@ bool JsonSettingsBackend::isUpToDate() const {
     if (!found || !version_) {
         return !found && !version_;
     }
-    return found->device == version_->device && found->inode == version_->inode &&
-           found->size == version_->size && found->modified.tv_sec == version_->modified.tv_sec &&
-           found->modified.tv_nsec == version_->modified.tv_nsec;
+    const bool isSameFile = found->device == version_->device && found->inode == version_->inode &&
+                            found->size == version_->size &&
+                            isSameTime(found->modified, version_->modified);
+    return isSameFile &&
+           (!unreadable_ || isSameTime(found->attributesChanged, version_->attributesChanged));
 }
 
 void JsonSettingsBackend::refresh(BrokenFile whenBroken) {

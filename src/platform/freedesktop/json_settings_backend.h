@@ -45,6 +45,8 @@ class JsonSettingsBackend final : public app::SettingsBackend {
         ino_t inode = 0;
         off_t size = 0;
         timespec modified{};
+        /// Counts only for a file that could not be read: its owner may have changed that.
+        timespec attributesChanged{};
     };
     /// What to do with a file that does not parse.
     enum class BrokenFile {
