@@ -26,10 +26,12 @@ void makePrivate(const fs::path& directory) {
     fs::permissions(directory, fs::perms::owner_all);
 }
 
-/// No service directories: a service that a test did not start must not be started by the bus.
+/// No service directories but the test's own: a service that a test did not ask for must not be
+/// started by the bus.
 constexpr const char* busConfiguration = R"(<busconfig>
   <type>session</type>
   <listen>unix:path=%</listen>
+  &
   <auth>EXTERNAL</auth>
   <policy context="default">
     <allow send_destination="*" eavesdrop="true"/>
@@ -63,7 +65,7 @@ Desktop::Desktop(const DesktopOptions& options)
     server_ = std::make_unique<XServer>(directory_, options.outputs);
     client_ = std::make_unique<XClient>(displayName());
     input_ = std::make_unique<InputDriver>(displayName());
-    startBus();
+    startBus(options.busServices);
     if (options.windowManager == WindowManager::openbox) {
         startWindowManager();
     }
@@ -131,10 +133,12 @@ std::unique_ptr<Process> Desktop::start(const std::string& name, std::vector<std
                                                     .beforeExec = std::move(beforeExec)});
 }
 
-void Desktop::startBus() {
+void Desktop::startBus(const std::filesystem::path& services) {
     const auto configuration = directory_ / "bus.conf";
     std::string text = busConfiguration;
     text.replace(text.find('%'), 1, directory_ / "runtime/bus");
+    text.replace(text.find('&'), 1,
+                 services.empty() ? "" : "<servicedir>" + services.string() + "</servicedir>");
     std::ofstream(configuration) << text;
     dbusDaemon_ =
         start("dbus-daemon", {"dbus-daemon", "--nofork", "--nopidfile",

@@ -34,6 +34,8 @@ struct DesktopOptions {
     NotificationDaemon notifications = NotificationDaemon::none;
     Tray tray = Tray::none;
     Accessibility accessibility = Accessibility::off;
+    /// A directory of service files, whose programs the bus starts when they are called.
+    std::filesystem::path busServices{};
     /// Added to the environment of every program started here.
     Environment environment{};
 };
@@ -92,7 +94,7 @@ class Desktop {
     std::string bus(const std::vector<std::string>& arguments);
 
   private:
-    void startBus();
+    void startBus(const std::filesystem::path& services);
     void startWindowManager();
     void startAccessibility();
     void startNotifications(NotificationDaemon daemon);

@@ -17,7 +17,7 @@ const QString objectPath = QStringLiteral("/app/lumaframe/Lumaframe");
 const QString applicationInterface = QStringLiteral("org.freedesktop.Application");
 
 constexpr int patienceMilliseconds = 1000;
-// From the D-Bus specification, "RequestName".
+// The numbers of the bus for "RequestName": a flag of the request, and an answer to it.
 constexpr uint doNotQueue = 4;
 constexpr uint nameExists = 3;
 
@@ -36,6 +36,14 @@ const char* const introspection = R"(
   </interface>
 )";
 
+QDBusMessage callOfBus(const QString& method, const QVariantList& arguments) {
+    QDBusMessage call = QDBusMessage::createMethodCall(
+        QStringLiteral("org.freedesktop.DBus"), QStringLiteral("/org/freedesktop/DBus"),
+        QStringLiteral("org.freedesktop.DBus"), method);
+    call.setArguments(arguments);
+    return call;
+}
+
 }  // namespace
 
 class DBusApplication::Service final : public QDBusVirtualObject {
@@ -43,6 +51,10 @@ class DBusApplication::Service final : public QDBusVirtualObject {
     explicit Service(Hooks hooks) : hooks_(std::move(hooks)) {}
     ~Service() override {
         if (bus_) {
+            // The name first, and until the bus has confirmed it: a call that comes now is to start
+            // the program again, and not to find a name without an object.
+            bus_->call(callOfBus(QStringLiteral("ReleaseName"), {serviceName}), QDBus::Block,
+                       patienceMilliseconds);
             bus_->unregisterObject(objectPath);
         }
     }
@@ -54,11 +66,9 @@ class DBusApplication::Service final : public QDBusVirtualObject {
         }
         // Before the name is taken: a message may come with it.
         bus_->registerVirtualObject(objectPath, this, QDBusConnection::SingleNode);
-        QDBusMessage request = QDBusMessage::createMethodCall(
-            QStringLiteral("org.freedesktop.DBus"), QStringLiteral("/org/freedesktop/DBus"),
-            QStringLiteral("org.freedesktop.DBus"), QStringLiteral("RequestName"));
-        request << serviceName << doNotQueue;
-        const QDBusMessage reply = bus_->call(request, QDBus::Block, patienceMilliseconds);
+        const QDBusMessage reply =
+            bus_->call(callOfBus(QStringLiteral("RequestName"), {serviceName, doNotQueue}),
+                       QDBus::Block, patienceMilliseconds);
         const bool isTaken = reply.type() == QDBusMessage::ReplyMessage &&
                              reply.arguments().value(0).toUInt() == nameExists;
         if (isTaken) {

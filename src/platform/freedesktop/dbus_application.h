@@ -25,6 +25,7 @@ class DBusApplication {
     };
 
     explicit DBusApplication(Hooks hooks);
+    /// Gives the name up; waits at most a second for the bus to confirm it.
     ~DBusApplication();
     DBusApplication(const DBusApplication&) = delete;
     DBusApplication& operator=(const DBusApplication&) = delete;
