@@ -10,6 +10,7 @@
 #include <QKeyEvent>
 #include <QPalette>
 #include <QVBoxLayout>
+#include <algorithm>
 
 #include "platform/qt/qt_session.h"
 #include "shortcuts/recorder_fixture.h"
@@ -43,6 +44,22 @@ class ShortcutRecorderTest : public testing::Test {
     QImage picture() {
         QCoreApplication::sendPostedEvents();
         return window->grab().toImage();
+    }
+    /// From the first to the last column that has something of the text.
+    int textWidth() {
+        window->setPalette(QPalette(Qt::black, Qt::white));
+        const QImage image = picture();
+        int first = image.width();
+        int last = -1;
+        for (int x = image.height(); x < pill().width() - image.height(); ++x) {
+            for (int y = 0; y < image.height(); ++y) {
+                if (qGray(image.pixel(x, y)) < 100) {
+                    first = std::min(first, x);
+                    last = x;
+                }
+            }
+        }
+        return last - first + 1;
     }
     static void send(QWidget& widget, QEvent::Type type, Qt::Key key, bool isRepeat = false) {
         QKeyEvent event(type, key, Qt::NoModifier, QString(), isRepeat);
@@ -137,6 +154,24 @@ TEST_F(ShortcutRecorderTest, the_symbols_keep_their_order_from_right_to_left) {
     const QImage leftToRight = picture();
     window->setLayoutDirection(Qt::RightToLeft);
     EXPECT_EQ(picture(), leftToRight);
+}
+
+TEST_F(ShortcutRecorderTest, without_a_font_for_the_symbols_the_words_are_shown) {
+    QFont plain(QStringLiteral("Liberation Sans"));
+    plain.setStyleStrategy(QFont::NoFontMerging);
+    plain.setPixelSize(11);
+    ASSERT_FALSE(QFontMetrics(plain).inFontUcs4(U'⌘')) << "The package fonts-liberation is needed.";
+    pill().setFont(plain);
+    recorder->refresh();
+    show();
+    const QFontMetrics metrics(plain);
+    EXPECT_NEAR(textWidth(), metrics.horizontalAdvance(QStringLiteral("Super+Shift+1")), 3);
+    // Whoever reads it aloud gets both.
+    EXPECT_EQ(pill().accessibleName(), QStringLiteral("⌘⇧1"));
+    EXPECT_EQ(pill().accessibleDescription(), QStringLiteral("Super+Shift+1"));
+    bound = {.keyCode = 0, .modifiers = 0};
+    recorder->refresh();
+    EXPECT_NEAR(textWidth(), metrics.horizontalAdvance(QStringLiteral("A")), 3);
 }
 
 TEST_F(ShortcutRecorderTest, shows_what_somebody_else_has_changed_when_it_is_asked_to) {
