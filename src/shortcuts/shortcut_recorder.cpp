@@ -93,13 +93,16 @@ class Pill final : public PlainButton {
         setFont(pillFont);
     }
 
+    /// Is read from the next `show` on.
+    void setPurpose(const QString& purpose) { purpose_ = purpose; }
+
     void show(const RecorderModel& model) {
         isRecording_ = model.isRecording();
         const QString label = QString::fromStdString(model.label());
         const QString words = QString::fromStdString(model.labelInWords());
         setText(label);
         setAccessibleName(label);
-        setAccessibleDescription(words == label ? QString() : words);
+        setAccessibleDescription(description(words == label ? QString() : words));
         shownText_ = canDraw(label) ? label : words;
         update();
     }
@@ -142,7 +145,13 @@ class Pill final : public PlainButton {
                            [&](auto character) { return metrics.inFontUcs4(character); });
     }
 
+    [[nodiscard]] QString description(const QString& words) const {
+        return purpose_.isEmpty() || words.isEmpty() ? purpose_ + words
+                                                     : purpose_ + QStringLiteral(", ") + words;
+    }
+
     bool isRecording_ = false;
+    QString purpose_;
     QString shownText_;
 };
 
@@ -211,6 +220,12 @@ QAbstractButton& ShortcutRecorder::pill() const {
 
 QAbstractButton& ShortcutRecorder::resetButton() const {
     return *resetButton_;
+}
+
+void ShortcutRecorder::setPurpose(const QString& purpose) {
+    pill_->setPurpose(purpose);
+    resetButton_->setAccessibleDescription(purpose);
+    refresh();
 }
 
 void ShortcutRecorder::refresh() {

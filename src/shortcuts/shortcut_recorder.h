@@ -28,6 +28,8 @@ class ShortcutRecorder final : public QWidget {
     /// another reason than this control; an observer that is told before a change asks for it in a
     /// later turn.
     void refresh();
+    /// What the shortcut is for, which an assistive program reads with both controls.
+    void setPurpose(const QString& purpose);
     /// The two controls, in reading order.
     [[nodiscard]] QAbstractButton& pill() const;
     [[nodiscard]] QAbstractButton& resetButton() const;

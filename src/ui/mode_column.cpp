@@ -1,6 +1,5 @@
 #include "ui/mode_column.h"
 
-#include <QAbstractButton>
 #include <QHBoxLayout>
 #include <QVBoxLayout>
 #include <algorithm>
@@ -61,7 +60,7 @@ QWidget* ModeColumn::makeRecorder(const Content& content, shortcuts::KeyMonitor&
          .isDefault = [shortcut] { return shortcut.isDefault(); },
          .resetAction = [shortcut] { shortcut.reset(); }},
         keyMonitor);
-    recorder->pill().setAccessibleDescription(content.title);
+    recorder->setPurpose(content.title);
     recorder->setObjectName(QStringLiteral("recorder"));
     shortcutChanges_ = shortcut.observeChanges([recorder] {
         // Later: this is told before the change.

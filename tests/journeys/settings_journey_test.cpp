@@ -2,6 +2,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <fstream>
 
 #include "journeys/settings_fixture.h"
@@ -34,6 +35,41 @@ TEST_F(Settings, an_assistive_program_reads_every_control_with_its_label_in_read
                     "check box: Capture window shadows by Spacebar", "check box: Play sounds"));
     EXPECT_EQ(panel.object("check box", "Save to", 0).description, "Screenshots");
     EXPECT_EQ(panel.object("check box", "Save to", 1).description, "Text Recognition");
+}
+
+TEST_F(Settings, an_assistive_program_reads_that_a_recorder_waits_and_what_it_has_recorded) {
+    open();
+    const auto isRead = [this](const std::string& name) {
+        const auto all = panel.objects();
+        return std::ranges::any_of(
+            all, [&](const auto& one) { return one.role == "push button" && one.name == name; });
+    };
+    EXPECT_EQ(panel.object("push button", "⌘⇧2").description, "Text Recognition, Super+Shift+2");
+    session.input().click(panel.object("push button", "⌘⇧1").center());
+    session.require("The invitation", [&] { return isRead("Press Shortcut…"); });
+    session.input().tap(key::a);
+    session.require("The recorded key", [&] { return isRead("A"); });
+    EXPECT_EQ(panel.object("push button", "A").description, "Screenshots");
+    EXPECT_EQ(panel.object("push button", "Reset to default").description, "Screenshots");
+    session.input().click(panel.object("push button", "Reset to default").center());
+    session.require("The default", [&] { return isRead("⌘⇧1") && !isRead("Reset to default"); });
+    EXPECT_EQ(panel.object("push button", "⌘⇧1").description, "Screenshots, Super+Shift+1");
+}
+
+TEST_F(Settings, a_shortcut_in_the_file_counts_at_the_next_start_and_not_before) {
+    open();
+    auto settings = session.readSettings();
+    settings["screenshotKeyCode"] = 0;
+    settings["playSounds"] = false;
+    replaceSettings(settings.dump());
+    session.require("The new value beside it", [this] { return !panel.isChecked("Play sounds"); });
+    EXPECT_NO_THROW(static_cast<void>(panel.object("push button", "⌘⇧1")));
+    session.openOverlay();
+    session.cancelOverlay();
+    session.program().end();
+    session.start(SettingsWindow::leftOpen);
+    panel.waitUntilOpen();
+    EXPECT_NO_THROW(static_cast<void>(panel.object("push button", "⌘⇧A")));
 }
 
 TEST_F(Settings, tab_reaches_every_control_in_reading_order_and_space_toggles_it) {
