@@ -26,7 +26,8 @@ class LineCrew {
     using ReadLine = std::function<LineReading(LineReader&, std::size_t)>;
 
     /// Reads all lines. `lengths` are the lines' lengths as multiples of their heights, which is
-    /// what the time goes with. An error as soon as it is foreseen to take longer than `limit`.
+    /// what the time goes with. An error once a part of `limit` has gone and it is foreseen that
+    /// all of them would take longer.
     base::Result<std::vector<LineReading>> readAll(const std::vector<double>& lengths,
                                                    const ReadLine& readLine,
                                                    std::chrono::milliseconds limit);

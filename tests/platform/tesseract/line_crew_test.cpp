@@ -110,6 +110,25 @@ TEST(LineCrew, a_page_that_is_foreseen_to_take_too_long_is_an_error_before_it_is
     EXPECT_LT(count, 3U);
 }
 
+TEST(LineCrew, one_slow_line_gives_no_page_up) {
+    const auto crew = crewOf(CrewSize::one);
+    ASSERT_NE(crew, nullptr);
+    // At the first line's pace all of them would take more than a minute.
+    const std::vector<double> lengths(100'000, 10);
+    const auto readings = crew->readAll(
+        lengths,
+        [](LineReader& reader, std::size_t index) {
+            const auto start = std::chrono::steady_clock::now();
+            while (index == 0 &&
+                   std::chrono::steady_clock::now() - start < std::chrono::milliseconds(1)) {
+            }
+            return numbered(reader, index);
+        },
+        std::chrono::minutes(1));
+    ASSERT_TRUE(readings) << readings.error().sentence;
+    EXPECT_EQ(readings.value().size(), lengths.size());
+}
+
 /// Leaves with 0 when all went well.
 [[noreturn]] void loadAnotherWhenConfined() {
     const auto reader = LineReader::create({"deu", "eng"});
