@@ -12,8 +12,7 @@ namespace platform::tesseract {
 /// Letters stand on the baseline and end at the height of capitals; an icon is drawn around the
 /// middle of the row and reaches beyond both. Icons come in columns: where some marks of a column
 /// are icons, the marks that stand exactly below them are, too, when most of the column has other
-/// colours than the text. A filled convex shape that is no
-/// disc, alone, is an arrow.
+/// colours than the text. A filled convex shape that is no disc, alone, is an arrow.
 class IconFilter {
   public:
     /// Heights in pixels, as the page has them; `components` are those of the rows' glyphs. All

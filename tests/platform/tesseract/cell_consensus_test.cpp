@@ -73,6 +73,13 @@ TEST(CellConsensus, an_empty_cell_is_a_space) {
     EXPECT_EQ(cells.corrected("nl xnly"), "nlx nly");
 }
 
+TEST(CellConsensus, a_tall_shape_is_no_dash) {
+    DrawnCells cells({"abcab"});
+    EXPECT_EQ(cells.corrected("n-lxnl"), "nlxnl");
+    EXPECT_EQ(cells.corrected("nlxn-l"), "nlxnl");
+    EXPECT_EQ(cells.corrected("-nlxnl"), "nlxnl");
+}
+
 TEST(CellConsensus, a_zero_with_a_dot_is_a_zero_and_an_at_sign_beside_a_name_stays) {
     DrawnCells cells({"abca"});
     EXPECT_EQ(cells.corrected("=@;9"), "=0;9");

@@ -42,11 +42,12 @@ std::string readings(const DrawnLine& line, const std::string& text) {
     }
     std::string result;
     for (const ColumnReading& reading : *readings) {
-        result += result.empty() ? "" : "|";
         for (std::size_t index = 0; index < reading.count; ++index) {
             result += read[reading.first + index].text;
         }
+        result += "|";
     }
+    result.pop_back();
     return result;
 }
 
@@ -89,6 +90,13 @@ TEST(CharacterAlignment, where_widths_leave_a_doubt_the_space_decides) {
     line.add(0, 14, 10).add(5, 14, 10);
     EXPECT_EQ(readings(line, "nn n"), "nn|n");
     EXPECT_EQ(readings(line, "n nn"), "n|nn");
+}
+
+TEST(CharacterAlignment, of_columns_too_many_those_are_left_out_that_the_spaces_do_not_fit) {
+    DrawnLine line;
+    line.add(0, 9, 10).add(8, 9, 10).add(1, 9, 10);
+    EXPECT_EQ(readings(line, "n n"), "n|n|");
+    EXPECT_EQ(readings(line, "nn"), "|n|n");
 }
 
 TEST(CharacterAlignment, where_widths_leave_a_doubt_the_height_decides) {

@@ -17,8 +17,10 @@ class DrawnLetters {
     DrawnLetters(int width, int height)
         : page_(width, height, {255, 255, 255}), ink_(width, height), mask_(width, height) {}
 
-    void draw(const Box& box) {
-        fill(page_, box, {0, 0, 0});
+    /// A part of the page that has another background; comes before what stands on it.
+    void drawSurface(const Box& box, Color color) { fill(page_, box, color); }
+    void draw(const Box& box, Color color = {0, 0, 0}) {
+        fill(page_, box, color);
         for (int y = box.top; y < box.bottom; ++y) {
             for (int x = box.left; x < box.right; ++x) {
                 ink_.at(x, y) = 255;
@@ -43,6 +45,8 @@ class DrawnLetters {
         return glyphs;
     }
     [[nodiscard]] const ColorPlane& page() const { return page_; }
+    [[nodiscard]] const InkPlane& ink() const { return ink_; }
+    [[nodiscard]] const Mask& mask() const { return mask_; }
     InkPlane& ink() { return ink_; }
     Mask& mask() { return mask_; }
 

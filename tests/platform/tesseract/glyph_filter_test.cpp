@@ -13,7 +13,7 @@ namespace {
 /// A page with a row of letters, and what is drawn beside it.
 class LetterPage : public DrawnLetters {
   public:
-    LetterPage() : DrawnLetters(300, 140) { write(20, 30, 12); }
+    LetterPage() : DrawnLetters(300, 140), ground_(300, 140, {255, 255, 255}) { write(20, 30, 12); }
 
     void drawFrame(const Box& box) {
         draw({box.left, box.top, box.right, box.top + 1});
@@ -21,15 +21,49 @@ class LetterPage : public DrawnLetters {
         draw({box.left, box.top, box.left + 1, box.bottom});
         draw({box.right - 1, box.top, box.right, box.bottom});
     }
+    void drawSurface(const Box& box, Color color) {
+        DrawnLetters::drawSurface(box, color);
+        fill(ground_, box, color);
+    }
     /// How many of the components, apart from the letters, are glyphs.
     int others() {
-        const ColorPlane ground(page().width(), page().height(), {255, 255, 255});
-        const BackgroundModel background(ground);
+        const BackgroundModel background(ground_);
         const ConnectedComponents components(mask());
         const GlyphFilter filter(page(), ink(), mask(), components, background);
         return static_cast<int>(filter.glyphs().size()) - 12;
     }
+
+  private:
+    ColorPlane ground_;
 };
+
+constexpr Color paleBlue{180, 200, 240};
+
+/// What the icon filter leaves of the drawn rows.
+std::vector<TextLine> withoutIcons(const DrawnLetters& drawn) {
+    auto rows = LineFinder(drawnLetterHeight, {}).find(drawn.glyphs());
+    const ConnectedComponents components(drawn.mask());
+    IconFilter(drawn.page(), drawn.ink(), components, drawnLetterHeight, drawnLetterHeight)
+        .removeFrom(rows);
+    return rows;
+}
+
+/// A list of five rows of words; in front of two of them stands an icon, in front of the others a
+/// sign that could be a letter.
+DrawnLetters listOfFiles(Color signs) {
+    DrawnLetters drawn(300, 240);
+    for (int row = 0; row < 5; ++row) {
+        const int baseline = 30 + 40 * row;
+        if (row < 2) {
+            drawn.draw({10, baseline - 14, 28, baseline + 4}, signs);
+        } else {
+            drawn.draw({15, baseline - 10, 23, baseline}, signs);
+        }
+        drawn.write(40, baseline, 4);
+        drawn.write(80, baseline, 4);
+    }
+    return drawn;
+}
 
 }  // namespace
 
@@ -64,18 +98,14 @@ TEST(GlyphFilter, large_letters_stay_where_they_have_company) {
 
 TEST(GlyphFilter, what_fades_out_on_all_sides_is_no_glyph) {
     LetterPage page;
-    page.draw({40, 60, 60, 80});
-    for (int y = 60; y < 80; ++y) {
-        for (int x = 40; x < 60; ++x) {
-            const int depth = std::min({x - 39, 60 - x, y - 59, 80 - y});
-            page.ink().at(x, y) = static_cast<std::uint8_t>(20 * depth);
-        }
-    }
-    // A ring, so that it is not a block.
-    for (int y = 68; y < 72; ++y) {
-        for (int x = 48; x < 52; ++x) {
-            page.mask().at(x, y) = 0;
-            page.ink().at(x, y) = 0;
+    const Box box{40, 60, 52, 72};
+    page.draw(box);
+    EXPECT_EQ(page.others(), 1) << "as sharp as a letter";
+    for (int y = box.top; y < box.bottom; ++y) {
+        for (int x = box.left; x < box.right; ++x) {
+            const int depth =
+                1 + std::min({x - box.left, box.right - 1 - x, y - box.top, box.bottom - 1 - y});
+            page.ink().at(x, y) = static_cast<std::uint8_t>(40 * depth);
         }
     }
     EXPECT_EQ(page.others(), 0);
@@ -84,12 +114,47 @@ TEST(GlyphFilter, what_fades_out_on_all_sides_is_no_glyph) {
 TEST(GlyphFilter, what_goes_round_letters_is_no_glyph) {
     LetterPage page;
     // Open on one side, so that it is no frame.
-    page.draw({30, 50, 31, 90});
-    page.draw({30, 50, 80, 51});
-    page.draw({30, 89, 80, 90});
-    page.draw({79, 75, 80, 90});
-    page.draw({50, 62, 56, 72});
+    page.draw({30, 50, 31, 74});
+    page.draw({30, 50, 70, 51});
+    page.draw({30, 73, 70, 74});
+    page.draw({69, 64, 70, 74});
     EXPECT_EQ(page.others(), 1);
+    page.draw({46, 57, 52, 67});
+    EXPECT_EQ(page.others(), 1) << "the letter, and no longer what is round it";
+}
+
+TEST(GlyphFilter, the_edge_between_two_surfaces_is_no_glyph) {
+    LetterPage page;
+    page.drawSurface({0, 100, 300, 140}, paleBlue);
+    page.draw({40, 66, 100, 74});
+    EXPECT_EQ(page.others(), 1) << "on one surface";
+    page.draw({140, 96, 200, 104});
+    EXPECT_EQ(page.others(), 1);
+}
+
+TEST(GlyphFilter, a_letter_on_two_surfaces_has_a_color_of_its_own) {
+    LetterPage page;
+    page.drawSurface({0, 100, 300, 140}, paleBlue);
+    page.draw({40, 95, 46, 105}, {218, 228, 248});
+    EXPECT_EQ(page.others(), 0) << "a blend of both";
+    page.draw({80, 95, 86, 105});
+    EXPECT_EQ(page.others(), 1);
+}
+
+TEST(IconFilter, signs_of_another_color_in_a_column_of_icons_are_icons) {
+    std::size_t glyphs = 0;
+    for (const TextLine& row : withoutIcons(listOfFiles({200, 40, 40}))) {
+        glyphs += row.glyphsFromLeft().size();
+    }
+    EXPECT_EQ(glyphs, 5U * 8);
+}
+
+TEST(IconFilter, signs_of_the_texts_color_in_a_column_of_icons_may_be_letters) {
+    std::size_t glyphs = 0;
+    for (const TextLine& row : withoutIcons(listOfFiles({0, 0, 0}))) {
+        glyphs += row.glyphsFromLeft().size();
+    }
+    EXPECT_EQ(glyphs, 5U * 8 + 3);
 }
 
 TEST(IconFilter, an_arrow_that_stands_alone_is_an_icon) {
@@ -98,10 +163,7 @@ TEST(IconFilter, an_arrow_that_stands_alone_is_an_icon) {
     for (int row = 0; row < 5; ++row) {
         drawn.draw({150 + row, 21 + row, 160 - row, 22 + row});
     }
-    auto rows = LineFinder(drawnLetterHeight, {}).find(drawn.glyphs());
-    const ConnectedComponents components(drawn.mask());
-    IconFilter(drawn.page(), drawn.ink(), components, drawnLetterHeight, drawnLetterHeight)
-        .removeFrom(rows);
+    const auto rows = withoutIcons(drawn);
     ASSERT_EQ(rows.size(), 1U);
     EXPECT_EQ(rows[0].glyphsFromLeft().size(), 6U);
 }

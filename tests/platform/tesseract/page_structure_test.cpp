@@ -177,6 +177,22 @@ TEST(ReadingOrder, the_cells_of_a_table_stay_in_their_rows) {
               5U);
 }
 
+TEST(ReadingOrder, what_stands_on_another_surface_is_read_by_itself) {
+    DrawnLetters drawn(600, 200);
+    drawn.drawSurface({0, 0, 150, 200}, {190, 200, 220});
+    for (int line = 0; line < 5; ++line) {
+        drawn.write(10, 30 + 20 * line, 6);
+        drawn.write(200, 30 + 20 * line, 5);
+    }
+    const BackgroundModel background(drawn.page());
+    const auto rows = LineFinder(drawnLetterHeight, {}).find(drawn.glyphs());
+    const auto lines =
+        ReadingOrder(background, drawnLetterHeight, Typeface::proportional).sort(rows);
+    ASSERT_EQ(lines.size(), 10U);
+    EXPECT_EQ(lines[4].segments.front().box.left, 10);
+    EXPECT_EQ(lines[5].segments.front().box.left, 200);
+}
+
 TEST(GlyphDictionary, the_majority_of_the_readings_of_a_shape_counts) {
     const GlyphShape shape = shapeOf({"#", "#", "#"}, 3);
     GlyphDictionary dictionary;
