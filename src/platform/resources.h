@@ -18,6 +18,9 @@ struct Resources {
     /// The program that decodes them, in the same place as the recognition helper.
     std::string videoHelper;
 
+    /// The help for a session that keeps something from the program: an HTML file.
+    std::string permissionsHelp;
+
     /// What stands for the program when it is dragged somewhere: the desktop entry of an installed
     /// one, else its binary.
     std::string bundle;

@@ -133,6 +133,15 @@ std::unique_ptr<Process> Desktop::start(const std::string& name, std::vector<std
                                                     .beforeExec = std::move(beforeExec)});
 }
 
+std::string Desktop::makeUntrustedAuthority() {
+    const auto file = directory_ / "untrusted";
+    runToEnd({.command = {"xauth", "-f", file, "generate", displayName(), ".", "untrusted",
+                          "timeout", "0"},
+              .environment = environment(),
+              .outputFile = directory_ / "xauth"});
+    return file;
+}
+
 void Desktop::startBus(const std::filesystem::path& services) {
     const auto configuration = directory_ / "bus.conf";
     std::string text = busConfiguration;

@@ -74,6 +74,9 @@ class Desktop {
                                    const Environment& additions = {},
                                    std::function<void()> beforeExec = {});
 
+    /// A file for the environment variable XAUTHORITY: the X server distrusts who connects with it.
+    std::string makeUntrustedAuthority();
+
     void startCompositor(Compositor compositor);
     void stopCompositor();
     /// Requires that one was started.

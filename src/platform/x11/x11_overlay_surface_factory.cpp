@@ -1,30 +1,10 @@
 #include "platform/x11/x11_overlay_surface_factory.h"
 
+#include "platform/x11/gone_overlay_surface.h"
 #include "platform/x11/overlay_window.h"
 #include "platform/x11/x11_overlay_surface.h"
 
 namespace platform::x11 {
-
-namespace {
-
-/// A surface whose display went between the reading of the displays and its making.
-class GoneOverlaySurface final : public overlay::OverlaySurface {
-  public:
-    explicit GoneOverlaySurface(TextRasterizer& rasterizer) : rasterizer_(rasterizer) {}
-    void makeKeyAndOrderFront() override {}
-    void close() override {}
-    base::Size measure(const std::string& text, const overlay::Font& font) override {
-        return rasterizer_.measure(text, font);
-    }
-    void present(const std::vector<overlay::DrawingStep>& /*steps*/,
-                 const base::Rect& /*changed*/) override {}
-    [[nodiscard]] std::optional<base::Screen> screen() const override { return std::nullopt; }
-
-  private:
-    TextRasterizer& rasterizer_;
-};
-
-}  // namespace
 
 base::Result<std::unique_ptr<X11OverlaySurfaceFactory>> X11OverlaySurfaceFactory::create(
     Connection& connection, X11Displays& displays, X11Pointer& pointer, OverlayStage& stage,
