@@ -21,17 +21,17 @@ VISIBLE_FILES = {
     "shortcut_recorder", "looping_video_player", "menu_bar_commands",
     # What makes the windows.
     "scenes",
-    # The parts of the settings view, one widget each, and how all of them look.
+    # The parts of the settings view and of the permissions window, one widget each, and how all of them look.
     "content_header", "mode_column", "general_switches", "appearance", "card", "divider",
     "text_label", "icon_label", "check_box", "bound_check_box", "folder_button", "folder_chooser",
-    "focus_ring",
+    "focus_ring", "first_run_header", "permission_row", "action_row", "granted_label", "push_button",
 }
 
 # The leaves of app/ that every subsystem may use.
 LEAVES = ["app/settings_store.h", "app/settings_keys.h", "app/settings_backend.h",
           "app/notification_center.h"]
 PORTS = [
-    "base/*.h", "app/settings_backend.h", "app/windows.h",
+    "base/*.h", "app/settings_backend.h", "app/windows.h", "app/application.h",
     "capture/capture_service.h", "capture/pasteboard.h", "capture/image_encoder.h",
     "capture/text_recognizer.h", "capture/sound_player.h", "capture/user_notifications.h",
     "overlay/overlay_surface.h", "overlay/keyboard_tap.h", "overlay/pointer.h",
@@ -57,13 +57,15 @@ ALLOWED_INCLUDES = [
     ("app/settings_*", ["base/*.h", *LEAVES]),
     ("app/notification_center.*", ["base/*.h", *LEAVES]),
     ("app/windows.h", ["base/*.h"]),
+    ("app/application.h", ["base/*.h"]),
     ("app/lumaframe_app.*", ["base/*.h", "app/*.h", "capture/*.h", "overlay/*.h", "shortcuts/*.h",
                              "ui/*.h", "platform/platform.h"]),
     ("app/*", ["base/*.h", "app/*.h", "shortcuts/*.h", "ui/*.h"]),
     ("capture/*", ["base/*.h", "capture/*.h", *LEAVES]),
     ("overlay/*", ["base/*.h", "overlay/*.h", "capture/*.h", *LEAVES]),
     ("shortcuts/*", ["base/*.h", "shortcuts/*.h", "overlay/*.h", *LEAVES]),
-    ("ui/*", ["base/*.h", "ui/*.h", "shortcuts/*.h", "app/windows.h", *LEAVES]),
+    ("ui/*", ["base/*.h", "ui/*.h", "shortcuts/*.h", "app/windows.h", "app/application.h",
+             *LEAVES]),
     # What all helper programs have in common: how one is started, and what it gives up.
     ("platform/helper/*", ["base/*.h", "platform/environment.h", "platform/helper/*.h"]),
     # The headers of src/platform itself say nothing about a system; their sources choose one.

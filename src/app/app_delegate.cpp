@@ -8,9 +8,9 @@ namespace app {
 void AppDelegate::applicationDidFinishLaunching() {
     registerDefaultSettings(mediator_.settings);
     probePermissions();
-    mediator_.windows.setActivationPolicy(mediator_.settings.boolForKey(keys::hideDockIcon)
-                                              ? ActivationPolicy::accessory
-                                              : ActivationPolicy::regular);
+    mediator_.application.setActivationPolicy(mediator_.settings.boolForKey(keys::hideDockIcon)
+                                                  ? ActivationPolicy::accessory
+                                                  : ActivationPolicy::regular);
 }
 
 void AppDelegate::probePermissions() {

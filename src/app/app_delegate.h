@@ -1,7 +1,7 @@
 #pragma once
 
+#include "app/application.h"
 #include "app/settings_store.h"
-#include "app/windows.h"
 #include "base/file_manager.h"
 #include "base/permissions.h"
 
@@ -15,7 +15,7 @@ class AppDelegate {
         SettingsStore& settings;
         base::Permissions& permissions;
         base::FileManager& fileManager;
-        Windows& windows;
+        Application& application;
     };
     explicit AppDelegate(Mediator mediator) : mediator_(mediator) {}
 

@@ -1,6 +1,7 @@
 #include "app/lumaframe_app.h"
 
 #include <chrono>
+#include <utility>
 
 #include "app/main_window.h"
 #include "app/menu_bar_commands.h"
@@ -52,7 +53,7 @@ LumaframeApp::LumaframeApp(const platform::Platform& platform, NotificationCente
       delegate_({.settings = settings_,
                  .permissions = platform.permissions,
                  .fileManager = platform.fileManager,
-                 .windows = platform.windows}),
+                 .application = platform.application}),
       scenes_(makeScenes()) {
     composeSharedInstances();
 }
@@ -86,7 +87,8 @@ void LumaframeApp::composeSharedInstances() {
 }
 
 std::unique_ptr<Scenes> LumaframeApp::makeScenes() {
-    return std::make_unique<Scenes>([this] {
+    Scenes::Mediators mediators;
+    mediators.contentView = [this] {
         return ui::ContentView::Mediator{.settings = settings_,
                                          .shortcutManager = shortcuts::ShortcutManager::shared(),
                                          .keyMonitor = platform_.keyMonitor,
@@ -94,10 +96,24 @@ std::unique_ptr<Scenes> LumaframeApp::makeScenes() {
                                          .permissions = platform_.permissions,
                                          .fileManager = platform_.fileManager,
                                          .windows = platform_.windows,
+                                         .application = platform_.application,
                                          .mainQueue = platform_.mainQueue,
                                          .log = log_,
                                          .bundle = platform_.bundle};
-    });
+    };
+    mediators.permissionsWindow = [this] {
+        return ui::PermissionsWindow::Mediator{
+            .panel = {.firstRun = {.permissions = platform_.permissions,
+                                   .fileManager = platform_.fileManager,
+                                   .settings = settings_,
+                                   .notifications = notifications_},
+                      .video = {.loopers = platform_.videoLoopers, .log = log_},
+                      .bundle = platform_.bundle},
+            .control = {.windows = platform_.windows,
+                        .mainQueue = platform_.mainQueue,
+                        .notifications = notifications_}};
+    };
+    return std::make_unique<Scenes>(std::move(mediators));
 }
 
 void LumaframeApp::launch(LaunchReason reason) {
@@ -109,7 +125,7 @@ void LumaframeApp::launch(LaunchReason reason) {
         MenuBarCommands::Actions{
             .showMainWindow = [this] { showMainWindow(); },
             .openPermissionsScene = [this] { platform_.windows.openScene("permissions"); },
-            .terminate = [this] { platform_.windows.terminate(); }});
+            .terminate = [this] { platform_.application.terminate(); }});
     switch (reason) {
         case LaunchReason::user:
             platform_.windows.openScene("main");

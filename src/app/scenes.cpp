@@ -5,12 +5,11 @@ namespace app {
 std::unique_ptr<QWidget> Scenes::makeWindow(const std::string& sceneId) const {
     std::unique_ptr<QWidget> window;
     if (sceneId == "main") {
-        window = std::make_unique<ui::ContentView>(contentViewMediator_());
+        window = std::make_unique<ui::ContentView>(mediators_.contentView());
         window->setWindowTitle(QStringLiteral("Lumaframe"));
     } else if (sceneId == "permissions") {
-        window = std::make_unique<QWidget>();
+        window = std::make_unique<ui::PermissionsWindow>(mediators_.permissionsWindow());
         window->setWindowTitle(QStringLiteral("Permissions"));
-        window->setMinimumSize(360, 240);
     } else {
         return nullptr;
     }

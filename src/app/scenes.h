@@ -7,6 +7,7 @@
 #include <utility>
 
 #include "ui/content_view.h"
+#include "ui/permissions_window.h"
 
 namespace app {
 
@@ -14,17 +15,19 @@ namespace app {
 /// "permissions". Main thread, while a QApplication lives.
 class Scenes {
   public:
-    /// `contentViewMediator` is asked each time the settings window is made; what it names outlives
-    /// the window.
-    explicit Scenes(std::function<ui::ContentView::Mediator()> contentViewMediator)
-        : contentViewMediator_(std::move(contentViewMediator)) {}
+    /// What the windows need. Asked for each time one is made; what it names outlives the window.
+    struct Mediators {
+        std::function<ui::ContentView::Mediator()> contentView;
+        std::function<ui::PermissionsWindow::Mediator()> permissionsWindow;
+    };
+    explicit Scenes(Mediators mediators) : mediators_(std::move(mediators)) {}
 
     /// The window of a scene, not shown: its content, its identifier as object name, its title.
     /// Null for a scene that does not exist.
     [[nodiscard]] std::unique_ptr<QWidget> makeWindow(const std::string& sceneId) const;
 
   private:
-    std::function<ui::ContentView::Mediator()> contentViewMediator_;
+    Mediators mediators_;
 };
 
 }  // namespace app

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "app/application.h"
 #include "app/settings_backend.h"
 #include "app/windows.h"
 #include "base/bundle.h"
@@ -36,6 +37,7 @@ struct Platform {
     base::Permissions& permissions;
     app::SettingsBackend& settings;
     app::Windows& windows;
+    app::Application& application;
     shortcuts::HotKeyService& hotKeys;
     shortcuts::KeyMonitor& keyMonitor;
     overlay::Workspace& workspace;

@@ -58,8 +58,6 @@ Resources Resources::locate() {
     const auto helpers = isInstalled ? prefix / "libexec/lumaframe" : binaryDirectory();
     resources.textHelper = helpers / textHelperName;
     resources.videoHelper = helpers / videoHelperName;
-    resources.textHelper =
-        (isInstalled ? prefix / "libexec/lumaframe" : binaryDirectory()) / textHelperName;
     resources.permissionsHelp =
         (isInstalled ? (prefix / "share/lumaframe").string() : source) + "/help/permissions.html";
     resources.bundle = bundleLocation(prefix);

@@ -57,6 +57,14 @@ QColor accentColor(const QPalette& palette) {
     return palette.color(QPalette::Active, QPalette::Highlight);
 }
 
+QColor grantedColor(const QPalette& palette) {
+    return isDark(palette) ? QColor(0x32, 0xd7, 0x4b) : QColor(0x1a, 0x7f, 0x37);
+}
+
+QColor refusedColor(const QPalette& palette) {
+    return isDark(palette) ? QColor(0xff, 0x7b, 0x72) : QColor(0xc9, 0x28, 0x22);
+}
+
 QColor windowMaterial(const QPalette& palette) {
     return palette.color(QPalette::Window);
 }

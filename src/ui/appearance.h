@@ -6,11 +6,12 @@
 #include <QPalette>
 #include <QRectF>
 
-/// How the settings view's parts look: fonts, tints and shapes. Lengths are points, and one point
+/// How the parts of the windows look: fonts, tints and shapes. Lengths are points, and one point
 /// is one device-independent pixel, for fonts too. Main thread.
 namespace ui {
 
 /// Sizes of the system's font.
+inline constexpr int titleSize = 17;
 inline constexpr int bodySize = 13;
 inline constexpr int captionSize = 10;
 inline constexpr int capsuleTextSize = 11;
@@ -25,6 +26,10 @@ QColor secondaryColor(const QPalette& palette);
 QColor separatorColor(const QPalette& palette);
 /// What the desktop marks a choice with.
 QColor accentColor(const QPalette& palette);
+
+// What is as it should be, and what is not; legible as small text on both materials.
+QColor grantedColor(const QPalette& palette);
+QColor refusedColor(const QPalette& palette);
 
 // Opaque tints in place of translucent materials, which would need a compositor.
 QColor windowMaterial(const QPalette& palette);

@@ -8,7 +8,6 @@ namespace ui {
 
 namespace {
 
-constexpr double cornerRadius = 12;
 constexpr double strokeWidth = 0.5;
 constexpr double strokeOpacity = 0.15;
 
@@ -17,11 +16,11 @@ constexpr double strokeOpacity = 0.15;
 void Card::paintEvent(QPaintEvent* /*event*/) {
     QPainter painter(this);
     painter.setRenderHint(QPainter::Antialiasing);
-    painter.fillPath(continuousRectangle(rect(), cornerRadius), cardMaterial(palette()));
+    painter.fillPath(continuousRectangle(rect(), cornerRadius_), cardMaterial(palette()));
     // Inside, where nothing of the stroke is cut off.
     constexpr double inset = strokeWidth / 2;
     const QRectF middle = QRectF(rect()).adjusted(inset, inset, -inset, -inset);
-    painter.strokePath(continuousRectangle(middle, cornerRadius - inset),
+    painter.strokePath(continuousRectangle(middle, cornerRadius_ - inset),
                        QPen(primaryColor(palette(), strokeOpacity), strokeWidth));
 }
 

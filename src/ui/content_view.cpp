@@ -29,7 +29,7 @@ constexpr int switchCardVerticalPadding = 10;
 
 ContentView::ContentView(const Mediator& mediator)
     : settings_(mediator.settings),
-      dockIcon_(settings_.hideDockIcon, mediator.windows),
+      dockIcon_(settings_.hideDockIcon, mediator.application),
       permissionCheck_({.permissions = mediator.permissions,
                         .fileManager = mediator.fileManager,
                         .windows = mediator.windows}),

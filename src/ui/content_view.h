@@ -2,6 +2,7 @@
 
 #include <QWidget>
 
+#include "app/application.h"
 #include "app/settings_store.h"
 #include "app/windows.h"
 #include "base/alive.h"
@@ -32,6 +33,7 @@ class ContentView final : public QWidget {
         base::Permissions& permissions;
         base::FileManager& fileManager;
         app::Windows& windows;
+        app::Application& application;
         base::MainQueue& mainQueue;
         base::Log& log;
         base::Bundle bundle{};

@@ -4,17 +4,17 @@
 
 namespace ui {
 
-DockIcon::DockIcon(const SettingBinding<bool>& hideDockIcon, app::Windows& windows)
+DockIcon::DockIcon(const SettingBinding<bool>& hideDockIcon, app::Application& application)
     : hideDockIcon_(hideDockIcon),
-      windows_(windows),
+      application_(application),
       isHidden_(hideDockIcon.value()),
       observation_(hideDockIcon.observe([this] { applyChange(); })) {}
 
 void DockIcon::applyChange() {
     const bool isHidden = hideDockIcon_.value();
     if (std::exchange(isHidden_, isHidden) != isHidden) {
-        windows_.setActivationPolicy(isHidden ? app::ActivationPolicy::accessory
-                                              : app::ActivationPolicy::regular);
+        application_.setActivationPolicy(isHidden ? app::ActivationPolicy::accessory
+                                                  : app::ActivationPolicy::regular);
     }
 }
 

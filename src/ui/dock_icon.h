@@ -1,7 +1,7 @@
 #pragma once
 
+#include "app/application.h"
 #include "app/settings_store.h"
-#include "app/windows.h"
 #include "ui/setting_binding.h"
 
 namespace ui {
@@ -10,9 +10,9 @@ namespace ui {
 /// as the object lives. Main thread.
 class DockIcon {
   public:
-    /// Applies nothing: the value of the moment was applied at the launch. `windows` outlives the
-    /// object.
-    DockIcon(const SettingBinding<bool>& hideDockIcon, app::Windows& windows);
+    /// Applies nothing: the value of the moment was applied at the launch. `application` outlives
+    /// the object.
+    DockIcon(const SettingBinding<bool>& hideDockIcon, app::Application& application);
     DockIcon(const DockIcon&) = delete;
     DockIcon& operator=(const DockIcon&) = delete;
 
@@ -20,7 +20,7 @@ class DockIcon {
     void applyChange();
 
     SettingBinding<bool> hideDockIcon_;
-    app::Windows& windows_;
+    app::Application& application_;
     bool isHidden_;
     app::SettingsStore::Observation observation_;
 };

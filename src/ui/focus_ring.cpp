@@ -6,6 +6,7 @@
 
 #include "ui/appearance.h"
 #include "ui/check_box.h"
+#include "ui/push_button.h"
 
 namespace ui {
 
@@ -67,6 +68,17 @@ bool FocusRing::eventFilter(QObject* /*watched*/, QEvent* event) {
     return false;
 }
 
+QPainterPath FocusRing::outlineAround(const QRectF& middle) const {
+    constexpr double half = ringWidth / 2.0;
+    if (dynamic_cast<const CheckBox*>(control_.data()) != nullptr) {
+        return continuousRectangle(middle, checkBoxRadius + half);
+    }
+    if (const auto* button = dynamic_cast<const PushButton*>(control_.data())) {
+        return continuousRectangle(middle, button->cornerRadius() + half);
+    }
+    return capsule(middle);
+}
+
 void FocusRing::paintEvent(QPaintEvent* /*event*/) {
     QPainter painter(this);
     painter.setRenderHint(QPainter::Antialiasing);
@@ -74,9 +86,7 @@ void FocusRing::paintEvent(QPaintEvent* /*event*/) {
     color.setAlphaF(ringOpacity);
     constexpr double half = ringWidth / 2.0;
     const QRectF middle = QRectF(rect()).adjusted(half, half, -half, -half);
-    const bool isBox = dynamic_cast<const CheckBox*>(control_.data()) != nullptr;
-    painter.strokePath(isBox ? continuousRectangle(middle, checkBoxRadius + half) : capsule(middle),
-                       QPen(color, ringWidth));
+    painter.strokePath(outlineAround(middle), QPen(color, ringWidth));
 }
 
 }  // namespace ui

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QFocusFrame>
+#include <QPainterPath>
 #include <QPointer>
 
 namespace ui {
@@ -22,6 +23,7 @@ class FocusRing final : public QFocusFrame {
   private:
     void follow(QWidget* focus);
     void place();
+    [[nodiscard]] QPainterPath outlineAround(const QRectF& middle) const;
 
     QPointer<QWidget> control_;
 };

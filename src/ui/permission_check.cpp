@@ -2,21 +2,11 @@
 
 namespace ui {
 
-bool isDownloadsReadable(const base::FileManager& fileManager) {
-    const auto downloads = fileManager.downloadsDirectories();
-    return !downloads.empty() && fileManager.isReadable(downloads.front());
-}
-
 void PermissionCheck::run() {
-    if (!isEverythingGranted()) {
+    const PermissionProbes probes{mediator_.permissions, mediator_.fileManager};
+    if (!probes.isEverythingGranted()) {
         mediator_.windows.openScene("permissions");
     }
-}
-
-bool PermissionCheck::isEverythingGranted() const {
-    return mediator_.permissions.canCaptureScreen() &&
-           mediator_.permissions.isAccessibilityTrusted() &&
-           isDownloadsReadable(mediator_.fileManager);
 }
 
 }  // namespace ui

@@ -1,13 +1,9 @@
 #pragma once
 
 #include "app/windows.h"
-#include "base/file_manager.h"
-#include "base/permissions.h"
+#include "ui/permission_probes.h"
 
 namespace ui {
-
-/// Whether the user's first Downloads folder can be read; false without one.
-bool isDownloadsReadable(const base::FileManager& fileManager);
 
 /// Opens the permissions window while something is missing. Main thread.
 class PermissionCheck {
@@ -20,13 +16,9 @@ class PermissionCheck {
     };
     explicit PermissionCheck(Mediator mediator) : mediator_(mediator) {}
 
-    /// Asks for the screen, then the keyboard, then the files; what comes after a missing one is
-    /// not asked for. Nothing prompts.
     void run();
 
   private:
-    [[nodiscard]] bool isEverythingGranted() const;
-
     Mediator mediator_;
 };
 

@@ -4,10 +4,10 @@
 
 namespace ui {
 
-/// One line of text that follows the desktop's colours. Main thread.
+/// Text that follows the desktop's colours. Main thread.
 class TextLabel final : public QLabel {
   public:
-    enum class Prominence { primary, secondary };
+    enum class Prominence { primary, secondary, refused };
     TextLabel(const QString& text, const QFont& font, Prominence prominence);
 
   protected:

@@ -35,7 +35,7 @@ class AppDelegateTest : public testing::Test {
     app::AppDelegate delegate{{.settings = settings,
                                .permissions = permissions,
                                .fileManager = fileManager,
-                               .windows = windows}};
+                               .application = windows}};
 };
 
 TEST_F(AppDelegateTest, the_steps_of_a_launch_come_in_their_order) {

@@ -66,6 +66,7 @@ struct Program {
                            .permissions = permissions,
                            .settings = backend,
                            .windows = windows,
+                           .application = windows,
                            .hotKeys = hotKeys,
                            .keyMonitor = keyMonitor,
                            .workspace = workspace,

@@ -50,22 +50,33 @@ desktop::Environment environmentFor(Colors colors, int scale, const desktop::Des
     return environment;
 }
 
+void keepWindow(desktop::Desktop& desktop, const std::string& role, const fs::path& file) {
+    const auto window = demo::windowWithRole(desktop.client(), role.c_str());
+    desktop::writePng(file, demo::readWindow(desktop.client(), window));
+    std::cout << "  " << file.filename().string() << std::endl;
+}
+
 void takePictures(const std::string& program, const fs::path& output, Colors colors, int scale) {
-    desktop::Desktop desktop({.outputs = {{.width = 1000, .height = 1300}}});
+    desktop::Desktop desktop({.outputs = {{.width = 1000, .height = 1500}}});
     const auto lumaframe =
         desktop.start("lumaframe", {program}, environmentFor(colors, scale, desktop));
     desktop::require("The opening of the settings window", [&] {
         return demo::windowWithRole(desktop.client(), "main") != XCB_WINDOW_NONE;
     });
     // Away from the controls, which would show it.
-    desktop.input().moveTo({990, 1290});
+    desktop.input().moveTo({990, 1490});
     demo::readSettledScreen(desktop.client());
-    const std::string name = std::string("settings-") +
-                             (colors == Colors::dark ? "dark" : "light") +
-                             (scale == 1 ? "" : "@" + std::to_string(scale) + "x") + ".png";
-    const auto window = demo::windowWithRole(desktop.client(), "main");
-    desktop::writePng(output / name, demo::readWindow(desktop.client(), window));
-    std::cout << "  " << name << std::endl;
+    const std::string variant = std::string(colors == Colors::dark ? "-dark" : "-light") +
+                                (scale == 1 ? "" : "@" + std::to_string(scale) + "x") + ".png";
+    keepWindow(desktop, "main", output / ("settings" + variant));
+    // The command "Settings..." of every window, with something to show.
+    fs::remove(desktop.home() / "Downloads");
+    desktop.input().chord({desktop::key::leftControl, desktop::key::comma});
+    desktop::require("The opening of the permissions window", [&] {
+        return demo::windowWithRole(desktop.client(), "permissions") != XCB_WINDOW_NONE;
+    });
+    demo::readSettledScreen(desktop.client());
+    keepWindow(desktop, "permissions", output / ("permissions" + variant));
 }
 
 }  // namespace

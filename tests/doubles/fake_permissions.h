@@ -20,6 +20,7 @@ class FakePermissions final : public base::Permissions, public Recorder {
         record("is accessibility trusted");
         return accessibilityIsTrusted;
     }
+    std::string sessionLimit() const override { return limit; }
     void openSettingsPage(const std::string& url) override {
         record("settings page: " + url);
         openedPages.push_back(url);
@@ -27,6 +28,7 @@ class FakePermissions final : public base::Permissions, public Recorder {
 
     bool screenIsAllowed = true;
     bool accessibilityIsTrusted = true;
+    std::string limit;
     std::vector<std::string> openedPages;
 };
 

@@ -5,14 +5,16 @@
 #include <string>
 #include <vector>
 
+#include "app/application.h"
 #include "app/windows.h"
 #include "doubles/call_log.h"
 
 namespace doubles {
 
-/// The windows of a program in a list. In a call log: "activate", "front: <handle>",
-/// "open scene: <id>", "activation policy: <number>", "terminate".
-class FakeWindows final : public app::Windows, public Recorder {
+/// The windows of a program in a list, and the program. In a call log: "activate", "front:
+/// <handle>", "open scene: <id>", "level: <handle> <number>", "close: <handle>", "activation
+/// policy: <number>", "terminate".
+class FakeWindows final : public app::Windows, public app::Application, public Recorder {
   public:
     std::vector<app::Window> windows() const override { return list; }
     void activate() override {
@@ -37,6 +39,13 @@ class FakeWindows final : public app::Windows, public Recorder {
             }
         }
         front = add(sceneId);
+    }
+    void setLevel(app::WindowHandle handle, app::WindowLevel level) override {
+        record("level: " + std::to_string(handle) + " " + std::to_string(static_cast<int>(level)));
+    }
+    void close(app::WindowHandle handle) override {
+        record("close: " + std::to_string(handle));
+        closeByUser(handle);
     }
     void setActivationPolicy(app::ActivationPolicy policy) override {
         record("activation policy: " + std::to_string(static_cast<int>(policy)));

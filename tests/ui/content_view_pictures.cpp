@@ -1,4 +1,5 @@
-// Pictures of the settings view as different desktops show it, to be looked at:
+// Pictures of the settings view and the permissions window as different desktops show them, to be
+// looked at:
 //
 //   lumaframe_content_view_pictures OUTPUT_DIRECTORY
 #include <QApplication>
@@ -7,6 +8,7 @@
 #include <iostream>
 
 #include "ui/content_view_world.h"
+#include "ui/permissions_window.h"
 
 namespace {
 
@@ -36,6 +38,48 @@ void keep(const Variant& variant, const QString& folder) {
     QCoreApplication::sendPostedEvents();
     view.grab().save(folder + u'/' + QString::fromLatin1(variant.name) + QStringLiteral(".png"));
     std::cout << variant.name << ' ' << view.width() << 'x' << view.height() << std::endl;
+}
+
+void keepPermissions(const Variant& variant, const QString& folder) {
+    ui_tests::ContentViewWorld world;
+    variant.arrange(world);
+    ui::PermissionsWindow window(world.permissionsWindowMediator());
+    variant.adapt(window);
+    window.show();
+    QCoreApplication::sendPostedEvents();
+    window.grab().save(folder + QStringLiteral("/permissions-") +
+                       QString::fromLatin1(variant.name) + QStringLiteral(".png"));
+    std::cout << "permissions-" << variant.name << ' ' << window.width() << 'x' << window.height()
+              << std::endl;
+}
+
+const std::vector<Variant>& permissionsVariants() {
+    static const auto refuse = [](ui_tests::ContentViewWorld& world) {
+        world.permissions.accessibilityIsTrusted = false;
+        world.fileManager.downloads.clear();
+    };
+    static const std::vector<Variant> variants{
+        {.name = "granted"},
+        {.name = "refused", .arrange = refuse},
+        {.name = "right-to-left",
+         .arrange = refuse,
+         .adapt = [](QWidget& window) { window.setLayoutDirection(Qt::RightToLeft); }},
+        {.name = "focus",
+         .arrange = refuse,
+         .adapt =
+             [](QWidget& window) {
+                 window.setAttribute(Qt::WA_KeyboardFocusChange);
+                 window.findChild<QWidget*>(QStringLiteral("action"))->setFocus();
+             }},
+        {.name = "without-icon", .arrange = [](auto& world) { world.bundle.icon.clear(); }},
+    };
+    return variants;
+}
+
+void keepEveryPermissionsVariant(const QString& folder) {
+    for (const Variant& variant : permissionsVariants()) {
+        keepPermissions(variant, folder);
+    }
 }
 
 }  // namespace
@@ -70,11 +114,16 @@ int main(int argc, char** argv) {
     for (const Variant& variant : variants) {
         keep(variant, folder);
     }
+    keepEveryPermissionsVariant(folder);
     const QFont usual = QApplication::font();
     QApplication::setFont(QFont(QStringLiteral("URW Bookman"), 18));
     keep({.name = "large-fonts"}, folder);
+    keepPermissions({.name = "large-fonts", .arrange = permissionsVariants().at(1).arrange},
+                    folder);
     QApplication::setFont(usual);
     QApplication::setPalette(darkPalette());
     keep({.name = name("dark")}, folder);
+    keepPermissions({.name = "dark", .arrange = permissionsVariants().at(1).arrange}, folder);
+    keepPermissions({.name = "dark-granted"}, folder);
     return 0;
 }

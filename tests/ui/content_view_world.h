@@ -9,10 +9,11 @@
 #include "doubles/doubles.h"
 #include "shortcuts/shortcut_manager.h"
 #include "ui/content_view.h"
+#include "ui/permissions_window.h"
 
 namespace ui_tests {
 
-/// What a settings view needs, all of it fake: a program whose launch is over.
+/// What the windows need, all of it fake: a program whose launch is over.
 struct ContentViewWorld {
     ContentViewWorld() {
         app::registerDefaultSettings(settings);
@@ -45,9 +46,21 @@ struct ContentViewWorld {
                 .permissions = permissions,
                 .fileManager = fileManager,
                 .windows = windows,
+                .application = windows,
                 .mainQueue = queue,
                 .log = log,
                 .bundle = bundle};
+    }
+
+    [[nodiscard]] ui::PermissionsWindow::Mediator permissionsWindowMediator() {
+        return {
+            .panel = {.firstRun = {.permissions = permissions,
+                                   .fileManager = fileManager,
+                                   .settings = settings,
+                                   .notifications = notifications},
+                      .video = {.loopers = videoLoopers, .log = log},
+                      .bundle = bundle},
+            .control = {.windows = windows, .mainQueue = queue, .notifications = notifications}};
     }
 
     doubles::CallLog calls;
@@ -59,6 +72,7 @@ struct ContentViewWorld {
     doubles::FakeWindows windows;
     doubles::FakeKeyMonitor keyMonitor;
     doubles::FakeLoginItemService loginItems;
+    doubles::FakeVideoLoopers videoLoopers;
     doubles::MemorySettingsBackend backend;
     app::SettingsStore settings{backend};
     app::NotificationCenter notifications;

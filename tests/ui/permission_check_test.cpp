@@ -6,6 +6,7 @@
 #include "doubles/fake_file_manager.h"
 #include "doubles/fake_permissions.h"
 #include "doubles/fake_windows.h"
+#include "ui/permission_probes.h"
 
 namespace {
 

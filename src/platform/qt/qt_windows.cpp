@@ -75,7 +75,7 @@ std::vector<app::Window> QtWindows::windows() const {
 
 void QtWindows::activate() {
     forgetClosedWindows();
-    QWidget* front = QApplication::activeWindow();
+    QWidget* front = isOpen(awaited_) ? awaited_.data() : QApplication::activeWindow();
     if (front == nullptr && !openWindows_.empty()) {
         front = openWindows_.back().widget;
     }
@@ -85,13 +85,38 @@ void QtWindows::activate() {
 }
 
 void QtWindows::makeKeyAndOrderFront(app::WindowHandle handle) {
+    if (QWidget* window = find(handle)) {
+        bringToFront(*window);
+    }
+}
+
+void QtWindows::setLevel(app::WindowHandle handle, app::WindowLevel level) {
+    QWidget* window = find(handle);
+    if (window == nullptr || !windowManager_.setLevel) {
+        return;
+    }
+    const auto apply = [this, window, level] { windowManager_.setLevel(window->winId(), level); };
+    if (window->windowHandle()->isExposed()) {
+        apply();
+    } else {
+        new AtNextExposure(*window->windowHandle(), apply);
+    }
+}
+
+void QtWindows::close(app::WindowHandle handle) {
+    if (QWidget* window = find(handle)) {
+        window->close();
+    }
+}
+
+QWidget* QtWindows::find(app::WindowHandle handle) {
     forgetClosedWindows();
     for (const OpenWindow& window : openWindows_) {
         if (window.handle == handle) {
-            bringToFront(*window.widget);
-            return;
+            return window.widget;
         }
     }
+    return nullptr;
 }
 
 void QtWindows::openScene(const std::string& sceneId) {
@@ -166,6 +191,7 @@ void QtWindows::bringToFront(QWidget& window) {
     }
     window.raise();
     front_ = &window;
+    awaited_ = window.isActiveWindow() ? nullptr : &window;
     if (window.windowHandle()->isExposed()) {
         takeInput(window);
         return;
@@ -198,6 +224,9 @@ void QtWindows::applyPolicy(QWidget& window) {
 void QtWindows::noteFocus(QWindow* window) {
     const bool wasActive = focusWindow_ != nullptr;
     focusWindow_ = window;
+    if (awaited_ != nullptr && awaited_->windowHandle() == window) {
+        awaited_ = nullptr;
+    }
     if (window != nullptr && !wasActive) {
         notificationCenter_.post(app::applicationDidBecomeActiveNotification);
     }

@@ -8,6 +8,7 @@
 #include <string>
 #include <vector>
 
+#include "app/application.h"
 #include "app/notification_center.h"
 #include "app/windows.h"
 #include "base/main_queue.h"
@@ -18,7 +19,7 @@ namespace platform::qt {
 
 /// The program's windows as the toolkit's top-level widgets. Main thread, while a QApplication
 /// lives.
-class QtWindows final : public app::Windows {
+class QtWindows final : public app::Windows, public app::Application {
   public:
     /// Makes the window of a scene, not shown; null for a scene that does not exist.
     using MakeScene = std::function<std::unique_ptr<QWidget>(const std::string& sceneId)>;
@@ -29,6 +30,8 @@ class QtWindows final : public app::Windows {
         std::function<void(WId window)> activate;
         /// Shows a window that is on the screen in the task bar and the window switcher, or not.
         std::function<void(WId window, app::ActivationPolicy policy)> setPolicy;
+        /// Puts a window that is on the screen into its layer.
+        std::function<void(WId window, app::WindowLevel level)> setLevel;
         /// Whether a window of this program, which the toolkit believes open, is still there.
         std::function<bool(WId window)> exists;
     };
@@ -47,6 +50,8 @@ class QtWindows final : public app::Windows {
     void activate() override;
     void makeKeyAndOrderFront(app::WindowHandle handle) override;
     void openScene(const std::string& sceneId) override;
+    void setLevel(app::WindowHandle handle, app::WindowLevel level) override;
+    void close(app::WindowHandle handle) override;
     void setActivationPolicy(app::ActivationPolicy policy) override;
     void terminate() override;
 
@@ -61,6 +66,7 @@ class QtWindows final : public app::Windows {
         QPointer<QWidget> widget;
     };
 
+    [[nodiscard]] QWidget* find(app::WindowHandle handle);
     void bringToFront(QWidget& window);
     void takeInput(QWidget& window);
     void show(QWidget& window);
@@ -81,6 +87,8 @@ class QtWindows final : public app::Windows {
     enum class Ending { notAsked, asked } ending_ = Ending::notAsked;
     /// The window that was last asked to the front.
     QPointer<QWidget> front_;
+    /// That one, as long as it does not have the input yet.
+    QPointer<QWidget> awaited_;
     /// Null when it is another program's, or was of a window that is gone.
     QPointer<QWindow> focusWindow_;
     QObject focusReceiver_;

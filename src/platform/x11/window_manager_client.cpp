@@ -48,6 +48,12 @@ void WindowManagerClient::setActivationPolicy(xcb_window_t window, app::Activati
     connection_.flush();
 }
 
+void WindowManagerClient::setLevel(xcb_window_t window, app::WindowLevel level) {
+    const bool isFloating = level == app::WindowLevel::floating;
+    changeManagedState(window, isFloating ? StateChange::add : StateChange::remove,
+                       connection_.atom("_NET_WM_STATE_ABOVE"));
+}
+
 bool WindowManagerClient::exists(xcb_window_t window) const {
     const auto cookie = xcb_get_window_attributes(connection_.get(), window);
     const Reply<xcb_get_window_attributes_reply_t> attributes(

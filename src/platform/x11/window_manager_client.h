@@ -4,6 +4,7 @@
 
 #include <string_view>
 
+#include "app/application.h"
 #include "app/windows.h"
 #include "platform/x11/connection.h"
 
@@ -22,13 +23,16 @@ class WindowManagerClient {
     /// window that is not mapped yet, too.
     void setActivationPolicy(xcb_window_t window, app::ActivationPolicy policy);
 
+    /// Puts the window above normal ones, or back among them, once the window manager has it.
+    void setLevel(xcb_window_t window, app::WindowLevel level);
+
     /// Whether the server still has the window: another program may have destroyed it.
     [[nodiscard]] bool exists(xcb_window_t window) const;
 
   private:
     enum class StateChange : std::uint32_t { remove = 0, add = 1 };
     void changeManagedState(xcb_window_t window, StateChange change, xcb_atom_t first,
-                            xcb_atom_t second);
+                            xcb_atom_t second = XCB_ATOM_NONE);
     void sendToRoot(xcb_window_t window, std::string_view type,
                     const xcb_client_message_data_t& data);
 

@@ -15,10 +15,12 @@
 
 #include "app/menu_bar_commands.h"
 #include "app/scenes.h"
+#include "platform/environment.h"
 #include "platform/freedesktop/application_names.h"
 #include "platform/freedesktop/dbus_application.h"
 #include "platform/freedesktop/json_settings_backend.h"
 #include "platform/freedesktop/notification_service.h"
+#include "platform/freedesktop/program_starter.h"
 #include "platform/freedesktop/session_bus.h"
 #include "platform/freedesktop/session_permissions.h"
 #include "platform/freedesktop/theme_sound_player.h"
@@ -28,6 +30,7 @@
 #include "platform/png/png_encoder.h"
 #include "platform/qt/application_icon.h"
 #include "platform/qt/event_source.h"
+#include "platform/qt/help_window.h"
 #include "platform/qt/image_converter.h"
 #include "platform/qt/native_event_filter.h"
 #include "platform/qt/qt_main_queue.h"
@@ -39,8 +42,10 @@
 #include "platform/tesseract/helper_text_recognizer.h"
 #include "platform/video/film_resources.h"
 #include "platform/x11/connection.h"
+#include "platform/x11/gone_overlay_surface.h"
 #include "platform/x11/system_tray_watch.h"
 #include "platform/x11/window_manager_client.h"
+#include "platform/x11/x11_access.h"
 #include "platform/x11/x11_capture_service.h"
 #include "platform/x11/x11_displays.h"
 #include "platform/x11/x11_key_monitor.h"
@@ -93,7 +98,7 @@ struct Screen {
 class X11Platform final : public RunningPlatform {
   public:
     X11Platform(const StartOptions& options, Foundation foundation, std::unique_ptr<Screen> screen,
-                std::unique_ptr<X11OverlaySurfaceFactory> surfaces);
+                std::unique_ptr<overlay::OverlaySurfaceFactory> surfaces);
 
     [[nodiscard]] const Platform& ports() const override { return ports_; }
     Instance serve(Requests requests) override;
@@ -107,12 +112,25 @@ class X11Platform final : public RunningPlatform {
 
     Foundation foundation_;
     std::unique_ptr<Screen> screen_;
-    std::unique_ptr<X11OverlaySurfaceFactory> surfaces_;
+    std::unique_ptr<overlay::OverlaySurfaceFactory> surfaces_;
     Resources resources_ = Resources::locate();
     freedesktop::XdgDirectories directories_ = freedesktop::XdgDirectories::fromEnvironment();
     std::unique_ptr<freedesktop::JsonSettingsBackend> settings_;
     freedesktop::XdgFileManager fileManager_{directories_};
-    freedesktop::SessionPermissions permissions_;
+    X11Access access_{*foundation_.connection};
+    qt::HelpWindow helpWindow_;
+    freedesktop::ProgramStarter programStarter_{qt::fileDescriptorWatch()};
+    freedesktop::SessionPermissions permissions_{
+        {.canReadScreen = [this] { return access_.canReadScreen(); },
+         .canGrabKeys = [this] { return access_.canGrabKeys(); },
+         .isNested =
+             [this] {
+                 return access_.isXwayland() || !environmentValue("WAYLAND_DISPLAY").empty();
+             }},
+        {.currentDesktops = freedesktop::currentDesktopNames(),
+         .helpPage = resources_.permissionsHelp,
+         .starter = programStarter_,
+         .showHelpPage = [this](const std::string& path) { helpWindow_.show(path); }}};
     freedesktop::XdgLoginItemService loginItems_{
         directories_,
         {.currentDesktops = freedesktop::currentDesktopNames(), .runningProgram = runningProgram}};
@@ -137,7 +155,7 @@ class X11Platform final : public RunningPlatform {
 
 X11Platform::X11Platform(const StartOptions& options, Foundation foundation,
                          std::unique_ptr<Screen> screen,
-                         std::unique_ptr<X11OverlaySurfaceFactory> surfaces)
+                         std::unique_ptr<overlay::OverlaySurfaceFactory> surfaces)
     : foundation_(std::move(foundation)),
       screen_(std::move(screen)),
       surfaces_(std::move(surfaces)),
@@ -151,6 +169,10 @@ X11Platform::X11Platform(const StartOptions& options, Foundation foundation,
                [this](WId id, app::ActivationPolicy policy) {
                    windowManager_.setActivationPolicy(static_cast<xcb_window_t>(id), policy);
                },
+           .setLevel =
+               [this](WId id, app::WindowLevel level) {
+                   windowManager_.setLevel(static_cast<xcb_window_t>(id), level);
+               },
            .exists =
                [this](WId id) { return windowManager_.exists(static_cast<xcb_window_t>(id)); }},
           [this](std::function<void()> done) {
@@ -162,6 +184,7 @@ X11Platform::X11Platform(const StartOptions& options, Foundation foundation,
              .permissions = permissions_,
              .settings = *settings_,
              .windows = windows_,
+             .application = windows_,
              .hotKeys = foundation_.keyboard->hotKeys(),
              .keyMonitor = *foundation_.keyMonitor,
              .workspace = screen_->workspace,
@@ -245,6 +268,22 @@ std::unique_ptr<QApplication> makeApplication(const StartOptions& options) {
     return std::make_unique<QApplication>(argumentCount, options.arguments);
 }
 
+/// On a server that cannot blend, or hides from an untrusted program that it can, the program still
+/// shows its windows, which say what is missing.
+std::unique_ptr<overlay::OverlaySurfaceFactory> makeSurfaces(Foundation& foundation,
+                                                             Screen& screen) {
+    auto surfaces = X11OverlaySurfaceFactory::create(
+        *foundation.connection, screen.displays, screen.pointer, screen.stage,
+        foundation.keyboard->mapping(), screen.textRasterizer);
+    if (!surfaces) {
+        std::fprintf(stderr, "%s\n", surfaces.error().sentence.c_str());
+        return std::make_unique<GoneOverlaySurfaceFactory>(screen.textRasterizer);
+    }
+    foundation.keyboard->tap().onRefused(
+        [factory = surfaces.value().get()] { factory->takeFocus(); });
+    return std::move(surfaces.value());
+}
+
 }  // namespace
 
 base::Result<std::unique_ptr<RunningPlatform>> createX11Platform(const StartOptions& options) {
@@ -274,16 +313,9 @@ base::Result<std::unique_ptr<RunningPlatform>> createX11Platform(const StartOpti
     }
     foundation.pasteboard = std::move(pasteboard.value());
     auto screen = std::make_unique<Screen>(*foundation.connection, *foundation.mainQueue);
-    auto surfaces = X11OverlaySurfaceFactory::create(
-        *foundation.connection, screen->displays, screen->pointer, screen->stage,
-        foundation.keyboard->mapping(), screen->textRasterizer);
-    if (!surfaces) {
-        return surfaces.error();
-    }
-    foundation.keyboard->tap().onRefused(
-        [factory = surfaces.value().get()] { factory->takeFocus(); });
+    auto surfaces = makeSurfaces(foundation, *screen);
     return std::unique_ptr<RunningPlatform>(std::make_unique<X11Platform>(
-        options, std::move(foundation), std::move(screen), std::move(surfaces.value())));
+        options, std::move(foundation), std::move(screen), std::move(surfaces)));
 }
 
 }  // namespace platform::x11

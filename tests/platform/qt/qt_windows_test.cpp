@@ -48,6 +48,10 @@ class Windows : public testing::Test {
                  [this](WId window, ActivationPolicy policy) {
                      windowManager_.setActivationPolicy(nativeId(window), policy);
                  },
+             .setLevel =
+                 [this](WId window, app::WindowLevel level) {
+                     windowManager_.setLevel(nativeId(window), level);
+                 },
              .exists = [this](WId window) { return windowManager_.exists(nativeId(window)); }},
             std::move(handOver));
     }
@@ -107,15 +111,19 @@ class Windows : public testing::Test {
         }));
     }
     bool skipsTaskbar(const std::string& role) {
+        return hasState(role, "_NET_WM_STATE_SKIP_TASKBAR");
+    }
+    bool isFloating(const std::string& role) { return hasState(role, "_NET_WM_STATE_ABOVE"); }
+    bool hasState(const std::string& role, const char* state) {
         const auto windows = withRole(role);
         const auto bytes = windows.empty()
                                ? std::nullopt
                                : desktop_.client().property(windows.front(), "_NET_WM_STATE");
-        const xcb_atom_t skip = desktop_.client().atom("_NET_WM_STATE_SKIP_TASKBAR");
+        const xcb_atom_t wanted = desktop_.client().atom(state);
         for (std::size_t at = 0; bytes && at + 4 <= bytes->size(); at += 4) {
             xcb_atom_t atom = 0;
             std::memcpy(&atom, bytes->data() + at, 4);
-            if (atom == skip) {
+            if (atom == wanted) {
                 return true;
             }
         }
@@ -225,6 +233,41 @@ TEST_F(Windows, an_accessory_program_is_not_in_the_task_bar) {
     EXPECT_TRUE(runUntil([&] { return skipsTaskbar("permissions"); }));
     windows.setActivationPolicy(ActivationPolicy::regular);
     EXPECT_TRUE(runUntil([&] { return !skipsTaskbar("main") && !skipsTaskbar("permissions"); }));
+}
+
+TEST_F(Windows, a_window_floats_from_the_moment_it_is_on_the_screen) {
+    QtWindows windows = make();
+    windows.openScene("main");
+    windows.openScene("permissions");
+    // Not on the screen yet.
+    windows.setLevel(windows.windows().back().handle, app::WindowLevel::floating);
+    EXPECT_TRUE(runUntil([&] { return isFloating("permissions"); }));
+    EXPECT_FALSE(isFloating("main"));
+    windows.setLevel(windows.windows().back().handle, app::WindowLevel::normal);
+    EXPECT_TRUE(runUntil([&] { return !isFloating("permissions"); }));
+    windows.setLevel(0, app::WindowLevel::floating);
+}
+
+TEST_F(Windows, closing_ends_one_window_and_a_closed_one_is_ignored) {
+    QtWindows windows = make();
+    windows.openScene("main");
+    windows.openScene("permissions");
+    const auto handle = windows.windows().front().handle;
+    windows.close(handle);
+    EXPECT_THAT(identifiers(windows), ElementsAre("permissions"));
+    windows.close(handle);
+    EXPECT_THAT(identifiers(windows), ElementsAre("permissions"));
+    EXPECT_TRUE(runUntil([&] { return withRole("main").empty(); }));
+}
+
+TEST_F(Windows, activating_the_program_leaves_the_window_in_front_that_was_just_asked_for) {
+    QtWindows windows = make();
+    windows.openScene("permissions");
+    windows.openScene("main");
+    ASSERT_TRUE(runUntil([&] { return isActive("main"); }));
+    windows.makeKeyAndOrderFront(windows.windows().front().handle);
+    windows.activate();
+    EXPECT_TRUE(staysActive("permissions"));
 }
 
 TEST_F(Windows, closing_the_last_window_does_not_end_the_program) {

@@ -1,0 +1,33 @@
+#pragma once
+
+#include <QWidget>
+#include <chrono>
+#include <optional>
+
+#include "ui/first_run.h"
+#include "ui/push_button.h"
+
+namespace ui {
+
+/// The one button of the permissions window, which is chosen each time the row is drawn. Main
+/// thread.
+class ActionRow final : public QWidget {
+  public:
+    /// `firstRun` outlives the row.
+    explicit ActionRow(FirstRun& firstRun);
+
+  protected:
+    void paintEvent(QPaintEvent* event) override;
+
+  private:
+    void chooseAction();
+    void perform();
+
+    FirstRun& firstRun_;
+    FirstRunAction action_ = FirstRunAction::refreshStatus;
+    /// When the button became what it is; nothing at first.
+    std::optional<std::chrono::steady_clock::time_point> changedAt_;
+    PushButton* button_;
+};
+
+}  // namespace ui

@@ -1,0 +1,213 @@
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+#include <linux/capability.h>
+#include <sys/prctl.h>
+#include <unistd.h>
+
+#include <cstring>
+#include <fstream>
+
+#include "journeys/permissions_panel.h"
+#include "journeys/session.h"
+
+namespace journeys {
+namespace {
+
+namespace fs = std::filesystem;
+namespace key = desktop::key;
+using testing::ElementsAre;
+using testing::HasSubstr;
+
+/// A session whose permissions window opens, or not, at the start of the program.
+class Permissions : public testing::Test {
+  protected:
+    /// The program that opens pages on the desktop notes how it was called.
+    Permissions() {
+        const fs::path program = session.desktop().home() / "bin/xdg-open";
+        fs::create_directories(program.parent_path());
+        std::ofstream(program) << "#!/bin/sh\necho \"$@\" >>" << openedFile().string() << "\n";
+        fs::permissions(program, fs::perms::owner_all);
+        session.writeSettings(nlohmann::json::object());
+    }
+    [[nodiscard]] fs::path openedFile() { return session.desktop().home() / "opened"; }
+    [[nodiscard]] fs::path downloads() { return session.desktop().home() / "Downloads"; }
+    void start(desktop::Environment environment = {}, std::function<void()> beforeExec = {}) {
+        environment["PATH"] = (session.desktop().home() / "bin").string() + ":/usr/bin:/bin";
+        session.startWithoutWaiting(environment, std::move(beforeExec));
+    }
+    void expectGranted(const std::string& permission) {
+        EXPECT_THAT(panel.status(permission), ElementsAre("Granted")) << permission;
+    }
+    void expectRefused(const std::string& permission) {
+        EXPECT_THAT(panel.status(permission), ElementsAre("Not Granted", "Open Settings"))
+            << permission;
+    }
+    bool isFloating() {
+        const auto window = session.windowWithRole("permissions");
+        const auto bytes = session.desktop().client().property(window.value_or(0), "_NET_WM_STATE");
+        const xcb_atom_t above = session.desktop().client().atom("_NET_WM_STATE_ABOVE");
+        for (std::size_t at = 0; bytes && at + 4 <= bytes->size(); at += 4) {
+            if (std::memcmp(bytes->data() + at, &above, 4) == 0) {
+                return true;
+            }
+        }
+        return false;
+    }
+    /// The help of a row as it is shown while the pointer rests on it.
+    void keepPicture(const std::string& name) {
+        desktop::writePng(Session::pictureFile(name),
+                          desktop::readScreen(session.desktop().client()));
+    }
+
+    Session session{{.accessibility = desktop::Accessibility::on}};
+    PermissionsPanel panel{session};
+};
+
+TEST_F(Permissions, a_missing_downloads_folder_is_made_and_the_first_run_completed) {
+    fs::remove(downloads());
+    start();
+    panel.waitUntilOpen();
+    EXPECT_TRUE(session.windowWithRole("main"));
+    expectGranted("Screen Recording");
+    expectGranted("Accessibility");
+    expectRefused("Files and Folders");
+    EXPECT_EQ(panel.action().name, "Refresh Status");
+    EXPECT_TRUE(isFloating());
+    keepPicture("permissions-missing-downloads");
+
+    // The person goes to another program, makes the folder and comes back.
+    desktop::TestWindow other(session.desktop().displayName(),
+                              {.x = 20, .y = 500, .width = 200, .height = 150});
+    other.focus();
+    session.require("Another program in front",
+                    [&] { return session.activeWindow() == other.id(); });
+    fs::create_directory(downloads());
+    expectRefused("Files and Folders");
+    const auto title = panel.objects().front();
+    session.input().click(title.center());
+    panel.waitForStatus("Files and Folders", "Granted");
+    panel.waitForAction("Get Started");
+    EXPECT_FALSE(session.readSettings().contains("hasCompletedFirstRun"));
+
+    session.input().click(panel.action().center());
+    session.require("The closing of the permissions window",
+                    [this] { return !session.windowWithRole("permissions"); });
+    EXPECT_EQ(session.readSettings().at("hasCompletedFirstRun"), true);
+    EXPECT_TRUE(session.windowWithRole("main"));
+    EXPECT_TRUE(session.program().isRunning());
+}
+
+TEST_F(Permissions, a_downloads_folder_that_cannot_be_read_is_not_granted) {
+    fs::permissions(downloads(), fs::perms::none);
+    // The super-user, too, is refused what its lost capabilities would allow.
+    start({}, [] {
+        ::prctl(PR_CAPBSET_DROP, CAP_DAC_OVERRIDE);
+        ::prctl(PR_CAPBSET_DROP, CAP_DAC_READ_SEARCH);
+    });
+    panel.waitUntilOpen();
+    expectGranted("Screen Recording");
+    expectRefused("Files and Folders");
+    fs::permissions(downloads(), fs::perms::owner_all);
+    session.input().click(panel.action().center());
+    panel.waitForStatus("Files and Folders", "Granted");
+    panel.waitForAction("Get Started");
+}
+
+TEST_F(Permissions, while_another_program_holds_every_key_accessibility_is_not_granted) {
+    // One by one: those that the window manager holds cannot be had.
+    auto& other = session.desktop().client();
+    for (unsigned code = 8; code <= 255; ++code) {
+        xcb_grab_key(other.get(), 0, other.root(), XCB_MOD_MASK_ANY,
+                     static_cast<xcb_keycode_t>(code), XCB_GRAB_MODE_ASYNC, XCB_GRAB_MODE_ASYNC);
+    }
+    other.synchronize();
+    start();
+    panel.waitUntilOpen();
+    expectGranted("Screen Recording");
+    expectRefused("Accessibility");
+    expectGranted("Files and Folders");
+    xcb_ungrab_key(other.get(), XCB_GRAB_ANY, other.root(), XCB_MOD_MASK_ANY);
+    other.synchronize();
+
+    // By the keyboard alone.
+    const auto focusedName = [this] {
+        for (const auto& object : panel.objects()) {
+            if (object.isFocused()) {
+                return object.name;
+            }
+        }
+        return std::string();
+    };
+    for (int presses = 0; presses < 4 && focusedName() != "Refresh Status"; ++presses) {
+        const std::string before = focusedName();
+        session.input().tap(key::tab);
+        session.require("The next control", [&] { return focusedName() != before; });
+    }
+    session.input().tap(key::space);
+    panel.waitForStatus("Accessibility", "Granted");
+    panel.waitForAction("Get Started");
+    // The same button, so the focus is where it was.
+    EXPECT_EQ(focusedName(), "Get Started");
+    session.input().tap(key::returnKey);
+    session.require("The closing of the permissions window",
+                    [this] { return !session.windowWithRole("permissions"); });
+    EXPECT_EQ(session.readSettings().at("hasCompletedFirstRun"), true);
+}
+
+TEST_F(Permissions, an_untrusted_program_has_neither_screen_nor_keys_and_opens_the_help) {
+    start({{"XAUTHORITY", session.desktop().makeUntrustedAuthority()}});
+    panel.waitUntilOpen();
+    expectRefused("Screen Recording");
+    expectRefused("Accessibility");
+    expectGranted("Files and Folders");
+    EXPECT_EQ(panel.action().name, "Refresh Status");
+    session.input().click(panel.settingsButton("Screen Recording").center());
+    session.require("The help page", [this] { return fs::exists(openedFile()); });
+    std::ifstream opened(openedFile());
+    std::string page;
+    std::getline(opened, page);
+    EXPECT_THAT(page, testing::EndsWith("/help/permissions.html"));
+    EXPECT_TRUE(fs::exists(page)) << page;
+}
+
+TEST_F(Permissions, inside_a_wayland_session_the_rows_say_why_they_are_refused) {
+    start({{"WAYLAND_DISPLAY", "wayland-0"}});
+    panel.waitUntilOpen();
+    expectRefused("Screen Recording");
+    expectRefused("Accessibility");
+    expectGranted("Files and Folders");
+    for (const auto& object : session.desktop().accessibles()) {
+        if (object.name == "Screen Recording" && object.role != "label") {
+            EXPECT_THAT(object.description, HasSubstr("Wayland"));
+        }
+    }
+    // The help while the pointer rests on a row.
+    const auto row = panel.objects();
+    const auto label =
+        std::ranges::find(row, std::string("Accessibility"), &desktop::Accessible::name);
+    ASSERT_NE(label, row.end());
+    session.input().moveTo(label->center());
+    session.input().moveTo({label->center().x + 2, label->center().y});
+    session.require("The help of the row", [this] {
+        for (const auto& object : session.desktop().accessibles()) {
+            if (object.name.find("shortcuts in every program") != std::string::npos) {
+                return true;
+            }
+        }
+        return false;
+    });
+    keepPicture("permissions-help");
+}
+
+TEST_F(Permissions, with_nothing_missing_only_the_settings_window_opens) {
+    session.start(SettingsWindow::leftOpen);
+    EXPECT_TRUE(desktop::staysTrue([this] { return !session.windowWithRole("permissions"); },
+                                   std::chrono::milliseconds(200)));
+    // Its own command opens it all the same.
+    session.input().chord({key::leftControl, key::comma});
+    panel.waitUntilOpen();
+    EXPECT_EQ(panel.action().name, "Get Started");
+}
+
+}  // namespace
+}  // namespace journeys
