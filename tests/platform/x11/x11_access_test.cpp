@@ -35,7 +35,10 @@ TEST_F(X11AccessTest, the_probe_of_the_keys_leaves_none_behind) {
     const auto other = tests::connectTo(desktop_);
     const X11Access access(*connection);
     EXPECT_TRUE(access.canGrabKeys());
+    // A round trip: the server has carried out what came before.
+    EXPECT_TRUE(access.canReadScreen());
     EXPECT_TRUE(X11Access(*other).canGrabKeys());
+    EXPECT_TRUE(X11Access(*other).canReadScreen());
     EXPECT_TRUE(access.canGrabKeys());
 }
 
