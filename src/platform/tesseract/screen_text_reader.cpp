@@ -8,6 +8,7 @@
 #include "platform/tesseract/figures.h"
 #include "platform/tesseract/line_picture.h"
 #include "platform/tesseract/page_analysis.h"
+#include "platform/tesseract/scale_merge.h"
 #include "platform/tesseract/spacing.h"
 #include "platform/tesseract/writing_decision.h"
 
@@ -23,6 +24,13 @@ constexpr std::size_t speckLength = 2;
 constexpr int doubtfulConfidence = 50;
 constexpr LinePictureStyle secondStyle{.narrowing = 1.05};
 
+/// Letters of 6 to 50 pixels are read as they are; with these, up to 450 pixels.
+constexpr int reductions[] = {3, 9};
+/// Near the x-height, in reduced pixels: smaller letters were read on the larger picture.
+constexpr double leastReducedLetter = 8;
+/// In pixels: no letter is read in less.
+constexpr int smallestReduced = 12;
+
 bool isSpeck(const LineReading& reading) {
     std::vector<std::string> characters = charactersOf(reading.text);
     std::erase(characters, " ");
@@ -36,6 +44,14 @@ double lengthOf(const TextLine& line, const LineMetrics& metrics) {
         width += segment.box.width();
     }
     return width / (metrics.ascent + metrics.descent);
+}
+
+Box boxOf(const TextLine& line) {
+    Box box = line.segments.front().box;
+    for (const Segment& segment : line.segments) {
+        box = box.united(segment.box);
+    }
+    return box;
 }
 
 /// What the page made of a reading, what the engine read, and what it read otherwise; each once.
@@ -77,26 +93,56 @@ base::Result<std::vector<capture::TextObservation>> ScreenTextReader::read(
         return base::Error{base::ErrorKind::invalid,
                            "The picture is too large for its text to be recognised"};
     }
+    auto lines = readOneSize(image, 0);
+    if (!lines) {
+        return lines.error();
+    }
+    for (const int factor : reductions) {
+        if (std::min(image.width(), image.height()) < factor * smallestReduced) {
+            break;
+        }
+        auto larger = readOneSize(reduced(image, factor, lines.value()), leastReducedLetter);
+        if (!larger) {
+            return larger.error();
+        }
+        mergeLarger(lines.value(), std::move(larger.value()), factor);
+    }
+    std::vector<capture::TextObservation> observations;
+    for (ReadLine& line : lines.value()) {
+        observations.push_back(std::move(line.observation));
+    }
+    return observations;
+}
+
+base::Result<std::vector<ReadLine>> ScreenTextReader::readOneSize(const base::Image& image,
+                                                                  double leastHeight) {
     const PageAnalysis page(image);
     if (page.lines().empty()) {
-        return std::vector<capture::TextObservation>();
+        return std::vector<ReadLine>();
     }
-    auto readings = readLines(page);
+    auto readings = readLines(page, leastHeight);
     if (!readings) {
         return readings.error();
     }
     return observe(page, readings.value());
 }
 
-base::Result<std::vector<LineReading>> ScreenTextReader::readLines(const PageAnalysis& page) {
+base::Result<std::vector<LineReading>> ScreenTextReader::readLines(const PageAnalysis& page,
+                                                                   double leastHeight) {
     const auto& lines = page.lines();
     const auto& metrics = page.metrics();
     const LinePainter painter(page.ink(), page.components(), page.letterHeight());
     std::vector<double> lengths;
+    const auto isTooSmall = [&](std::size_t index) {
+        return metrics[index].letterHeight < leastHeight;
+    };
     for (std::size_t index = 0; index < lines.size(); ++index) {
-        lengths.push_back(lengthOf(lines[index], metrics[index]));
+        lengths.push_back(isTooSmall(index) ? 0 : lengthOf(lines[index], metrics[index]));
     }
     const auto readLine = [&](LineReader& reader, std::size_t index) {
+        if (isTooSmall(index)) {
+            return LineReading{};
+        }
         LineReading reading = reader.read(painter.paint(lines[index], metrics[index], {}));
         if (reading.confidence < doubtfulConfidence) {
             LineReading second =
@@ -111,8 +157,8 @@ base::Result<std::vector<LineReading>> ScreenTextReader::readLines(const PageAna
     return crew_->readAll(lengths, readLine, longestReading);
 }
 
-std::vector<capture::TextObservation> ScreenTextReader::observe(
-    const PageAnalysis& page, std::vector<LineReading>& readings) {
+std::vector<ReadLine> ScreenTextReader::observe(const PageAnalysis& page,
+                                                std::vector<LineReading>& readings) {
     const auto& lines = page.lines();
     const auto& metrics = page.metrics();
     // Lines of one pitch teach each other.
@@ -134,7 +180,7 @@ std::vector<capture::TextObservation> ScreenTextReader::observe(
             places.push_back(spacing.add(lines[index], metrics[index], reading.text));
         }
     }
-    std::vector<capture::TextObservation> observations;
+    std::vector<ReadLine> read;
     for (std::size_t index = 0; index < lines.size(); ++index) {
         if (!decision.isWriting(index)) {
             continue;
@@ -144,10 +190,16 @@ std::vector<capture::TextObservation> ScreenTextReader::observe(
             withFigures(group == cells.end() ? spacing.corrected(places[index])
                                              : group->second.corrected(places[index]));
         if (!text.empty()) {
-            observations.push_back({rankedCandidates(text, readings[index])});
+            read.push_back({boxOf(lines[index]),
+                            metrics[index].letterHeight,
+                            1,
+                            readings[index].confidence,
+                            lettersIn(text),
+                            page.grounds()[index],
+                            {rankedCandidates(text, readings[index])}});
         }
     }
-    return observations;
+    return read;
 }
 
 }  // namespace platform::tesseract

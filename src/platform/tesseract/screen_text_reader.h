@@ -9,6 +9,7 @@
 #include "base/result.h"
 #include "capture/text_recognizer.h"
 #include "platform/tesseract/line_crew.h"
+#include "platform/tesseract/read_line.h"
 
 namespace platform::tesseract {
 
@@ -42,10 +43,12 @@ class ScreenTextReader {
   private:
     explicit ScreenTextReader(std::unique_ptr<LineCrew> crew);
 
-    base::Result<std::vector<LineReading>> readLines(const PageAnalysis& page);
+    /// Leaves lines unread whose letters are smaller than `leastHeight` pixels near the x-height.
+    base::Result<std::vector<ReadLine>> readOneSize(const base::Image& image, double leastHeight);
+    base::Result<std::vector<LineReading>> readLines(const PageAnalysis& page, double leastHeight);
     /// Corrects the readings by what the whole page shows.
-    static std::vector<capture::TextObservation> observe(const PageAnalysis& page,
-                                                         std::vector<LineReading>& readings);
+    static std::vector<ReadLine> observe(const PageAnalysis& page,
+                                         std::vector<LineReading>& readings);
 
     std::unique_ptr<LineCrew> crew_;
 };
