@@ -4,6 +4,11 @@
 //                                  "notification<TAB>application<TAB>title<TAB>body" for each
 //   tray-host                      owns org.kde.StatusNotifierWatcher; prints "ready", then
 //                                  "item <bus name> <object path>" for each tray icon
+//   settings-portal VALUE          owns org.freedesktop.portal.Desktop and announces the colour
+//                                  scheme VALUE; a number, "hangs" (never answers), or a text that
+//                                  is no colour scheme; prints "ready", then "asked" for each
+//                                  question
+//   color-scheme VALUE             lets the settings portal announce another one
 //   wait-for-name NAME             ends with 0 when NAME is owned, with 1 after 15 s
 //   activate                       org.freedesktop.Application Activate of Lumaframe
 //   activate-action ACTION         org.freedesktop.Application ActivateAction of Lumaframe
@@ -20,6 +25,7 @@
 #include "desktop/bus_accessibility.h"
 #include "desktop/bus_menu.h"
 #include "desktop/bus_services.h"
+#include "desktop/settings_portal.h"
 #include "desktop/tray_item.h"
 
 namespace {
@@ -70,6 +76,12 @@ int main(int argc, char** argv) {
     }
     if (command == "tray-host") {
         return serve(application, desktop::TrayHost());
+    }
+    if (command == "settings-portal") {
+        return serve(application, desktop::SettingsPortal(arguments.value(2)));
+    }
+    if (command == "color-scheme") {
+        return desktop::announceColorScheme(arguments.value(2));
     }
     if (command == "wait-for-name") {
         return waitForName(application, arguments.value(2));

@@ -226,6 +226,13 @@ std::unique_ptr<Process> Desktop::startClipboardManager(ClipboardManager manner)
     return manager;
 }
 
+std::unique_ptr<Process> Desktop::startSettingsPortal(const std::string& colorScheme) {
+    auto portal = start("settings-portal-" + std::to_string(++busCalls_),
+                        {LUMAFRAME_TEST_BUS_PROGRAM, "settings-portal", colorScheme});
+    portal->waitForLine("ready");
+    return portal;
+}
+
 std::unique_ptr<Process> Desktop::startBusService(const std::string& role) {
     auto service = start(role, {LUMAFRAME_TEST_BUS_PROGRAM, role});
     service->waitForLine("ready");

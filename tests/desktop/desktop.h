@@ -85,6 +85,10 @@ class Desktop {
     enum class ClipboardManager { keeping, silent };
     std::unique_ptr<Process> startClipboardManager(ClipboardManager manner);
 
+    /// Starts a settings portal of the test's own that announces `colorScheme` (see
+    /// bus_program.cpp). bus({"color-scheme", ...}) lets it announce another one.
+    std::unique_ptr<Process> startSettingsPortal(const std::string& colorScheme);
+
     /// What the recorder received so far.
     [[nodiscard]] std::vector<Notification> notifications() const;
     /// "<bus name> <object path>" of each item that registered with the tray host.

@@ -29,6 +29,7 @@
 #include "platform/freedesktop/xdg_login_item_service.h"
 #include "platform/png/png_encoder.h"
 #include "platform/qt/application_icon.h"
+#include "platform/qt/desktop_palette.h"
 #include "platform/qt/event_source.h"
 #include "platform/qt/help_window.h"
 #include "platform/qt/image_converter.h"
@@ -143,6 +144,7 @@ class X11Platform final : public RunningPlatform {
                                 qt::fileDescriptorWatch()};
     WindowManagerClient windowManager_{*foundation_.connection};
     app::Scenes* scenes_ = nullptr;
+    qt::DesktopPalette palette_{freedesktop::sessionBus};
     qt::QtWindows windows_;
     Platform ports_;
     std::unique_ptr<freedesktop::DBusApplication> bus_;
@@ -212,6 +214,7 @@ X11Platform::X11Platform(const StartOptions& options, Foundation foundation,
 std::unique_ptr<QWidget> X11Platform::makeWindow(const std::string& sceneId) {
     auto window = scenes_ == nullptr ? nullptr : scenes_->makeWindow(sceneId);
     if (window) {
+        palette_.follow(*window);
         // A closed window leaves holes between what stays; here they go back.
         QObject::connect(
             window.get(), &QObject::destroyed, qApp,
