@@ -177,8 +177,9 @@ TEST_F(Delivery, a_full_disk_is_one_line) {
 }
 
 TEST_F(Delivery, without_a_downloads_folder_saving_fails_in_one_line) {
-    std::filesystem::remove(session.desktop().home() / "Downloads");
     startWith({{"showNotifications", true}});
+    // After the start, where the permissions window would ask for it.
+    std::filesystem::remove(session.desktop().home() / "Downloads");
     const std::size_t before = capture();
     session.waitForLine(line::notSaved, before);
     expectOnClipboard();

@@ -47,6 +47,8 @@ ColorSchemeWatch::ColorSchemeWatch(const QDBusConnection& bus,
       serviceWatcher_(portalName, bus, QDBusServiceWatcher::WatchForRegistration),
       onChange_(std::move(onChange)) {
     connect(&serviceWatcher_, &QDBusServiceWatcher::serviceRegistered, this, [this] { ask(); });
+    // The toolkit looks the slot's types up by their names; one that it has not met yet it refuses.
+    qRegisterMetaType<QDBusVariant>();
     // Only this setting's changes: every other one would wake the program up for nothing.
     bus_.connect(portalName, portalPath, settingsInterface, changeSignal, {appearance, colorScheme},
                  QStringLiteral("ssv"), this, SLOT(noteSetting(QString, QString, QDBusVariant)));
