@@ -75,6 +75,7 @@ class SpawnPlan {
 std::vector<OwnedDescriptor> outOfTheWay(const std::vector<int>& descriptors) {
     const int beyond = firstDescriptor + static_cast<int>(descriptors.size());
     std::vector<OwnedDescriptor> copies;
+    copies.reserve(descriptors.size());
     for (const int descriptor : descriptors) {
         copies.emplace_back(::fcntl(descriptor, F_DUPFD_CLOEXEC, beyond));
     }

@@ -56,7 +56,9 @@ class Marked {
     enum class Direction : std::uint8_t { down, across };
 
     [[nodiscard]] bool isSet(int x, int y) const {
-        return shape_.pixels[static_cast<std::size_t>(y * shape_.width + x)] != 0;
+        const auto width = static_cast<std::size_t>(shape_.width);
+        return shape_.pixels[static_cast<std::size_t>(y) * width + static_cast<std::size_t>(x)] !=
+               0;
     }
     /// In letter heights, of the upper edge of row `y`.
     [[nodiscard]] double above(int y) const { return (shape_.rise - y) / letterHeight_; }
