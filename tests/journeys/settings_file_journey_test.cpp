@@ -134,7 +134,7 @@ TEST_F(UnreadableSettingsFile, at_the_start_is_one_line_and_counts_as_soon_as_it
     EXPECT_EQ(session.readSettings(), before);
     const auto lines = session.linesSince(0);
     EXPECT_EQ(std::ranges::count_if(lines,
-                                    [this](const std::string& line) {
+                                    [](const std::string& line) {
                                         return line.find("settings.json") != std::string::npos;
                                     }),
               1)
