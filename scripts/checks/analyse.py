@@ -5,7 +5,8 @@ Usage: analyse.py BUILD_DIRECTORY [FILE...]
 
 Reads BUILD_DIRECTORY/compile_commands.json. A file that was clean before, with the same command, the
 same contents of it and of every header of this project behind it, and the same rules, is skipped: what
-was found clean is remembered in BUILD_DIRECTORY/analysed. With FILEs, only those.
+was found clean is remembered in BUILD_DIRECTORY/analysed. With FILEs, only those. The
+adapters of macOS, which no build here compiles, are read as scripts/check-macos reads them.
 """
 
 import hashlib
@@ -18,12 +19,18 @@ from concurrent.futures import ThreadPoolExecutor
 from pathlib import Path
 
 ROOT = Path(__file__).resolve().parents[2]
+sys.dont_write_bytecode = True
+sys.path.insert(0, str(ROOT / "tests/macos_interface"))
+import typecheck  # noqa: E402
+
 # What g++ understands and clang does not.
 WITHOUT = {"-fno-canonical-system-headers", "-Wno-maybe-uninitialized", "-mno-direct-extern-access"}
 
 
 def clang_arguments(entry):
     """The compile command as arguments for clang, without launcher, compiler, input and output."""
+    if "arguments" in entry:
+        return entry["arguments"]
     words = shlex.split(entry["command"])
     while words and not words[0].startswith("-"):
         words.pop(0)
@@ -72,6 +79,12 @@ def analyse(entry, rules, remembered):
     return result.stdout.strip() or result.stderr.strip() or f"{file}: {command[0]} failed"
 
 
+def macos_entries():
+    target = typecheck.TARGETS[-1]
+    return [{"file": str(path), "directory": str(ROOT), "arguments": typecheck.flags(target)}
+            for path in sorted((ROOT / "src/platform/macos").glob("*.mm"))]
+
+
 def main():
     build = Path(sys.argv[1]).resolve()
     wanted = {str(Path(name).resolve()) for name in sys.argv[2:]}
@@ -79,7 +92,8 @@ def main():
     remembered.mkdir(exist_ok=True)
     rules = (ROOT / ".clang-tidy").read_bytes() + subprocess.run(
         ["clang-tidy", "--version"], capture_output=True, check=True).stdout
-    entries = [entry for entry in json.loads((build / "compile_commands.json").read_text())
+    compiled = json.loads((build / "compile_commands.json").read_text())
+    entries = [entry for entry in compiled + macos_entries()
                if entry["file"].startswith((f"{ROOT}/src/", f"{ROOT}/tests/", f"{ROOT}/bench/"))
                and (not wanted or entry["file"] in wanted)]
     found = []

@@ -1,0 +1,82 @@
+#include "platform/macos/carbon_hot_key_service.h"
+
+#import <Carbon/Carbon.h>
+
+#include <bit>
+#include <cstdint>
+#include <utility>
+
+#include "platform/macos/platform_constants.h"
+
+namespace platform::macos {
+
+namespace {
+
+static_assert(hotKeySignature == 'BAR1');
+static_assert(hotKeyEventClass == kEventClassKeyboard);
+static_assert(hotKeyEventKind == kEventHotKeyPressed);
+static_assert(hotKeyParameterName == kEventParamDirectObject);
+static_assert(hotKeyParameterType == typeEventHotKeyID);
+static_assert(hotKeyOptions == kEventHotKeyNoOptions);
+static_assert(shortcuts::commandModifier == cmdKey);
+static_assert(shortcuts::shiftModifier == shiftKey);
+static_assert(shortcuts::optionModifier == optionKey);
+static_assert(shortcuts::controlModifier == controlKey);
+static_assert(shortcuts::noErr == ::noErr);
+static_assert(shortcuts::eventHotKeyExistsErr == ::eventHotKeyExistsErr);
+static_assert(sizeof(::EventHotKeyID) == 8);
+
+/// Whoever is told of presses; one, because the callback gets no user data.
+shortcuts::HotKeyService::Handler& installedHandler() {
+    static shortcuts::HotKeyService::Handler handler;
+    return handler;
+}
+
+/// Main thread.
+::OSStatus handlePress(::EventHandlerCallRef /*caller*/, ::EventRef event, void* /*userData*/) {
+    ::EventHotKeyID hotKeyID{};
+    // Whether it could be read is not asked: a press without an identity is one with zeros.
+    GetEventParameter(event, hotKeyParameterName, hotKeyParameterType, nullptr, sizeof(hotKeyID),
+                      nullptr, &hotKeyID);
+    // A copy: the handler may replace itself.
+    const auto handler = installedHandler();
+    return handler ? handler({hotKeyID.signature, hotKeyID.id}) : ::OSStatus{::noErr};
+}
+
+}  // namespace
+
+CarbonHotKeyService::~CarbonHotKeyService() {
+    installedHandler() = {};
+}
+
+shortcuts::HotKeyService::Registration<shortcuts::HotKeyRef> CarbonHotKeyService::registerHotKey(
+    std::uint32_t keyCode, std::uint32_t modifiers, shortcuts::EventHotKeyID hotKeyID) {
+    ::EventHotKeyRef ref = nullptr;
+    const ::OSStatus status =
+        RegisterEventHotKey(keyCode, modifiers, {hotKeyID.signature, hotKeyID.id},
+                            GetApplicationEventTarget(), hotKeyOptions, &ref);
+    return {status, std::bit_cast<std::uint64_t>(ref)};
+}
+
+shortcuts::OSStatus CarbonHotKeyService::unregisterHotKey(shortcuts::HotKeyRef ref) {
+    return UnregisterEventHotKey(std::bit_cast<::EventHotKeyRef>(ref));
+}
+
+shortcuts::HotKeyService::Registration<shortcuts::EventHandlerRef>
+CarbonHotKeyService::installEventHandler(Handler handler) {
+    const EventTypeSpec pressed{hotKeyEventClass, hotKeyEventKind};
+    ::EventHandlerRef ref = nullptr;
+    const ::OSStatus status =
+        InstallEventHandler(GetApplicationEventTarget(), handlePress, 1, &pressed, nullptr, &ref);
+    if (status == ::noErr) {
+        installedHandler() = std::move(handler);
+    }
+    return {status, std::bit_cast<std::uint64_t>(ref)};
+}
+
+shortcuts::OSStatus CarbonHotKeyService::removeEventHandler(shortcuts::EventHandlerRef ref) {
+    installedHandler() = {};
+    return RemoveEventHandler(std::bit_cast<::EventHandlerRef>(ref));
+}
+
+}  // namespace platform::macos
