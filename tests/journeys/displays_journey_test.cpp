@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 #include <unistd.h>
 
+#include "journeys/desktops_table.h"
 #include "journeys/overlay_colors.h"
 #include "journeys/session.h"
 
@@ -130,6 +131,8 @@ TEST(ScaledDisplay, a_point_of_a_display_with_scale_2_is_two_pixels) {
     if (::geteuid() != 0) {
         GTEST_SKIP() << "A server with several displays needs root.";
     }
+    const TableRow row(TableGroup::scales,
+                       {.setUp = "2 beside 1", .tested = "every pixel, pixels per metre"});
     Session session({.outputs = secondRight,
                      .environment = {{"QT_SCREEN_SCALE_FACTORS", "DUMMY0=1;DUMMY1=2"}}});
     session.writeSettings(nlohmann::json::object());
