@@ -1,6 +1,7 @@
 #include "capture/region_configuration.h"
 
 #include <algorithm>
+#include <cmath>
 #include <iterator>
 
 #include "base/log.h"
@@ -14,7 +15,10 @@ std::int64_t truncatedPixels(double pixels) {
     if (!(pixels > -limit && pixels < limit)) {
         base::fatalError("The size of the selection in pixels is out of range.");
     }
-    return static_cast<std::int64_t>(pixels);
+    // A length of whole pixels that was divided by the scale comes back a hair beside them.
+    constexpr double hair = 1e-6;
+    const double nearest = std::round(pixels);
+    return static_cast<std::int64_t>(std::abs(pixels - nearest) <= hair ? nearest : pixels);
 }
 
 }  // namespace

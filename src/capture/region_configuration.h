@@ -25,7 +25,8 @@ std::vector<ShareableWindow> windowsToExclude(
     const std::optional<std::string>& mainBundleIdentifier);
 
 /// How a region is captured: the size of `source` times `scaleFactor` in pixels, truncated toward
-/// zero. A product that is no 64-bit integer is a fatal error.
+/// zero; a product closer to a whole number than a millionth is that number. One that is no 64-bit
+/// integer is a fatal error.
 StreamConfiguration regionConfiguration(const base::Rect& source, double scaleFactor,
                                         const std::optional<std::string>& colorSpaceName);
 

@@ -116,6 +116,19 @@ TEST(RegionConfiguration, fractions_of_a_pixel_are_cut_off) {
     EXPECT_EQ(configuration.colorSpaceName, std::nullopt);
 }
 
+TEST(RegionConfiguration, a_length_of_whole_pixels_that_was_divided_by_the_scale_is_whole_again) {
+    for (const double scale : {1.1, 1.25, 4.0 / 3, 1.5, 1.75, 2.6, 3.0}) {
+        for (int left = 0; left < 300; ++left) {
+            for (int width = 1; width < 60; ++width) {
+                const double points = (left + width) / scale - left / scale;
+                const auto configuration =
+                    capture::regionConfiguration({{}, {points, 10}}, scale, std::nullopt);
+                ASSERT_EQ(configuration.width, width) << left << " at " << scale;
+            }
+        }
+    }
+}
+
 TEST(RegionConfigurationDeathTest, a_size_that_is_no_number_of_pixels_is_fatal) {
     const auto configure = [](double width) {
         (void)capture::regionConfiguration({{}, {width, 10}}, 2.0, std::nullopt);

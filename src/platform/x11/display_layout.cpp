@@ -28,6 +28,19 @@ std::int32_t nearestPixel(double value) {
     return static_cast<std::int32_t>(std::lround(std::clamp(value, -limit, limit)));
 }
 
+/// A length in points, to a 2^30th of one. So what is computed from such lengths (at most 2^17 of
+/// them, with 53 bits) is exact, and what touches in pixels touches in points: with unrounded
+/// quotients a selection up to the edge of its display was seen to reach a 2^44th of a point into
+/// the next one.
+double points(double pixels, double scale) {
+    constexpr double parts = 1 << 30;
+    return std::round(pixels / scale * parts) / parts;
+}
+
+double farEdge(std::int32_t position, std::int32_t length) {
+    return position == length - 1 ? length : position;
+}
+
 }  // namespace
 
 DisplayLayout::DisplayLayout(std::vector<NativeDisplay> displays) : displays_(std::move(displays)) {
@@ -76,7 +89,8 @@ NativePoint DisplayLayout::origin() const {
 base::Rect DisplayLayout::topLeftFrame(const NativeDisplay& display) const {
     return {{static_cast<double>(display.native.x - origin().x),
              static_cast<double>(display.native.y - origin().y)},
-            {display.native.width / display.scale, display.native.height / display.scale}};
+            {points(display.native.width, display.scale),
+             points(display.native.height, display.scale)}};
 }
 
 base::Rect DisplayLayout::screenFrame(const NativeDisplay& display) const {
@@ -101,9 +115,17 @@ base::Rect DisplayLayout::topLeftFromNative(const NativeRect& frame) const {
                 {static_cast<double>(frame.width), static_cast<double>(frame.height)}};
     }
     const base::Point corner = topLeftFrame(*display).origin;
-    return {{corner.x + (frame.x - display->native.x) / display->scale,
-             corner.y + (frame.y - display->native.y) / display->scale},
-            {frame.width / display->scale, frame.height / display->scale}};
+    const double left = points(frame.x - display->native.x, display->scale);
+    const double top = points(frame.y - display->native.y, display->scale);
+    const double right = points(frame.x + frame.width - display->native.x, display->scale);
+    const double bottom = points(frame.y + frame.height - display->native.y, display->scale);
+    return {{corner.x + left, corner.y + top}, {right - left, bottom - top}};
+}
+
+base::Point DisplayLayout::viewFromPixel(const NativeDisplay& display, NativePoint pixel) {
+    return {points(farEdge(pixel.x, display.native.width), display.scale),
+            points(display.native.height, display.scale) -
+                points(farEdge(pixel.y, display.native.height), display.scale)};
 }
 
 NativeRect DisplayLayout::nativeFromScreen(const NativeDisplay& display,

@@ -32,7 +32,8 @@ struct NativeDisplay {
 /// A display keeps its native origin (counted from the primary's, which is the origin of the two
 /// spaces in points); lengths inside of it are native pixels divided by its scale. So two displays
 /// that touch in pixels may leave a gap in points, or overlap there, and a point in pixels is
-/// always converted by the one display that holds its pixel.
+/// always converted by the one display that holds its pixel. Lengths are rounded to a 2^30th of a
+/// point, so that sums and differences of them are exact.
 class DisplayLayout {
   public:
     /// Without a primary among them the first display is it; of several the first one.
@@ -58,6 +59,10 @@ class DisplayLayout {
     [[nodiscard]] base::Point topLeftFromNative(NativePoint pixel) const;
     /// A window's frame in top-left space, converted whole by the display that holds its centre.
     [[nodiscard]] base::Rect topLeftFromNative(const NativeRect& frame) const;
+    /// Where the pointer is in view space, given the pixel that it is on, counted from the
+    /// display's upper left one: at that pixel's upper left corner, but on the last column or row
+    /// at the display's far edge, so that a drag into the corner selects up to the very edge.
+    [[nodiscard]] static base::Point viewFromPixel(const NativeDisplay& display, NativePoint pixel);
     /// The pixels of a rectangle in screen space on `display`: each edge at the nearest pixel
     /// boundary, not clipped.
     [[nodiscard]] NativeRect nativeFromScreen(const NativeDisplay& display,

@@ -38,11 +38,6 @@ xcb_window_t windowOf(const xcb_generic_event_t& event) {
     }
 }
 
-/// The far edge for the last pixel, so that a drag into the corner selects up to the very edge.
-double edgeOf(int position, std::int32_t length) {
-    return position == length - 1 ? length : position;
-}
-
 }  // namespace
 
 X11OverlaySurface::X11OverlaySurface(SurfaceServices& services, const NativeDisplay& display,
@@ -241,8 +236,7 @@ void X11OverlaySurface::handleKey(const xcb_key_press_event_t& event) {
 overlay::MouseEvent X11OverlaySurface::mouseEvent(std::int16_t x, std::int16_t y,
                                                   std::uint16_t state) const {
     const bool isOptionHeld = (state & services_.keyboardMapping.modifiers().option) != 0;
-    return {{edgeOf(x, display_.native.width) / display_.scale,
-             (display_.native.height - edgeOf(y, display_.native.height)) / display_.scale},
+    return {DisplayLayout::viewFromPixel(display_, {x, y}),
             isOptionHeld ? overlay::optionModifierFlag : 0U};
 }
 
