@@ -62,7 +62,7 @@ Desktop::Desktop(const DesktopOptions& options)
         makePrivate(home() / name);
     }
     makePrivate(directory_ / "runtime");
-    server_ = std::make_unique<XServer>(directory_, options.outputs);
+    server_ = std::make_unique<XServer>(directory_, options.outputs, options.depth);
     client_ = std::make_unique<XClient>(displayName());
     input_ = std::make_unique<InputDriver>(displayName());
     startBus(options.busServices);

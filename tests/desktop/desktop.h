@@ -29,6 +29,8 @@ enum class Accessibility { off, on };
 
 struct DesktopOptions {
     std::vector<Output> outputs{{}};
+    /// Bits of a pixel of the screen: 24 or 30.
+    int depth = 24;
     WindowManager windowManager = WindowManager::openbox;
     Compositor compositor = Compositor::none;
     NotificationDaemon notifications = NotificationDaemon::none;

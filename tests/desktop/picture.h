@@ -44,6 +44,13 @@ struct Png {
         friend bool operator==(const Density&, const Density&) = default;
     };
     std::optional<Density> density;
+    /// Its ICC profile and the name that the file gives it, when it has one. A profile that the
+    /// reader finds anything wrong with is an exception.
+    struct Profile {
+        std::string name;
+        std::vector<std::uint8_t> bytes;
+    };
+    std::optional<Profile> profile;
     /// The types of all chunks in their order: "IHDR", "pHYs", ...
     std::vector<std::string> chunks;
 };

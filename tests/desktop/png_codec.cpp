@@ -1,5 +1,6 @@
 #include <png.h>
 
+#include <algorithm>
 #include <cstring>
 #include <stdexcept>
 
@@ -13,6 +14,17 @@ namespace {
 }
 
 void ignore(png_structp, png_const_charp) {}
+
+std::optional<Png::Profile> profileOf(png_structp structure, png_infop info) {
+    png_charp name = nullptr;
+    int compression = 0;
+    png_bytep bytes = nullptr;
+    png_uint_32 size = 0;
+    if (png_get_iCCP(structure, info, &name, &compression, &bytes, &size) == 0) {
+        return std::nullopt;
+    }
+    return Png::Profile{name, {bytes, bytes + size}};
+}
 
 struct Source {
     const std::vector<std::uint8_t>& bytes;
@@ -73,6 +85,12 @@ Png decodePng(const std::vector<std::uint8_t>& bytes) {
     if (png_get_pHYs(reader.structure, reader.info, &perUnitX, &perUnitY, &unit) != 0 &&
         unit == PNG_RESOLUTION_METER) {
         png.density = Png::Density{perUnitX, perUnitY};
+    }
+    png.profile = profileOf(reader.structure, reader.info);
+    const bool hasProfileChunk =
+        std::find(png.chunks.begin(), png.chunks.end(), "iCCP") != png.chunks.end();
+    if (hasProfileChunk != png.profile.has_value()) {
+        throw std::runtime_error("Broken PNG: its colour profile was refused");
     }
     png_set_expand(reader.structure);
     png_set_strip_16(reader.structure);

@@ -4,7 +4,6 @@
 #include <poll.h>
 #include <unistd.h>
 
-#include <algorithm>
 #include <fstream>
 #include <set>
 #include <stdexcept>
@@ -14,33 +13,37 @@
 namespace desktop {
 namespace {
 
-std::string modeName(const Output& output) {
+std::string sizeText(const Output& output) {
     return std::to_string(output.width) + "x" + std::to_string(output.height);
 }
 
-/// Sync positions with a fixed blanking: the dummy driver accepts any mode inside its ranges.
-std::string modeLine(const Output& output) {
-    const auto horizontal = std::to_string(output.width + 16) + " " +
-                            std::to_string(output.width + 48) + " " +
-                            std::to_string(output.width + 160);
-    const auto vertical = std::to_string(output.height + 1) + " " +
-                          std::to_string(output.height + 4) + " " +
-                          std::to_string(output.height + 30);
-    const double clock = (output.width + 160.0) * (output.height + 30.0) * 60 / 1e6;
-    return "  Modeline \"" + modeName(output) + "\" " + std::to_string(clock) + " " +
-           std::to_string(output.width) + " " + horizontal + " " + std::to_string(output.height) +
-           " " + vertical + "\n";
+/// Not the size alone: the server has modes of its own with such names.
+std::string modeName(const Output& output) {
+    return "test-" + sizeText(output);
 }
 
-std::string dummyConfiguration(const std::vector<Output>& outputs) {
-    std::set<std::string> modeLines;
-    int width = 0;
-    int height = 0;
-    for (const Output& output : outputs) {
-        modeLines.insert(modeLine(output));
-        width = std::max(width, output.x + output.width);
-        height = std::max(height, output.y + output.height);
+/// Clock and sync positions with a fixed blanking: the dummy driver accepts any mode inside its
+/// ranges.
+std::vector<std::string> modeTimings(const Output& output) {
+    const int width = output.width;
+    const int height = output.height;
+    std::vector<std::string> timings{std::to_string((width + 160.0) * (height + 30.0) * 60 / 1e6)};
+    for (const int number : {width, width + 16, width + 48, width + 160, height, height + 1,
+                             height + 4, height + 30}) {
+        timings.push_back(std::to_string(number));
     }
+    return timings;
+}
+
+std::string modeLine(const Output& output) {
+    std::string line = "  Modeline \"" + modeName(output) + "\"";
+    for (const std::string& timing : modeTimings(output)) {
+        line += " " + timing;
+    }
+    return line + "\n";
+}
+
+std::string dummyConfiguration(const Output& first, int depth) {
     std::string text = R"(Section "ServerFlags"
   Option "AutoAddDevices" "false"
   Option "AutoAddGPU" "false"
@@ -58,15 +61,15 @@ Section "Monitor"
   HorizSync 1.0-2000.0
   VertRefresh 1.0-200.0
 )";
-    for (const auto& line : modeLines) {
-        text += line;
-    }
+    text += modeLine(first);
+    const std::string bits = std::to_string(depth);
     text +=
         "EndSection\nSection \"Screen\"\n  Identifier \"screen\"\n  Device \"dummy\"\n"
-        "  Monitor \"monitor\"\n  DefaultDepth 24\n  SubSection \"Display\"\n    Depth 24\n";
-    text += "    Modes \"" + modeName(outputs.front()) + "\"\n    Virtual " +
-            std::to_string(width) + " " + std::to_string(height) + "\n";
-    return text + "  EndSubSection\nEndSection\n";
+        "  Monitor \"monitor\"\n  DefaultDepth " +
+        bits + "\n  SubSection \"Display\"\n    Depth " + bits + "\n    Modes \"" +
+        modeName(first) + "\"\n";
+    // The most that an arrangement may need; memory that is not used costs nothing.
+    return text + "    Virtual 7680 4320\n  EndSubSection\nEndSection\n";
 }
 
 /// The server writes "<number>\n" once it answers.
@@ -89,12 +92,18 @@ std::string readDisplayNumber(int descriptor, Process& server) {
 
 }  // namespace
 
-XServer::XServer(const std::filesystem::path& directory, const std::vector<Output>& outputs)
+std::string outputName(const Output& output, std::size_t index) {
+    return "DUMMY" + std::to_string(output.number.value_or(static_cast<int>(index)));
+}
+
+XServer::XServer(const std::filesystem::path& directory, const std::vector<Output>& outputs,
+                 int depth)
     : directory_(directory) {
-    if (outputs.size() == 1 && outputs.front().x == 0 && outputs.front().y == 0) {
-        startVirtual(outputs.front());
+    const Output& first = outputs.front();
+    if (outputs.size() == 1 && first.x == 0 && first.y == 0 && !first.number) {
+        startVirtual(first, depth);
     } else {
-        startDummy(outputs);
+        startDummy(outputs, depth);
     }
 }
 
@@ -120,37 +129,64 @@ void XServer::startAndRead(std::vector<std::string> command) {
     ::close(ends[0]);
 }
 
-void XServer::startVirtual(const Output& output) {
-    // 96 dots per inch and a 24-bit screen are what desktops have; Xvfb's own defaults are older.
-    startAndRead({"Xvfb", "-screen", "0", modeName(output) + "x24", "-dpi", "96"});
+void XServer::startVirtual(const Output& output, int depth) {
+    // 96 dots per inch are what desktops have; Xvfb's own default is older.
+    startAndRead(
+        {"Xvfb", "-screen", "0", sizeText(output) + "x" + std::to_string(depth), "-dpi", "96"});
 }
 
-void XServer::startDummy(const std::vector<Output>& outputs) {
+void XServer::startDummy(const std::vector<Output>& outputs, int depth) {
     const auto configuration = directory_ / "xorg.conf";
-    std::ofstream(configuration) << dummyConfiguration(outputs);
+    std::ofstream(configuration) << dummyConfiguration(outputs.front(), depth);
     startAndRead({"Xorg", "-config", configuration, "-logfile", directory_ / "xorg.log",
                   "-novtswitch", "-sharevts", "vt7", "-dpi", "96"});
-    // All at once: xrandr shifts every arrangement so that it begins at (0, 0).
-    std::vector<std::string> arrangement;
-    for (std::size_t index = 0; index < outputs.size(); ++index) {
-        const Output& output = outputs[index];
-        const std::string name = "DUMMY" + std::to_string(index);
-        if (index > 0) {
-            configure({"--addmode", name, modeName(output)});
-        }
-        arrangement.insert(arrangement.end(),
-                           {"--output", name, "--mode", modeName(output), "--pos",
-                            std::to_string(output.x) + "x" + std::to_string(output.y)});
-        if (index == 0) {
-            arrangement.emplace_back("--primary");
-        }
-    }
-    configure(arrangement);
+    modes_ = {modeName(outputs.front())};
+    offeredModes_ = {"DUMMY0 " + modeName(outputs.front())};
+    outputsInUse_ = {"DUMMY0"};
+    arrange(outputs);
     // Without input devices the server takes key codes of before evdev, which no desktop has.
     runToEnd({.command = {"setxkbmap", "-display", displayName_, "-rules", "evdev", "-model",
                           "pc105", "-layout", "us"},
               .environment = {{"PATH", "/usr/bin:/bin"}},
               .outputFile = directory_ / "setxkbmap"});
+}
+
+void XServer::offerMode(const Output& output, const std::string& name) {
+    const std::string mode = modeName(output);
+    if (modes_.insert(mode).second) {
+        std::vector<std::string> command{"--newmode", mode};
+        const auto timings = modeTimings(output);
+        command.insert(command.end(), timings.begin(), timings.end());
+        configure(command);
+    }
+    if (offeredModes_.insert(name + " " + mode).second) {
+        configure({"--addmode", name, mode});
+    }
+}
+
+void XServer::arrange(const std::vector<Output>& outputs, std::size_t primary) {
+    // All at once: xrandr shifts every arrangement so that it begins at (0, 0).
+    std::vector<std::string> arrangement;
+    std::set<std::string> used;
+    for (std::size_t index = 0; index < outputs.size(); ++index) {
+        const Output& output = outputs[index];
+        const std::string name = outputName(output, index);
+        offerMode(output, name);
+        arrangement.insert(arrangement.end(),
+                           {"--output", name, "--mode", modeName(output), "--pos",
+                            std::to_string(output.x) + "x" + std::to_string(output.y)});
+        if (index == primary) {
+            arrangement.emplace_back("--primary");
+        }
+        used.insert(name);
+    }
+    for (const std::string& name : outputsInUse_) {
+        if (!used.contains(name)) {
+            arrangement.insert(arrangement.end(), {"--output", name, "--off"});
+        }
+    }
+    outputsInUse_ = used;
+    configure(arrangement);
 }
 
 void XServer::configure(const std::vector<std::string>& xrandrArguments) {

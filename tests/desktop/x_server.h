@@ -2,6 +2,8 @@
 
 #include <filesystem>
 #include <memory>
+#include <optional>
+#include <set>
 #include <string>
 #include <vector>
 
@@ -15,32 +17,47 @@ struct Output {
     int y = 0;
     int width = 1280;
     int height = 800;
+    /// Its name is DUMMY<number>; by default its place in the list of outputs.
+    std::optional<int> number{};
 };
+
+/// The name of the output at `index` of its list.
+std::string outputName(const Output& output, std::size_t index);
 
 /// A private X server on a display number of its own choosing: any number of tests may run side by
 /// side.
 ///
 /// One output at (0, 0) is an Xvfb; several are an Xorg with the dummy driver (needs root), its
-/// outputs named DUMMY0, DUMMY1, ... in the given order, the first one primary.
+/// outputs named by their numbers, the first one primary.
 class XServer {
   public:
     /// `directory` takes configuration and logs. Returns when the server answers; throws
     /// std::runtime_error otherwise.
-    XServer(const std::filesystem::path& directory, const std::vector<Output>& outputs);
+    /// `depth` is that of the screen.
+    XServer(const std::filesystem::path& directory, const std::vector<Output>& outputs,
+            int depth = 24);
 
     /// ":<number>", as DISPLAY has it.
     [[nodiscard]] const std::string& displayName() const { return displayName_; }
     /// Changes the outputs of a dummy server while it runs: one argument list of xrandr.
     void configure(const std::vector<std::string>& xrandrArguments);
+    /// Gives a dummy server these outputs and no others, all at once; none of them ends further
+    /// than 7680 to the right and 4320 down.
+    void arrange(const std::vector<Output>& outputs, std::size_t primary = 0);
 
   private:
-    void startVirtual(const Output& output);
-    void startDummy(const std::vector<Output>& outputs);
+    void startVirtual(const Output& output, int depth);
+    void startDummy(const std::vector<Output>& outputs, int depth);
+    void offerMode(const Output& output, const std::string& name);
     void startAndRead(std::vector<std::string> command);
 
     std::filesystem::path directory_;
     std::unique_ptr<Process> process_;
     std::string displayName_;
+    /// "DUMMY1 800x600": what the server knows that an output can show.
+    std::set<std::string> offeredModes_;
+    std::set<std::string> modes_;
+    std::set<std::string> outputsInUse_;
 };
 
 }  // namespace desktop

@@ -20,6 +20,23 @@ bool isSamePlace(const NativeDisplay& first, const NativeDisplay& second) {
            first.role == second.role;
 }
 
+/// A name stands for one profile: two monitors of one model often have profiles that differ and
+/// call themselves the same.
+void tellApart(std::vector<NativeDisplay>& displays) {
+    for (auto display = displays.begin(); display != displays.end(); ++display) {
+        const bool isTaken = std::any_of(displays.begin(), display, [&](const auto& other) {
+            return display->colorSpace && other.colorSpace &&
+                   other.colorSpace->name == display->colorSpace->name &&
+                   other.colorSpace->iccProfile != display->colorSpace->iccProfile;
+        });
+        if (isTaken) {
+            display->colorSpace = std::make_shared<const base::ColorSpace>(
+                base::ColorSpace{display->colorSpace->name + " (" + display->name + ")",
+                                 display->colorSpace->iccProfile});
+        }
+    }
+}
+
 bool isSameArrangement(const DisplayLayout& first, const DisplayLayout& second) {
     return std::equal(first.displays().begin(), first.displays().end(), second.displays().begin(),
                       second.displays().end(), isSamePlace);
@@ -90,6 +107,7 @@ DisplayLayout X11Displays::read() {
         displays.push_back({monitor.id, monitor.name, monitor.native, scaleOf(monitor.name),
                             monitor.role, profiles[monitor.index]});
     }
+    tellApart(displays);
     return DisplayLayout(std::move(displays));
 }
 
@@ -112,8 +130,12 @@ std::shared_ptr<const base::ColorSpace> X11Displays::readProfile(ProfileRequest 
     if (!profile) {
         return nullptr;
     }
+    std::string description = iccDescription(*profile);
+    if (description.empty()) {
+        description = "Profile of " + name;
+    }
     return std::make_shared<const base::ColorSpace>(
-        base::ColorSpace{"Profile of " + name, std::move(*profile)});
+        base::ColorSpace{std::move(description), std::move(*profile)});
 }
 
 double X11Displays::scaleOf(const std::string& monitorName) const {

@@ -4,14 +4,14 @@
 
 #include <map>
 
+#include "desktop/color_profile.h"
 #include "desktop/desktop.h"
 #include "doubles/manual_main_queue.h"
-#include "platform/x11/icc_profile.h"
 
 using base::Rect;
+using desktop::ColorProfile;
 using desktop::Desktop;
 using desktop::DesktopOptions;
-using platform::x11::checkedIccProfile;
 using platform::x11::Connection;
 using platform::x11::DisplayRole;
 using platform::x11::mergeMirrored;
@@ -56,16 +56,8 @@ struct DisplaysRig {
     X11Displays displays;
 };
 
-std::vector<std::uint8_t> profileOf(std::size_t size) {
-    std::vector<std::uint8_t> bytes(size, 7);
-    bytes[0] = static_cast<std::uint8_t>(size >> 24U);
-    bytes[1] = static_cast<std::uint8_t>(size >> 16U);
-    bytes[2] = static_cast<std::uint8_t>(size >> 8U);
-    bytes[3] = static_cast<std::uint8_t>(size);
-    for (std::size_t i = 0; i < 4; ++i) {
-        bytes[36 + i] = static_cast<std::uint8_t>("acsp"[i]);
-    }
-    return bytes;
+std::vector<std::uint8_t> profileNamed(const std::string& name, double gamma = 2.2) {
+    return ColorProfile{.descriptions = {{"en", name}}, .gamma = gamma}.bytes();
 }
 
 Monitor monitor(std::size_t index, NativeRect native, DisplayRole role = DisplayRole::secondary) {
@@ -135,7 +127,7 @@ TEST(X11Displays, a_change_is_told_once_and_only_when_a_display_really_changed) 
     EXPECT_EQ(changes, 1);
 
     rig.displays.setChangeHandler({});
-    rig.desktop.server().configure({"--output", "DUMMY1", "--mode", "800x600", "--pos", "1024x0"});
+    rig.desktop.server().arrange({{0, 0, 1024, 768}, {1024, 0, 800, 600}});
     ASSERT_TRUE(desktop::waitUntil([&] {
         rig.turn();
         return rig.displays.layout().displays().size() == 2;
@@ -177,15 +169,53 @@ TEST(X11Displays, mirrored_outputs_are_one_display) {
 
 TEST(X11Displays, a_profile_belongs_to_the_display_of_its_number) {
     DisplaysRig rig({{0, 0, 1024, 768}, {1024, 0, 800, 600}});
-    rig.setProfile("_ICC_PROFILE_1", profileOf(600));
-    const auto screens = rig.displays.screens();
+    rig.setProfile("_ICC_PROFILE_1", profileNamed("Second"));
+    auto screens = rig.displays.screens();
     ASSERT_EQ(screens.size(), 2U);
     EXPECT_EQ(screens[0].colorSpace, nullptr);
     ASSERT_NE(screens[1].colorSpace, nullptr);
-    EXPECT_EQ(screens[1].colorSpace->iccProfile, profileOf(600));
-    EXPECT_FALSE(screens[1].colorSpace->name.empty());
-    rig.setProfile("_ICC_PROFILE_1", {1, 2, 3});
-    EXPECT_EQ(rig.displays.screens()[1].colorSpace, nullptr);
+    EXPECT_EQ(screens[1].colorSpace->iccProfile, profileNamed("Second"));
+    EXPECT_EQ(screens[1].colorSpace->name, "Second");
+    rig.setProfile("_ICC_PROFILE", profileNamed("First"));
+    screens = rig.displays.screens();
+    ASSERT_NE(screens[0].colorSpace, nullptr);
+    EXPECT_EQ(screens[0].colorSpace->name, "First");
+    EXPECT_EQ(screens[1].colorSpace->name, "Second");
+}
+
+TEST(X11Displays, a_profile_that_is_broken_is_no_profile) {
+    DisplaysRig rig({{0, 0, 1024, 768}});
+    rig.setProfile("_ICC_PROFILE", profileNamed("First"));
+    ASSERT_NE(rig.displays.screens()[0].colorSpace, nullptr);
+    rig.setProfile("_ICC_PROFILE", {1, 2, 3});
+    EXPECT_EQ(rig.displays.screens()[0].colorSpace, nullptr);
+    rig.setProfile("_ICC_PROFILE", {});
+    EXPECT_EQ(rig.displays.screens()[0].colorSpace, nullptr);
+    auto& client = rig.desktop.client();
+    const std::uint32_t number = 7;
+    xcb_change_property(client.get(), XCB_PROP_MODE_REPLACE, client.root(),
+                        client.atom("_ICC_PROFILE"), XCB_ATOM_CARDINAL, 32, 1, &number);
+    client.synchronize();
+    EXPECT_EQ(rig.displays.screens()[0].colorSpace, nullptr);
+}
+
+TEST(X11Displays, a_profile_without_a_name_is_that_of_its_monitor) {
+    DisplaysRig rig({{0, 0, 1024, 768}, {1024, 0, 800, 600}});
+    rig.setProfile("_ICC_PROFILE_1", profileNamed(""));
+    EXPECT_EQ(rig.displays.screens()[1].colorSpace->name, "Profile of DUMMY1");
+}
+
+TEST(X11Displays, profiles_that_differ_have_names_that_differ) {
+    DisplaysRig rig({{0, 0, 1024, 768}, {1024, 0, 800, 600}});
+    rig.setProfile("_ICC_PROFILE", profileNamed("Model 27", 2.2));
+    rig.setProfile("_ICC_PROFILE_1", profileNamed("Model 27", 2.4));
+    auto screens = rig.displays.screens();
+    EXPECT_EQ(screens[0].colorSpace->name, "Model 27");
+    EXPECT_EQ(screens[1].colorSpace->name, "Model 27 (DUMMY1)");
+    EXPECT_EQ(screens[1].colorSpace->iccProfile, profileNamed("Model 27", 2.4));
+    rig.setProfile("_ICC_PROFILE_1", profileNamed("Model 27", 2.2));
+    screens = rig.displays.screens();
+    EXPECT_EQ(screens[1].colorSpace->name, "Model 27");
 }
 
 TEST(MergeMirrored, a_display_inside_of_another_one_is_a_part_of_it) {
@@ -204,22 +234,4 @@ TEST(MergeMirrored, of_equal_ones_the_first_stays_and_displays_that_overlap_in_p
     ASSERT_EQ(merged.size(), 2U);
     EXPECT_EQ(merged[0].name, "M0");
     EXPECT_EQ(merged[1].name, "M2");
-}
-
-TEST(IccProfile, what_follows_the_profile_is_cut_off) {
-    auto bytes = profileOf(200);
-    bytes.resize(210);
-    EXPECT_EQ(checkedIccProfile(bytes), profileOf(200));
-}
-
-TEST(IccProfile, a_profile_is_refused_that_is_too_short_or_cut_or_has_no_signature) {
-    EXPECT_TRUE(checkedIccProfile(profileOf(132)));
-    EXPECT_FALSE(checkedIccProfile({}));
-    EXPECT_FALSE(checkedIccProfile(profileOf(131)));
-    auto cut = profileOf(200);
-    cut.pop_back();
-    EXPECT_FALSE(checkedIccProfile(cut));
-    auto unsignedProfile = profileOf(200);
-    unsignedProfile[37] = 'x';
-    EXPECT_FALSE(checkedIccProfile(unsignedProfile));
 }
