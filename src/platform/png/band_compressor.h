@@ -7,20 +7,17 @@
 
 #include "platform/png/deflater.h"
 #include "platform/png/pixel_rows.h"
+#include "platform/png/row_filter.h"
+#include "platform/png/sparse_compressor.h"
 
 namespace platform::png {
-
-/// Rows from `first` up to, not including, `end`, counted from the top.
-struct RowRange {
-    int first = 0;
-    int end = 0;
-};
 
 /// Whether another band's compressed data follow this one's.
 enum class BandPosition { followed, last };
 
-/// Filters and compresses a band of rows into whole IDAT chunks. The chunks of all bands one after
-/// the other, between a stream header and a checksum, are one valid stream.
+/// Filters and compresses a band of rows into whole IDAT chunks, in a way that its content decides.
+/// The chunks of all bands one after the other, between a stream header and a checksum, are one
+/// valid stream.
 ///
 /// The constructor takes the memory; `run` may then be called once, on any thread, and holds no
 /// more than a few rows at a time beside its output.
@@ -38,20 +35,18 @@ class BandCompressor {
     [[nodiscard]] std::size_t filteredSize() const;
 
   private:
-    enum class Filter : std::uint8_t { none = 0, up = 2 };
-
     Filter chooseFilter();
     std::size_t compressedSize(RowRange range, Filter filter);
-    std::span<const std::uint8_t> filterRows(RowRange range, Filter filter);
+    void compressFast(std::vector<std::uint8_t>& file);
+    void compressSparse(std::vector<std::uint8_t>& file);
+    template <typename Take>
+    void filterAll(Filter filter, Take take);
 
-    const PixelRows& rows_;
     RowRange range_;
     BandPosition position_;
-    int rowsPerBlock_;
+    RowFilter rows_;
     Deflater deflater_;
-    std::vector<std::uint8_t> block_;
-    std::vector<std::uint8_t> row_;
-    std::vector<std::uint8_t> rowAbove_;
+    SparseCompressor sparse_;
     std::uint32_t checksum_ = 1;
 };
 

@@ -15,6 +15,11 @@ namespace platform::png {
 
 namespace {
 
+std::array<std::uint8_t, 4> bigEndian(std::uint32_t number) {
+    return {static_cast<std::uint8_t>(number >> 24), static_cast<std::uint8_t>(number >> 16),
+            static_cast<std::uint8_t>(number >> 8), static_cast<std::uint8_t>(number)};
+}
+
 constexpr std::uint32_t largestNumber = 0x7FFFFFFF;
 
 /// Pixels per metre; a point is 1/72 inch, an inch 0.0254 metre.
@@ -67,9 +72,7 @@ std::vector<std::uint8_t> profileData(const base::ColorSpace& colorSpace) {
 }  // namespace
 
 void appendBigEndian(std::vector<std::uint8_t>& bytes, std::uint32_t number) {
-    const std::array<std::uint8_t, 4> parts{
-        static_cast<std::uint8_t>(number >> 24), static_cast<std::uint8_t>(number >> 16),
-        static_cast<std::uint8_t>(number >> 8), static_cast<std::uint8_t>(number)};
+    const auto parts = bigEndian(number);
     bytes.insert(bytes.end(), parts.begin(), parts.end());
 }
 
@@ -80,11 +83,26 @@ void appendSignature(std::vector<std::uint8_t>& file) {
 
 void appendChunk(std::vector<std::uint8_t>& file, ChunkType type,
                  std::span<const std::uint8_t> data) {
-    appendBigEndian(file, static_cast<std::uint32_t>(data.size()));
-    const std::size_t start = file.size();
-    appendBigEndian(file, static_cast<std::uint32_t>(type));
+    const std::size_t start = beginChunk(file, type);
     file.insert(file.end(), data.begin(), data.end());
-    appendBigEndian(file, crc32_gzip_refl(0, file.data() + start, file.size() - start));
+    endChunk(file, start);
+}
+
+std::size_t beginChunk(std::vector<std::uint8_t>& file, ChunkType type) {
+    const std::size_t start = file.size();
+    // The length, known at the end.
+    appendBigEndian(file, 0);
+    appendBigEndian(file, static_cast<std::uint32_t>(type));
+    return start;
+}
+
+void endChunk(std::vector<std::uint8_t>& file, std::size_t start) {
+    constexpr std::size_t numberSize = 4;
+    const std::size_t name = start + numberSize;
+    const std::size_t size = file.size() - name - numberSize;
+    const auto length = bigEndian(static_cast<std::uint32_t>(size));
+    std::ranges::copy(length, file.begin() + static_cast<std::ptrdiff_t>(start));
+    appendBigEndian(file, crc32_gzip_refl(0, file.data() + name, file.size() - name));
 }
 
 void appendHeader(std::vector<std::uint8_t>& file, const base::Image& image, PixelLayout layout) {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <span>
 #include <vector>
@@ -25,6 +26,10 @@ void appendSignature(std::vector<std::uint8_t>& file);
 /// `data` is at most 2^31-1 bytes long.
 void appendChunk(std::vector<std::uint8_t>& file, ChunkType type,
                  std::span<const std::uint8_t> data);
+/// Begins a chunk whose data are appended one after the other; the result is for `endChunk`.
+std::size_t beginChunk(std::vector<std::uint8_t>& file, ChunkType type);
+/// Everything since `beginChunk`, at most 2^31-1 bytes, is the chunk's data.
+void endChunk(std::vector<std::uint8_t>& file, std::size_t start);
 void appendHeader(std::vector<std::uint8_t>& file, const base::Image& image, PixelLayout layout);
 /// The picture's profile, or that it is sRGB where it has none.
 void appendColors(std::vector<std::uint8_t>& file, const base::ColorSpace* colorSpace);

@@ -52,11 +52,12 @@ void readInfo(const Reader& reader, DecodedPng& decoded) {
     }
 }
 
-void readPixels(const Reader& reader, DecodedPng& decoded) {
-    const std::size_t rowSize = png_get_rowbytes(reader.png, reader.info);
-    decoded.pixels.resize(rowSize * decoded.height);
+void readPixels(const Reader& reader, const DecodedPng& decoded,
+                const std::function<void(std::span<const std::uint8_t>)>& take) {
+    std::vector<std::uint8_t> row(png_get_rowbytes(reader.png, reader.info));
     for (std::size_t y = 0; y < decoded.height; ++y) {
-        png_read_row(reader.png, decoded.pixels.data() + y * rowSize, nullptr);
+        png_read_row(reader.png, row.data(), nullptr);
+        take(row);
     }
     png_read_end(reader.png, nullptr);
 }
@@ -64,6 +65,16 @@ void readPixels(const Reader& reader, DecodedPng& decoded) {
 }  // namespace
 
 DecodedPng decode(std::span<const std::uint8_t> file) {
+    std::vector<std::uint8_t> pixels;
+    DecodedPng decoded = decodeByRows(file, [&pixels](std::span<const std::uint8_t> row) {
+        pixels.insert(pixels.end(), row.begin(), row.end());
+    });
+    decoded.pixels = std::move(pixels);
+    return decoded;
+}
+
+DecodedPng decodeByRows(std::span<const std::uint8_t> file,
+                        const std::function<void(std::span<const std::uint8_t>)>& take) {
     DecodedPng decoded;
     Source source{file};
     const Reader reader;
@@ -73,7 +84,7 @@ DecodedPng decode(std::span<const std::uint8_t> file) {
         png_set_user_limits(reader.png, 0x7FFFFFFF, 0x7FFFFFFF);
         png_read_info(reader.png, reader.info);
         readInfo(reader, decoded);
-        readPixels(reader, decoded);
+        readPixels(reader, decoded, take);
         if (!source.rest.empty()) {
             decoded.problem = "bytes follow the end of the picture";
         }

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
 #include <span>
 #include <string>
 #include <utility>
@@ -29,6 +30,9 @@ struct DecodedPng {
 };
 
 DecodedPng decode(std::span<const std::uint8_t> file);
+/// Gives `take` the rows from the top instead of keeping them.
+DecodedPng decodeByRows(std::span<const std::uint8_t> file,
+                        const std::function<void(std::span<const std::uint8_t>)>& take);
 
 /// The names and sizes of the chunks, in their order.
 std::vector<std::pair<std::string, std::size_t>> chunksOf(std::span<const std::uint8_t> file);

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <algorithm>
 #include <cstdint>
 #include <random>
 #include <vector>
@@ -69,6 +70,30 @@ inline base::Image page(int width, int height) {
                                  static_cast<std::size_t>(x)) *
                                 4;
                 pixels[at] = pixels[at + 1] = pixels[at + 2] = 20;
+            }
+        }
+    }
+    return base::Image::fromPixels(width, height, std::move(pixels), base::AlphaChannel::none);
+}
+
+/// Panels of one colour each, with corners: most rows equal the row above.
+inline base::Image panels(int width, int height) {
+    std::vector<std::uint8_t> pixels(
+        static_cast<std::size_t>(width) * static_cast<std::size_t>(height) * 4, 240);
+    auto random = numbersFrom(11);
+    for (int panel = 0; panel < 24; ++panel) {
+        const int left = static_cast<int>(random() % static_cast<std::uint32_t>(width));
+        const int top = static_cast<int>(random() % static_cast<std::uint32_t>(height));
+        const std::uint32_t color = random();
+        for (int y = top; y < std::min(height, top + height / 5); ++y) {
+            const int inset = std::max(12 - (y - top), 0);
+            for (int x = left + inset; x < std::min(width, left + width / 4) - inset; ++x) {
+                const auto at = (static_cast<std::size_t>(y) * static_cast<std::size_t>(width) +
+                                 static_cast<std::size_t>(x)) *
+                                4;
+                for (std::size_t channel = 0; channel < 3; ++channel) {
+                    pixels[at + channel] = static_cast<std::uint8_t>(color >> 8 * channel);
+                }
             }
         }
     }
