@@ -1,0 +1,20 @@
+#pragma once
+
+#include <cstdint>
+#include <vector>
+
+#include "base/image.h"
+
+/// What other PNG writers make of the same picture: opaque, 8 bits a channel, no metadata.
+namespace bench {
+
+/// libpng as a program gets it that changes nothing: every filter tried, zlib's level 6.
+std::vector<std::uint8_t> encodeWithLibpng(const base::Image& image);
+
+/// libspng as a program gets it that changes nothing.
+std::vector<std::uint8_t> encodeWithLibspng(const base::Image& image);
+
+/// Rows as differences from the row above, compressed by libdeflate at level 1, on one thread.
+std::vector<std::uint8_t> encodeWithLibdeflate(const base::Image& image);
+
+}  // namespace bench
