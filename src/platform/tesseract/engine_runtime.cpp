@@ -40,6 +40,17 @@ class UnicharAmbigs {
 /// sorting their list is two thirds of the time that it takes to load.
 void UnicharAmbigs::LoadUniversal(const UNICHARSET& /*encoder*/, UNICHARSET* /*characters*/) {}
 
+class BLOCK;
+/// A handle of the engine, passed by value.
+class Image {
+    PIX* picture_;
+};
+
+/// The outlines of the letters, for the engine of old and for finding lines. The neural one reads
+/// the whole picture of a raw line, and without outlines takes one the size of that picture.
+[[gnu::visibility("default")]] void extract_edges(Image picture, BLOCK* block);
+void extract_edges(Image /*picture*/, BLOCK* /*block*/) {}
+
 }  // namespace tesseract
 
 extern "C" {

@@ -4,6 +4,7 @@
 
 #include <algorithm>
 
+#include "platform/tesseract/engine_layers.h"
 #include "platform/tesseract/engine_runtime.h"
 #include "platform/tesseract/language_data.h"
 
@@ -105,6 +106,7 @@ base::Result<std::unique_ptr<LineReader>> LineReader::create(
         }
     }
     engine->configure();
+    chooseLayers(LayerImplementation::ownWhereKnown);
     return std::unique_ptr<LineReader>(new LineReader(std::move(engine), joined(languages)));
 }
 

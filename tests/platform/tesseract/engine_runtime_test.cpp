@@ -34,7 +34,16 @@ TEST(EngineRuntime, what_the_engine_calls_is_found_in_this_program) {
     for (const char* name :
          {"GOMP_parallel", "GOMP_parallel_sections", "GOMP_sections_next",
           "GOMP_sections_end_nowait", "pixWriteMem",
-          "_ZN9tesseract13UnicharAmbigs13LoadUniversalERKNS_10UNICHARSETEPS1_"}) {
+          "_ZN9tesseract13UnicharAmbigs13LoadUniversalERKNS_10UNICHARSETEPS1_",
+          "_ZN9tesseract13extract_edgesENS_5ImageEPNS_5BLOCKE",
+          "_ZN9tesseract9NetworkIO17WriteTimeStepPartEiiiPKf",
+          "_ZN9tesseract14FullyConnected15ForwardTimeStepEiPf",
+          "_ZN9tesseract8Convolve7ForwardEbRKNS_9NetworkIOEPKNS_15TransposedArrayEPNS_"
+          "14NetworkScratchEPS1_",
+          "_ZN9tesseract7Maxpool7ForwardEbRKNS_9NetworkIOEPKNS_15TransposedArrayEPNS_"
+          "14NetworkScratchEPS1_",
+          "_ZN9tesseract4LSTM7ForwardEbRKNS_9NetworkIOEPKNS_15TransposedArrayEPNS_"
+          "14NetworkScratchEPS1_"}) {
         Dl_info found{};
         ASSERT_NE(::dladdr(::dlsym(RTLD_DEFAULT, name), &found), 0) << name;
         EXPECT_EQ(std::string(found.dli_fname), here.dli_fname) << name;

@@ -1,0 +1,264 @@
+#include "platform/tesseract/engine_layers.h"
+
+#include <tesseract/baseapi.h>
+
+#include <algorithm>
+#include <cstring>
+
+#include "platform/tesseract/engine_curves.h"
+#include "platform/tesseract/engine_function.h"
+#include "platform/tesseract/engine_objects.h"
+
+// The dynamic linker prefers these layers to the engine's own. They give the same numbers to the
+// last bit, and spend no time on finding the place of each.
+
+namespace platform::tesseract {
+
+namespace {
+
+/// Those whose sources were compared with what is declared above.
+constexpr const char* knownEngine = "5.3.0";
+
+LayerImplementation chosen = LayerImplementation::ownWhereKnown;
+
+bool isKnownEngine() {
+    static const bool isKnown =
+        std::strcmp(::tesseract::TessBaseAPI::Version(), knownEngine) == 0 && knowsCurves();
+    return isKnown;
+}
+
+}  // namespace
+
+void chooseLayers(LayerImplementation implementation) {
+    chosen = implementation;
+}
+
+bool usesOwnLayers() {
+    return chosen == LayerImplementation::ownWhereKnown && isKnownEngine();
+}
+
+}  // namespace platform::tesseract
+
+namespace tesseract {
+
+using platform::tesseract::engineFunction;
+
+namespace {
+
+template <class Layer>
+using Forward = void (*)(Layer*, bool, const NetworkIO&, const TransposedArray*, NetworkScratch*,
+                         NetworkIO*);
+
+/// Whether a layer of this program can take it.
+bool isSimple(const NetworkIO& input) {
+    return input.isInteger() && input.map().isOnePicture() && platform::tesseract::usesOwnLayers();
+}
+
+}  // namespace
+
+void NetworkIO::WriteTimeStepPart(int position, int offset, int count, const float* input) {
+    if (!isInteger_ || !platform::tesseract::usesOwnLayers()) {
+        using Write = void (*)(NetworkIO*, int, int, int, const float*);
+        static const auto write =
+            engineFunction<Write>("_ZN9tesseract9NetworkIO17WriteTimeStepPartEiiiPKf");
+        write(this, position, offset, count, input);
+        return;
+    }
+    platform::tesseract::quantize(input, count, integers_.row(position) + offset);
+}
+
+// What stands in `values` already is summed up; here it only is bent.
+void FullyConnected::ForwardTimeStep(int position, float* values) {
+    if (type_ != tangentType || !platform::tesseract::usesOwnLayers()) {
+        using Step = void (*)(FullyConnected*, int, float*);
+        static const auto step =
+            engineFunction<Step>("_ZN9tesseract14FullyConnected15ForwardTimeStepEiPf");
+        step(this, position, values);
+        return;
+    }
+    platform::tesseract::bendByTangent(values, outputs_);
+}
+
+// Each position takes the features of its neighbours, column by column.
+void Convolve::Forward(bool debug, const NetworkIO& input, const TransposedArray* transposed,
+                       NetworkScratch* scratch, NetworkIO* output) {
+    if (debug || !isSimple(input)) {
+        static const auto forward = engineFunction<tesseract::Forward<Convolve>>(
+            "_ZN9tesseract8Convolve7ForwardEbRKNS_9NetworkIOEPKNS_15TransposedArrayEPNS_"
+            "14NetworkScratchEPS1_");
+        forward(this, debug, input, transposed, scratch, output);
+        return;
+    }
+    output->ResizeToMap(true, input.map(), outputs_);
+    for (int y = 0; y < input.map().height(); ++y) {
+        gather(input, y, *output);
+    }
+    addNoise(*output);
+}
+
+void Convolve::gather(const NetworkIO& input, int y, NetworkIO& output) const {
+    const int width = input.map().width();
+    int offset = 0;
+    for (int besideX = -halfX_; besideX <= halfX_; ++besideX) {
+        for (int fromY = y - halfY_; fromY <= y + halfY_; ++fromY, offset += inputs_) {
+            if (fromY < 0 || fromY >= input.map().height()) {
+                continue;
+            }
+            const int first = std::max(0, -besideX);
+            const int end = width - std::max(0, besideX);
+            const std::int8_t* from = input.integers().row(fromY * width + first + besideX);
+            std::int8_t* to = output.integers().row(y * width + first) + offset;
+            for (int x = first; x < end; ++x, from += inputs_, to += outputs_) {
+                for (int feature = 0; feature < inputs_; ++feature) {
+                    to[feature] = from[feature];
+                }
+            }
+        }
+    }
+}
+
+void Convolve::addNoise(NetworkIO& output) {
+    const int width = output.map().width();
+    const int height = output.map().height();
+    const int column = (2 * halfY_ + 1) * inputs_;
+    for (int y = 0; y < height; ++y) {
+        const bool isInside = y >= halfY_ && y < height - halfY_;
+        for (int x = 0; x < width; ++x) {
+            if (isInside && x >= halfX_ && x < width - halfX_) {
+                continue;
+            }
+            int offset = 0;
+            for (int fromX = x - halfX_; fromX <= x + halfX_; ++fromX, offset += column) {
+                if (fromX < 0 || fromX >= width) {
+                    output.Randomize(y * width + x, offset, column, random_);
+                    continue;
+                }
+                for (int row = 0; row <= 2 * halfY_; ++row) {
+                    const int fromY = y - halfY_ + row;
+                    if (fromY < 0 || fromY >= height) {
+                        output.Randomize(y * width + x, offset + row * inputs_, inputs_, random_);
+                    }
+                }
+            }
+        }
+    }
+}
+
+// The largest of each feature in rectangles that do not overlap. Where each came from is only asked
+// for in training.
+void Maxpool::Forward(bool debug, const NetworkIO& input, const TransposedArray* transposed,
+                      NetworkScratch* scratch, NetworkIO* output) {
+    if (debug || !isSimple(input)) {
+        static const auto forward = engineFunction<tesseract::Forward<Maxpool>>(
+            "_ZN9tesseract7Maxpool7ForwardEbRKNS_9NetworkIOEPKNS_15TransposedArrayEPNS_"
+            "14NetworkScratchEPS1_");
+        forward(this, debug, input, transposed, scratch, output);
+        return;
+    }
+    output->ResizeScaled(input, scaleX_, scaleY_, outputs_);
+    const int sourceWidth = input.map().width();
+    const int width = output->map().width();
+    for (int y = 0; y < output->map().height(); ++y) {
+        for (int x = 0; x < width; ++x) {
+            std::int8_t* to = output->integers().row(y * width + x);
+            const int first = y * scaleY_ * sourceWidth + x * scaleX_;
+            std::memcpy(to, input.integers().row(first), static_cast<std::size_t>(inputs_));
+            for (int fromY = 0; fromY < scaleY_; ++fromY) {
+                for (int fromX = 0; fromX < scaleX_; ++fromX) {
+                    const std::int8_t* from =
+                        input.integers().row(first + fromY * sourceWidth + fromX);
+                    for (int index = 0; index < inputs_; ++index) {
+                        to[index] = to[index] < from[index] ? from[index] : to[index];
+                    }
+                }
+            }
+        }
+    }
+}
+
+/// What is remembered from position to position, and what is computed from it.
+class LSTM::Memory {
+  public:
+    explicit Memory(const LSTM& layer)
+        : layer_(layer),
+          source_(padded(layer.inputsAndStates_)),
+          cell_(padded(layer.states_)),
+          input_(cell_),
+          forget_(cell_),
+          gate_(cell_),
+          state_(cell_),
+          output_(cell_) {}
+
+    [[nodiscard]] const float* output() const { return output_.data(); }
+
+    void forget() {
+        std::fill(state_.begin(), state_.end(), 0.0F);
+        std::fill(output_.begin(), output_.end(), 0.0F);
+    }
+
+    void step(const std::int8_t* inputs) {
+        std::copy_n(inputs, layer_.inputs_, source_.begin());
+        platform::tesseract::quantize(output_.data(), layer_.states_,
+                                      source_.data() + layer_.inputs_);
+        sum(cellWeights, cell_);
+        sum(inputWeights, input_);
+        sum(forgetWeights, forget_);
+        sum(outputWeights, gate_);
+        platform::tesseract::remember({cell_.data(), input_.data(), forget_.data(), gate_.data()},
+                                      layer_.states_, state_.data(), output_.data());
+    }
+
+  private:
+    /// The engine reads and writes whole registers.
+    static std::size_t padded(int count) {
+        constexpr int widest = 64;
+        return static_cast<std::size_t>((count / widest + 2) * widest);
+    }
+    void sum(Weights weights, std::vector<float>& sums) const {
+        layer_.weightsOf_[weights].MatrixDotVector(source_.data(), sums.data());
+    }
+
+    const LSTM& layer_;
+    std::vector<std::int8_t> source_;
+    std::vector<float> cell_;
+    std::vector<float> input_;
+    std::vector<float> forget_;
+    std::vector<float> gate_;
+    std::vector<float> state_;
+    std::vector<float> output_;
+};
+
+void LSTM::Forward(bool debug, const NetworkIO& input, const TransposedArray* transposed,
+                   NetworkScratch* scratch, NetworkIO* output) {
+    if (debug || !isPlain() || !isSimple(input)) {
+        static const auto forward = engineFunction<tesseract::Forward<LSTM>>(
+            "_ZN9tesseract4LSTM7ForwardEbRKNS_9NetworkIOEPKNS_15TransposedArrayEPNS_"
+            "14NetworkScratchEPS1_");
+        forward(this, debug, input, transposed, scratch, output);
+        return;
+    }
+    const bool isSummary = type_ == summaryType;
+    if (isSummary) {
+        output->ResizeXTo1(input, outputs_);
+    } else {
+        output->ResizeToMap(true, input.map(), outputs_);
+    }
+    Memory memory(*this);
+    const int width = input.map().width();
+    for (int y = 0; y < input.map().height(); ++y) {
+        memory.forget();
+        for (int x = 0; x < width; ++x) {
+            const int position = y * width + x;
+            memory.step(input.integers().row(position));
+            if (!isSummary) {
+                output->WriteTimeStepPart(position, 0, outputs_, memory.output());
+            } else if (x + 1 == width) {
+                output->WriteTimeStepPart(y, 0, outputs_, memory.output());
+            }
+        }
+    }
+}
+
+}  // namespace tesseract
+
+// NOLINTEND(readability-identifier-naming)
