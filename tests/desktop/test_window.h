@@ -1,5 +1,6 @@
 #pragma once
 
+#include <compare>
 #include <string>
 #include <vector>
 
@@ -15,6 +16,7 @@ struct Area {
     int y = 0;
     int width = 0;
     int height = 0;
+    friend auto operator<=>(const Area&, const Area&) = default;
 };
 
 /// How a test window presents itself.

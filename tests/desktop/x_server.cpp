@@ -22,12 +22,14 @@ std::string modeName(const Output& output) {
     return "test-" + sizeText(output);
 }
 
-/// Clock and sync positions with a fixed blanking: the dummy driver accepts any mode inside its
-/// ranges.
+/// Clock and sync positions with a fixed blanking. The dummy driver accepts any mode inside its
+/// ranges; at this rate the clock of a 4K display is, too.
 std::vector<std::string> modeTimings(const Output& output) {
     const int width = output.width;
     const int height = output.height;
-    std::vector<std::string> timings{std::to_string((width + 160.0) * (height + 30.0) * 60 / 1e6)};
+    constexpr int refreshesPerSecond = 20;
+    std::vector<std::string> timings{
+        std::to_string((width + 160.0) * (height + 30.0) * refreshesPerSecond / 1e6)};
     for (const int number : {width, width + 16, width + 48, width + 160, height, height + 1,
                              height + 4, height + 30}) {
         timings.push_back(std::to_string(number));
@@ -164,7 +166,7 @@ void XServer::offerMode(const Output& output, const std::string& name) {
     }
 }
 
-void XServer::arrange(const std::vector<Output>& outputs, std::size_t primary) {
+void XServer::arrange(const std::vector<Output>& outputs, std::optional<std::size_t> primary) {
     // All at once: xrandr shifts every arrangement so that it begins at (0, 0).
     std::vector<std::string> arrangement;
     std::set<std::string> used;
@@ -184,6 +186,9 @@ void XServer::arrange(const std::vector<Output>& outputs, std::size_t primary) {
         if (!used.contains(name)) {
             arrangement.insert(arrangement.end(), {"--output", name, "--off"});
         }
+    }
+    if (!primary) {
+        arrangement.emplace_back("--noprimary");
     }
     outputsInUse_ = used;
     configure(arrangement);

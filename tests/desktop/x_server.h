@@ -42,8 +42,8 @@ class XServer {
     /// Changes the outputs of a dummy server while it runs: one argument list of xrandr.
     void configure(const std::vector<std::string>& xrandrArguments);
     /// Gives a dummy server these outputs and no others, all at once; none of them ends further
-    /// than 7680 to the right and 4320 down.
-    void arrange(const std::vector<Output>& outputs, std::size_t primary = 0);
+    /// than 7680 to the right and 4320 down. `primary` is a place in the list.
+    void arrange(const std::vector<Output>& outputs, std::optional<std::size_t> primary = 0);
 
   private:
     void startVirtual(const Output& output, int depth);

@@ -12,11 +12,19 @@ namespace key = desktop::key;
 Session::Session(const desktop::DesktopOptions& options, desktop::Wallpaper::Motif motif)
     : options_(options),
       desktop_(options),
-      wallpaper_(desktop_.displayName(), motif),
+      motif_(motif),
+      wallpaper_(std::in_place, desktop_.displayName(), motif),
       clipboard_(desktop_.displayName()) {
     // Away from every place that a journey looks at.
     input().moveTo({options.outputs.front().x + options.outputs.front().width / 2,
                     options.outputs.front().y + options.outputs.front().height - 3});
+}
+
+void Session::arrange(const std::vector<desktop::Output>& outputs,
+                      std::optional<std::size_t> primary) {
+    desktop_.server().arrange(outputs, primary);
+    options_.outputs = outputs;
+    wallpaper_.emplace(desktop_.displayName(), motif_);
 }
 
 std::filesystem::path Session::settingsFile() const {
@@ -56,7 +64,7 @@ void Session::start(SettingsWindow window, const desktop::Environment& environme
         });
         closeWindow(*settingsWindow);
         desktop::require("The empty desktop after the settings window", [this] {
-            return desktop::readScreen(desktop_.client()) == wallpaper_.picture();
+            return desktop::readScreen(desktop_.client()) == wallpaper_->picture();
         });
     }
 }
@@ -142,6 +150,25 @@ std::size_t Session::overlayWindows() {
                      .size();
     }
     return count;
+}
+
+std::vector<Area> Session::overlayAreas() {
+    const auto& client = desktop_.client();
+    std::vector<Area> areas;
+    for (const xcb_window_t window : client.mappedTopLevels()) {
+        const auto name = client.property(window, "WM_CLASS").value_or(std::vector<std::uint8_t>{});
+        const desktop::Reply<xcb_get_window_attributes_reply_t> attributes(
+            xcb_get_window_attributes_reply(
+                client.get(), xcb_get_window_attributes(client.get(), window), nullptr));
+        const desktop::Reply<xcb_get_geometry_reply_t> geometry(
+            xcb_get_geometry_reply(client.get(), xcb_get_geometry(client.get(), window), nullptr));
+        if (std::string(name.begin(), name.end()).starts_with("lumaframe") && attributes &&
+            attributes->override_redirect != 0 && geometry) {
+            areas.push_back({geometry->x, geometry->y, geometry->width, geometry->height});
+        }
+    }
+    std::sort(areas.begin(), areas.end());
+    return areas;
 }
 
 bool Session::isOpen() {

@@ -43,7 +43,12 @@ class Session {
     [[nodiscard]] desktop::InputDriver& input() { return desktop_.input(); }
     [[nodiscard]] desktop::Process& program() { return *program_; }
     [[nodiscard]] desktop::Clipboard& clipboard() { return clipboard_; }
-    [[nodiscard]] const Picture& wallpaper() const { return wallpaper_.picture(); }
+    [[nodiscard]] const Picture& wallpaper() const { return wallpaper_->picture(); }
+
+    /// Rearranges the displays of a dummy server and hangs the wallpaper anew. The screen must be
+    /// empty.
+    void arrange(const std::vector<desktop::Output>& outputs,
+                 std::optional<std::size_t> primary = 0);
 
     // Settings, as a text editor would see and change them.
     [[nodiscard]] std::filesystem::path settingsFile() const;
@@ -80,6 +85,8 @@ class Session {
     void waitUntilClosed();
     [[nodiscard]] bool isOpen();
     [[nodiscard]] std::size_t overlayWindows();
+    /// Where the windows of the overlay lie, sorted.
+    [[nodiscard]] std::vector<Area> overlayAreas();
 
     // The log.
     [[nodiscard]] std::size_t mark() const { return program_->outputLines().size(); }
@@ -108,7 +115,8 @@ class Session {
     std::filesystem::path executable_{LUMAFRAME_PROGRAM};
     desktop::DesktopOptions options_;
     desktop::Desktop desktop_;
-    desktop::Wallpaper wallpaper_;
+    desktop::Wallpaper::Motif motif_;
+    std::optional<desktop::Wallpaper> wallpaper_;
     desktop::Clipboard clipboard_;
     std::unique_ptr<desktop::Process> program_;
 };
