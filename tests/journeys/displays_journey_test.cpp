@@ -1,10 +1,9 @@
-// Several displays: each is selected on by itself, wherever it stands.
+// Several displays: a selection belongs to one of them, wherever the pointer goes.
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <unistd.h>
 
 #include "journeys/desktops_table.h"
-#include "journeys/overlay_colors.h"
 #include "journeys/session.h"
 
 namespace journeys {
@@ -12,68 +11,68 @@ namespace {
 
 namespace key = desktop::key;
 using desktop::difference;
-using testing::Contains;
+using desktop::Output;
 
-class Displays : public testing::TestWithParam<std::vector<desktop::Output>> {
+const std::vector<Output> rightAndLower{{0, 0, 1280, 1024, 0}, {1280, 200, 800, 600, 1}};
+constexpr std::uint32_t black = 0xff000000;
+
+class Displays : public testing::Test {
   protected:
     void SetUp() override {
         if (::geteuid() != 0) {
             GTEST_SKIP() << "A server with several displays needs root.";
         }
-        session = std::make_unique<Session>(desktop::DesktopOptions{.outputs = GetParam()});
+    }
+    void start(const std::vector<Output>& outputs, const desktop::Environment& environment = {}) {
+        session = std::make_unique<Session>(
+            desktop::DesktopOptions{.outputs = outputs, .environment = environment});
         session->writeSettings(nlohmann::json::object());
         session->start();
     }
+
+    /// The picture of a drag between two pixels of the screen.
+    Picture capture(Place from, Place to) {
+        session->openOverlay();
+        const std::size_t before = session->mark();
+        session->input().drag(from, to);
+        const auto file = session->waitForLine(line::saved, before);
+        session->waitUntilClosed();
+        const auto png = desktop::decodePng(desktop::readFile(file));
+        EXPECT_FALSE(png.hasAlpha);
+        std::filesystem::remove(file);
+        return png.picture;
+    }
+
+    /// `width` x `height` pixels of the wallpaper from (x, y) on, black outside of `display`.
+    [[nodiscard]] Picture cutOff(int x, int y, int width, int height, const Output& display) const {
+        Picture picture{width, height, {}};
+        for (int row = y; row < y + height; ++row) {
+            for (int column = x; column < x + width; ++column) {
+                const bool isInside = display.x <= column && column < display.x + display.width &&
+                                      display.y <= row && row < display.y + display.height;
+                picture.pixels.push_back(isInside ? session->wallpaper().at(column, row) : black);
+            }
+        }
+        return picture;
+    }
+
     std::unique_ptr<Session> session;
 };
 
-using Outputs = std::vector<desktop::Output>;
-const Outputs secondRight{{0, 0, 1280, 1024}, {1280, 200, 800, 600}};
-const Outputs secondLeft{{800, 0, 1280, 1024}, {0, 300, 800, 600}};
-const Outputs secondAbove{{0, 600, 1024, 768}, {100, 0, 800, 600}};
-
-std::string layoutName(const testing::TestParamInfo<Outputs>& parameter) {
-    switch (parameter.index) {
-        case 0:
-            return "second_right_and_lower";
-        case 1:
-            return "second_left_and_lower";
-        default:
-            return "second_above";
-    }
-}
-
-INSTANTIATE_TEST_SUITE_P(Layouts, Displays, testing::Values(secondRight, secondLeft, secondAbove),
-                         layoutName);
-
-TEST_P(Displays, a_drag_on_each_gives_that_display_s_pixels) {
-    for (const auto& output : GetParam()) {
-        const Area area{output.x + 100, output.y + 90, 300, 200};
-        const Picture expected = session->screen(area);
-        session->openOverlay();
-        const std::size_t before = session->mark();
-        session->input().drag({area.x, area.y}, {area.x + 300, area.y + 200});
-        session->waitForLine(line::regionCopied, before);
-        EXPECT_EQ(difference(expected, session->clipboardPicture().picture), "equal");
-        EXPECT_THAT(session->linesSince(before),
-                    Contains(line::mouseDown + std::string("(100.0, ") +
-                             std::to_string(output.height - 90) + ".0)"));
-        session->waitUntilClosed();
-    }
-}
-
-TEST_P(Displays, dragging_on_one_leaves_the_other_undimmed_and_window_mode_dims_both) {
-    const auto& first = GetParam()[0];
-    const auto& second = GetParam()[1];
-    const Area onFirst{first.x + 40, first.y + 500, 3, 3};
-    const Area onSecond{second.x + 40, second.y + 500, 3, 3};
+TEST_F(Displays, dragging_on_one_leaves_the_other_undimmed_and_window_mode_dims_both) {
+    const TableRow row(TableGroup::displays, {.setUp = "Two, one lower",
+                                              .tested = "which of them are dimmed while one is "
+                                                        "dragged on, and in window mode",
+                                              .result = "that one; both"});
+    start(rightAndLower);
+    const Area onFirst{40, 500, 3, 3};
+    const Area onSecond{1320, 700, 3, 3};
     const Picture firstBefore = session->screen(onFirst);
     const Picture secondBefore = session->screen(onSecond);
     session->openOverlay();
-    session->input().moveTo({second.x + 200, second.y + 100});
+    session->input().moveTo({1480, 300});
     session->input().pressButton();
-    session->input().moveInSteps({second.x + 200, second.y + 100},
-                                 {second.x + 400, second.y + 300});
+    session->input().moveInSteps({1480, 300}, {1680, 500});
     session->require("The dimming of the second display",
                      [&] { return session->screen(onSecond) != secondBefore; });
     EXPECT_EQ(session->screen(onFirst), firstBefore);
@@ -87,73 +86,50 @@ TEST_P(Displays, dragging_on_one_leaves_the_other_undimmed_and_window_mode_dims_
     session->waitUntilClosed();
 }
 
-TEST_P(Displays, a_window_on_the_second_display_can_be_chosen) {
-    const auto& second = GetParam()[1];
-    desktop::TestWindow window(
-        session->desktop().displayName(),
-        {.x = second.x + 150, .y = second.y + 120, .width = 300, .height = 200});
-    window.focus();
-    session->waitUntilStill();
-    const Area frame = window.frame();
-    const Picture content = session->screen({window.place().x, window.place().y, 300, 200});
-    session->openOverlay();
-    std::size_t before = session->mark();
-    session->input().moveTo({window.place().x + 10, window.place().y + 10});
-    session->input().tap(key::space);
-    session->program().waitForLine(line::toggled, before);
-    session->require("The highlight", [&] {
-        const auto shown = session->screen({window.place().x + 100, window.place().y + 100, 1, 1});
-        return isHighlighted(shown.pixels[0], content.at(100, 100));
-    });
-    before = session->mark();
-    session->input().pressButton();
-    session->input().releaseButton();
-    EXPECT_EQ(session->waitForLine(line::windowCopied, before), std::to_string(window.id()));
-    const auto picture = session->clipboardPicture().picture;
-    EXPECT_GE(picture.width, frame.width);
-    EXPECT_GE(picture.height, frame.height);
-}
-
-TEST_P(Displays, a_drag_to_the_corner_of_a_display_takes_its_last_row_and_column) {
-    const auto& second = GetParam()[1];
-    session->openOverlay();
-    const std::size_t before = session->mark();
-    const Place from{second.x + second.width - 100, second.y + second.height - 80};
-    session->input().drag(from, {second.x + second.width - 1, second.y + second.height - 1});
-    session->waitForLine(line::regionCopied, before);
-    // The last column and row count as the far edge: exactly the corner of the display.
-    EXPECT_EQ(difference(session->wallpaper().cut(from.x, from.y, 100, 80),
-                         session->clipboardPicture().picture),
+TEST_F(Displays, a_drag_that_leaves_its_display_is_as_large_as_dragged_and_black_outside) {
+    const TableRow row(TableGroup::displays,
+                       {.setUp = "Two, one lower, a drag from the primary into the other",
+                        .tested = "size and every pixel",
+                        .result = "not clamped; the primary's pixels, opaque black outside of it"});
+    start(rightAndLower);
+    EXPECT_EQ(difference(cutOff(1100, 500, 580, 200, rightAndLower[0]),
+                         capture({1100, 500}, {1680, 700})),
               "equal");
 }
 
-TEST(ScaledDisplay, a_point_of_a_display_with_scale_2_is_two_pixels) {
-    if (::geteuid() != 0) {
-        GTEST_SKIP() << "A server with several displays needs root.";
-    }
-    const TableRow row(TableGroup::scales,
-                       {.setUp = "2 beside 1", .tested = "every pixel, pixels per metre"});
-    Session session({.outputs = secondRight,
-                     .environment = {{"QT_SCREEN_SCALE_FACTORS", "DUMMY0=1;DUMMY1=2"}}});
-    session.writeSettings(nlohmann::json::object());
-    session.start();
-    session.openOverlay();
-    const std::size_t before = session.mark();
-    session.input().drag({1380, 300}, {1680, 500});
-    session.waitForLine(line::saved, before);
-    EXPECT_THAT(session.linesSince(before),
-                Contains(line::mouseDown + std::string("(50.0, 250.0)")));
-    const auto png = session.clipboardPicture();
-    EXPECT_EQ(difference(session.wallpaper().cut(1380, 300, 300, 200), png.picture), "equal");
-    // 144 pixels per inch.
-    EXPECT_EQ(png.density, (desktop::Png::Density{5669, 5669}));
+TEST_F(Displays, a_drag_into_the_primary_is_taken_from_the_primary) {
+    const TableRow row(TableGroup::displays,
+                       {.setUp = "Two, one lower, a drag from the other into the primary",
+                        .tested = "size and every pixel",
+                        .result = "not clamped; the primary's pixels, since it is listed first, "
+                                  "opaque black outside of it"});
+    start(rightAndLower);
+    EXPECT_EQ(difference(cutOff(1100, 500, 580, 200, rightAndLower[0]),
+                         capture({1680, 700}, {1100, 500})),
+              "equal");
 }
 
-TEST_P(Displays, a_display_that_goes_while_the_overlay_is_up_closes_it) {
-    session->openOverlay();
-    session->desktop().server().configure({"--output", "DUMMY1", "--off"});
-    session->waitUntilClosed();
-    EXPECT_TRUE(session->program().isRunning());
+TEST_F(Displays, a_drag_from_a_display_at_2_into_its_neighbour_keeps_its_scale) {
+    const TableRow row(
+        TableGroup::scales,
+        {.setUp = "2 beside 1, a drag from the first into the second",
+         .tested = "size and every pixel",
+         .result = "not clamped; the first one's native pixels, opaque black outside"});
+    start(rightAndLower, {{"QT_SCREEN_SCALE_FACTORS", "DUMMY0=2;DUMMY1=1"}});
+    EXPECT_EQ(difference(cutOff(1100, 500, 580, 200, rightAndLower[0]),
+                         capture({1100, 500}, {1680, 700})),
+              "equal");
+}
+
+TEST_F(Displays, a_drag_into_a_gap_is_black_there) {
+    const std::vector<Output> apart{{0, 0, 1024, 768, 0}, {1424, 0, 800, 600, 1}};
+    const TableRow row(TableGroup::displays, {.setUp = "A gap between two, a drag across it",
+                                              .tested = "size and every pixel",
+                                              .result = "not clamped; opaque black in the gap and "
+                                                        "beyond"});
+    start(apart);
+    EXPECT_EQ(difference(cutOff(900, 100, 700, 300, apart[0]), capture({900, 100}, {1600, 400})),
+              "equal");
 }
 
 }  // namespace

@@ -77,7 +77,9 @@ void X11CaptureService::captureDisplay(const capture::ShareableDisplay& display,
                                   "The region does not lie within the reach of the screen."},
                       std::move(completion));
     }
-    auto colorSpace = colorSpaceNamed(configuration.colorSpaceName, {*backing});
+    // Whatever is named: the pixels are given as they are, in the display's own colours. A
+    // selection can begin on one display and be taken from another.
+    auto colorSpace = backing->display.colorSpace;
     if (backing->snapshot) {
         return finish(readDisplay(*backing, *region, std::move(colorSpace)), std::move(completion));
     }

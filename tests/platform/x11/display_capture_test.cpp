@@ -219,21 +219,23 @@ TEST(FrozenDisplayCapture, an_overlay_that_came_after_the_list_is_not_in_the_pic
     EXPECT_EQ(pictureOf(image.value()), below.picture().cut(10, 10, 50, 50));
 }
 
-TEST(DisplayCaptureService, gives_the_colour_space_that_the_configuration_names) {
+TEST(DisplayCaptureService, gives_the_colour_space_of_the_display_whose_pixels_it_gives) {
     CaptureRig rig(with(desktop::Compositor::none));
     const auto space =
         std::make_shared<const base::ColorSpace>(base::ColorSpace{"Wide", {1, 2, 3}});
+    const auto colorSpaceNamed = [&](std::optional<std::string> name) {
+        auto configuration = regionOf({{0, 0}, {9, 9}});
+        configuration.colorSpaceName = std::move(name);
+        const auto shown = rig.content().displays.at(0);
+        return rig.capture(capture::DisplayFilter{shown, {}}, configuration).value().colorSpace();
+    };
     rig.setLayout(DisplayLayout({{1, "A", display, 1.0, DisplayRole::primary, space}}));
-    const auto shown = rig.content().displays.at(0);
-    auto configuration = regionOf({{0, 0}, {9, 9}});
-    EXPECT_EQ(rig.capture(capture::DisplayFilter{shown, {}}, configuration).value().colorSpace(),
-              nullptr);
-    configuration.colorSpaceName = "Wide";
-    EXPECT_EQ(rig.capture(capture::DisplayFilter{shown, {}}, configuration).value().colorSpace(),
-              space);
-    configuration.colorSpaceName = "Narrow";
-    EXPECT_EQ(rig.capture(capture::DisplayFilter{shown, {}}, configuration).value().colorSpace(),
-              nullptr);
+    EXPECT_EQ(colorSpaceNamed("Wide"), space);
+    // That of the display on which a selection began that is taken from this one.
+    EXPECT_EQ(colorSpaceNamed("Narrow"), space);
+    EXPECT_EQ(colorSpaceNamed(std::nullopt), space);
+    rig.setLayout(DisplayLayout({{1, "A", display, 1.0, DisplayRole::primary, nullptr}}));
+    EXPECT_EQ(colorSpaceNamed("Wide"), nullptr);
 }
 
 TEST(DisplayCaptureService, refuses_a_region_without_pixels_with_a_sentence) {
