@@ -12,6 +12,7 @@ namespace platform::x11 {
 struct KeyGrab {
     xcb_keycode_t keycode = 0;
     std::vector<ModifierMask> variants;
+    friend bool operator==(const KeyGrab&, const KeyGrab&) = default;
 };
 
 enum class GrabOutcome {

@@ -1,10 +1,10 @@
 #include "platform/x11/x11_hot_key_service.h"
 
+#include <algorithm>
 #include <optional>
 #include <utility>
 #include <vector>
 
-#include "platform/x11/key_grab.h"
 #include "platform/x11/key_map.h"
 
 namespace platform::x11 {
@@ -30,10 +30,11 @@ shortcuts::OSStatus statusOf(GrabOutcome outcome) {
 }  // namespace
 
 X11HotKeyService::X11HotKeyService(Connection& connection, KeyboardMapping& mapping,
-                                   KeyRouter& router)
+                                   KeyRouter& router, base::MainQueue& mainQueue)
     : connection_(connection),
       mapping_(mapping),
       router_(router),
+      mainQueue_(mainQueue),
       grabbedWith_(mapping.modifiers()) {
     router_.onHotKey([this](shortcuts::EventHotKeyID hotKeyID) { report(hotKeyID); });
     mapping_.onChange([this] { grabAnew(); });
@@ -45,6 +46,7 @@ X11HotKeyService::~X11HotKeyService() {
     while (!router_.hotKeys().entries().empty()) {
         unregisterHotKey(router_.hotKeys().entries().begin()->first);
     }
+    giveBack();
 }
 
 X11HotKeyService::Registration<shortcuts::HotKeyRef> X11HotKeyService::registerHotKey(
@@ -57,7 +59,7 @@ X11HotKeyService::Registration<shortcuts::HotKeyRef> X11HotKeyService::registerH
     if (router_.hotKeys().contains(*keycode, *mask)) {
         return {shortcuts::eventHotKeyExistsErr, 0};
     }
-    const auto status = statusOf(grabKey(connection_, grabOf(grabbedWith_, *keycode, *mask)));
+    const auto status = statusOf(take(grabOf(grabbedWith_, *keycode, *mask)));
     if (status != shortcuts::noErr) {
         return {status, 0};
     }
@@ -70,9 +72,31 @@ shortcuts::OSStatus X11HotKeyService::unregisterHotKey(shortcuts::HotKeyRef ref)
         return shortcuts::paramErr;
     }
     if (hotKey->mask) {
-        ungrabKey(connection_, grabOf(grabbedWith_, hotKey->keycode, *hotKey->mask));
+        giveBackLater(grabOf(grabbedWith_, hotKey->keycode, *hotKey->mask));
     }
     return shortcuts::noErr;
+}
+
+GrabOutcome X11HotKeyService::take(const KeyGrab& grab) {
+    const auto kept = std::ranges::find(leaving_, grab);
+    if (kept == leaving_.end()) {
+        return grabKey(connection_, grab);
+    }
+    leaving_.erase(kept);
+    return connection_.isLost() ? GrabOutcome::refused : GrabOutcome::grabbed;
+}
+
+void X11HotKeyService::giveBackLater(KeyGrab grab) {
+    if (leaving_.empty()) {
+        mainQueue_.post(alive_.guard([this] { giveBack(); }));
+    }
+    leaving_.push_back(std::move(grab));
+}
+
+void X11HotKeyService::giveBack() {
+    for (const KeyGrab& grab : std::exchange(leaving_, {})) {
+        ungrabKey(connection_, grab);
+    }
 }
 
 X11HotKeyService::Registration<shortcuts::EventHandlerRef> X11HotKeyService::installEventHandler(
@@ -108,6 +132,7 @@ void X11HotKeyService::report(shortcuts::EventHotKeyID hotKeyID) {
 }
 
 void X11HotKeyService::grabAnew() {
+    giveBack();
     auto& hotKeys = router_.hotKeys().entries();
     for (auto& [ref, hotKey] : hotKeys) {
         if (hotKey.mask) {

@@ -18,7 +18,7 @@ X11Keyboard::X11Keyboard(Connection& connection, base::MainQueue& mainQueue,
                          std::unique_ptr<KeyboardMapping> mapping)
     : mapping_(std::move(mapping)),
       router_(connection, *mapping_),
-      hotKeys_(connection, *mapping_, router_),
+      hotKeys_(connection, *mapping_, router_, mainQueue),
       tap_(router_, mainQueue) {}
 
 }  // namespace platform::x11

@@ -178,6 +178,41 @@ TEST_F(X11HotKeyServiceTest, registering_owns_and_unregistering_frees_every_set_
     }
 }
 
+TEST_F(X11HotKeyServiceTest, a_press_between_two_registrations_is_reported) {
+    const auto hotKey = registerShortcut();
+    service().unregisterHotKey(hotKey.ref);
+    keyboard_.synchronize();
+    keyboard_.hands().chord(shortcut);
+    keyboard_.synchronize();
+    EXPECT_EQ(registerShortcut().status, noErr);
+    keyboard_.settle();
+    EXPECT_THAT(presses_, ElementsAre(1));
+}
+
+TEST_F(X11HotKeyServiceTest, a_combination_registered_again_is_owned_until_it_is_unregistered) {
+    auto hotKey = registerShortcut();
+    OtherProgram other(keyboard_.displayName());
+    for (int round = 0; round < 3; ++round) {
+        service().unregisterHotKey(hotKey.ref);
+        hotKey = registerShortcut();
+        keyboard_.settle();
+        EXPECT_EQ(other.grabKey(key::digit1, superShift), OtherProgram::Answer::refused);
+    }
+    service().unregisterHotKey(hotKey.ref);
+    keyboard_.settle();
+    EXPECT_EQ(other.grabKey(key::digit1, superShift), OtherProgram::Answer::granted);
+}
+
+TEST_F(X11HotKeyServiceTest, a_combination_left_for_another_is_free) {
+    const auto hotKey = registerShortcut();
+    service().unregisterHotKey(hotKey.ref);
+    EXPECT_EQ(service().registerHotKey(keyOne + 1, commandShift, {1, 1}).status, noErr);
+    keyboard_.settle();
+    OtherProgram other(keyboard_.displayName());
+    EXPECT_EQ(other.grabKey(key::digit1, superShift), OtherProgram::Answer::granted);
+    EXPECT_EQ(other.grabKey(key::digit2, superShift), OtherProgram::Answer::refused);
+}
+
 TEST_F(X11HotKeyServiceTest, a_combination_is_free_again_when_its_owner_ended) {
     {
         OtherProgram other(keyboard_.displayName());
