@@ -50,7 +50,7 @@ BackgroundModel::BackgroundModel(const ColorPlane& page)
 void BackgroundModel::markFlatBlocks(const ColorPlane& page) {
     const int width = page.width();
     const auto same = [](Color one, Color other) {
-        return largestDifference(one, other) <= surfaceTolerance;
+        return one == other || largestDifference(one, other) <= surfaceTolerance;
     };
     std::vector<int> rowsBelow(static_cast<std::size_t>(width), 0);
     for (int y = 0; y < page.height(); ++y) {
@@ -91,16 +91,26 @@ void BackgroundModel::markFlatBlocks(const ColorPlane& page) {
 
 void BackgroundModel::separateSurfaces(const ColorPlane& page) {
     const Mask together = flat_;
-    const auto differs = [&](int x, int y, int otherX, int otherY) {
-        return otherX >= 0 && otherY >= 0 && otherX < page.width() &&
-               together.at(otherX, otherY) != 0 &&
-               distance(page.at(x, y), page.at(otherX, otherY)) > differentSurfaces;
+    const auto differs = [](Color one, Color other) {
+        return one != other && distance(one, other) > differentSurfaces;
     };
+    const int width = page.width();
     for (int y = 0; y < page.height(); ++y) {
-        for (int x = 0; x < page.width(); ++x) {
-            if (flat_.at(x, y) != 0 &&
-                (differs(x, y, x - 1, y) || differs(x, y, x, y - 1) ||
-                 differs(x, y, x - 1, y - 1) || differs(x, y, x + 1, y - 1))) {
+        const Color* colors = page.row(y);
+        const std::uint8_t* isFlat = together.row(y);
+        // Above the first row there is nothing to differ from.
+        const Color* colorsAbove = page.row(std::max(0, y - 1));
+        const std::uint8_t* isFlatAbove = together.row(std::max(0, y - 1));
+        for (int x = 0; x < width; ++x) {
+            if (isFlat[x] == 0) {
+                continue;
+            }
+            const int left = std::max(0, x - 1);
+            const int right = std::min(width - 1, x + 1);
+            if ((isFlat[left] != 0 && differs(colors[x], colors[left])) ||
+                (y > 0 && ((isFlatAbove[left] != 0 && differs(colors[x], colorsAbove[left])) ||
+                           (isFlatAbove[x] != 0 && differs(colors[x], colorsAbove[x])) ||
+                           (isFlatAbove[right] != 0 && differs(colors[x], colorsAbove[right]))))) {
                 flat_.at(x, y) = 0;
             }
         }

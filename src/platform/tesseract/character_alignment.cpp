@@ -89,8 +89,9 @@ bool isLowMark(const std::string& character) {
 
 class Alignment {
   public:
+    /// Ways that cost more than `limit` are left out; what is found below it is the cheapest way.
     Alignment(const std::vector<CharacterColumn>& columns,
-              const std::vector<ReadCharacter>& characters, double letterHeight)
+              const std::vector<ReadCharacter>& characters, double letterHeight, double limit)
         : columns_(columns),
           characters_(characters),
           letterHeight_(letterHeight),
@@ -98,19 +99,19 @@ class Alignment {
           costs_((columns.size() + 1) * stride_, std::numeric_limits<double>::max()),
           steps_(costs_.size()) {
         costs_[0] = 0;
+        for (const ReadCharacter& character : characters) {
+            widths_.push_back(widthsOf(character.text));
+        }
         for (std::size_t column = 0; column <= columns.size(); ++column) {
             for (std::size_t character = 0; character <= characters.size(); ++character) {
-                if (costs_[place(column, character)] < std::numeric_limits<double>::max()) {
+                if (costs_[place(column, character)] <= limit) {
                     leave(column, character);
                 }
             }
         }
     }
 
-    [[nodiscard]] double meanCost() const {
-        return costs_.back() / static_cast<double>(std::max<std::size_t>(
-                                   1, std::max(columns_.size(), characters_.size())));
-    }
+    [[nodiscard]] double cost() const { return costs_.back(); }
 
     [[nodiscard]] std::vector<ColumnReading> readings() const {
         std::vector<ColumnReading> readings(columns_.size());
@@ -163,8 +164,8 @@ class Alignment {
         double inside = 0;
         for (std::size_t count = 1; count <= std::min(mostTouching, charactersLeft); ++count) {
             const ReadCharacter& next = characters_[character + count - 1];
-            widths.least += widthsOf(next.text).least;
-            widths.most += widthsOf(next.text).most + (count > 1 ? blur : 0);
+            widths.least += widths_[character + count - 1].least;
+            widths.most += widths_[character + count - 1].most + (count > 1 ? blur : 0);
             inside += count > 1 ? costOfTouching + (next.isAfterSpace ? costOfSpaceInside : 0) : 0;
             offer(column + 1, character + count,
                   cost + inside + costOfGap(column, character) +
@@ -184,10 +185,10 @@ class Alignment {
             }
             whole = whole.united(piece);
             broken += costOfPiece(piece, character);
-            offer(column + pieces, character + 1,
-                  cost + costOfGap(column, character) + broken +
-                      costOfBox(whole, widthsOf(characters_[character].text)),
-                  {pieces, 1});
+            offer(
+                column + pieces, character + 1,
+                cost + costOfGap(column, character) + broken + costOfBox(whole, widths_[character]),
+                {pieces, 1});
         }
     }
 
@@ -241,6 +242,7 @@ class Alignment {
     const std::vector<CharacterColumn>& columns_;
     const std::vector<ReadCharacter>& characters_;
     double letterHeight_;
+    std::vector<Widths> widths_;
     std::size_t stride_;
     std::vector<double> costs_;
     std::vector<Step> steps_;
@@ -268,11 +270,15 @@ std::optional<std::vector<ColumnReading>> alignCharacters(
     if (columns.empty() || characters.empty()) {
         return std::nullopt;
     }
-    const Alignment alignment(columns, characters, letterHeight);
-    if (alignment.meanCost() > highestMeanCost) {
-        return std::nullopt;
+    // Most lines fit well, and then few ways have to be gone.
+    const auto length = static_cast<double>(std::max(columns.size(), characters.size()));
+    for (const double meanCost : {highestMeanCost / 8, highestMeanCost / 3, highestMeanCost}) {
+        const Alignment alignment(columns, characters, letterHeight, meanCost * length);
+        if (alignment.cost() <= meanCost * length) {
+            return alignment.readings();
+        }
     }
-    return alignment.readings();
+    return std::nullopt;
 }
 
 }  // namespace platform::tesseract

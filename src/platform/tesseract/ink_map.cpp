@@ -40,13 +40,35 @@ bool isBetweenSurfaces(const BackgroundModel& background, int x, int y) {
     return false;
 }
 
+/// The strongest ink of each tile.
+InkPlane strongestOfTiles(const InkPlane& ink) {
+    const int columns = (ink.width() + tileWidth - 1) / tileWidth;
+    const int rows = (ink.height() + tileHeight - 1) / tileHeight;
+    InkPlane strongest(columns, rows);
+    for (int y = 0; y < ink.height(); ++y) {
+        const std::uint8_t* row = ink.row(y);
+        for (int column = 0; column < columns; ++column) {
+            const int left = column * tileWidth;
+            std::uint8_t& most = strongest.at(column, y / tileHeight);
+            most = std::max(
+                most, *std::max_element(row + left, row + std::min(ink.width(), left + tileWidth)));
+        }
+    }
+    return strongest;
+}
+
 }  // namespace
 
 InkPlane measureInk(const ColorPlane& page, const BackgroundModel& background) {
     InkPlane ink(page.width(), page.height());
     for (int y = 0; y < page.height(); ++y) {
+        const Color* colors = page.row(y);
+        const Color* surfaces = background.colors().row(y);
         for (int x = 0; x < page.width(); ++x) {
-            const int difference = distance(page.at(x, y), background.colors().at(x, y));
+            if (colors[x] == surfaces[x]) {
+                continue;
+            }
+            const int difference = distance(colors[x], surfaces[x]);
             if (difference <= noise) {
                 continue;
             }
@@ -61,20 +83,15 @@ InkPlane measureInk(const ColorPlane& page, const BackgroundModel& background) {
 }
 
 Mask binarize(const InkPlane& ink) {
-    const int columns = (ink.width() + tileWidth - 1) / tileWidth;
-    const int rows = (ink.height() + tileHeight - 1) / tileHeight;
-    InkPlane strongest(columns, rows);
-    for (int y = 0; y < ink.height(); ++y) {
-        for (int x = 0; x < ink.width(); ++x) {
-            std::uint8_t& most = strongest.at(x / tileWidth, y / tileHeight);
-            most = std::max(most, ink.at(x, y));
-        }
-    }
+    const InkPlane strongest = strongestOfTiles(ink);
     Mask faint(ink.width(), ink.height());
     for (int y = 0; y < ink.height(); ++y) {
-        for (int x = 0; x < ink.width(); ++x) {
-            const int share = paleShare * strongest.at(x / tileWidth, y / tileHeight) / 100;
-            faint.at(x, y) = ink.at(x, y) >= std::max(weakestInk, share) ? 1 : 0;
+        for (int left = 0; left < ink.width(); left += tileWidth) {
+            const int share = paleShare * strongest.at(left / tileWidth, y / tileHeight) / 100;
+            const int least = std::max(weakestInk, share);
+            for (int x = left; x < std::min(ink.width(), left + tileWidth); ++x) {
+                faint.at(x, y) = ink.at(x, y) >= least ? 1 : 0;
+            }
         }
     }
     const ConnectedComponents marks(faint);
