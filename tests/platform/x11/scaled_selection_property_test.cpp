@@ -160,6 +160,22 @@ TEST(ScaledSelections, the_corners_of_a_display_are_selected_to_the_last_pixel) 
     }
 }
 
+TEST(ScaledSelections, of_whole_points_say_so_in_their_label) {
+    Random random;
+    // A whole number of pixels at every one of the scales.
+    constexpr int length = 60;
+    for (const double scale : scales) {
+        const NativeDisplay display{1,      "A", {0, 0, 1279, 801}, scale, DisplayRole::primary,
+                                    nullptr};
+        const int pixels = static_cast<int>(std::lround(length * scale));
+        for (int round = 0; round < rounds; ++round) {
+            const NativePoint from{random.between(0, 1000), random.between(0, 600)};
+            const Rect selection = drag(display, from, {from.x + pixels, from.y + pixels});
+            ASSERT_EQ(overlay::sizeLabelText(selection), "60 x 60") << "scale " << scale;
+        }
+    }
+}
+
 TEST(ScaledSelections, a_window_is_highlighted_on_exactly_its_pixels) {
     Random random;
     for (int round = 0; round < rounds * 20; ++round) {
