@@ -20,7 +20,7 @@ void AppDelegate::probePermissions() {
     (void)mediator_.permissions.isAccessibilityTrusted();
     const auto downloads = mediator_.fileManager.downloadsDirectories();
     if (!downloads.empty()) {
-        (void)mediator_.fileManager.isReadable(downloads.front());
+        (void)mediator_.fileManager.isReadableFolder(downloads.front());
     }
 }
 

@@ -16,7 +16,8 @@ class FileManager {
     virtual ~FileManager() = default;
     /// The user's Downloads directories, best first; empty when the user has none. None is created.
     [[nodiscard]] virtual std::vector<std::string> downloadsDirectories() const = 0;
-    [[nodiscard]] virtual bool isReadable(const std::string& path) const = 0;
+    /// Whether there is a folder at `path` (or behind a link there) whose entries can be listed.
+    [[nodiscard]] virtual bool isReadableFolder(const std::string& path) const = 0;
     /// Writes straight into `path` and replaces what is there. Fails, and never blocks, on a FIFO
     /// that nobody reads. The error is one sentence for the user.
     virtual Status write(const std::string& path, std::span<const std::uint8_t> bytes) = 0;

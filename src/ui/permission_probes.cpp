@@ -4,7 +4,7 @@ namespace ui {
 
 bool isDownloadsReadable(const base::FileManager& fileManager) {
     const auto downloads = fileManager.downloadsDirectories();
-    return !downloads.empty() && fileManager.isReadable(downloads.front());
+    return !downloads.empty() && fileManager.isReadableFolder(downloads.front());
 }
 
 bool PermissionProbes::isEverythingGranted() const {

@@ -46,7 +46,7 @@ TEST_P(FileManagerContract, a_folder_that_does_not_exist_is_not_made) {
     EXPECT_FALSE(written.error().sentence.empty());
     EXPECT_FALSE(writtenText.error().sentence.empty());
     EXPECT_EQ(world_->contents(path), "no file");
-    EXPECT_FALSE(world_->manager().isReadable(world_->folder() + "/gone"));
+    EXPECT_FALSE(world_->manager().isReadableFolder(world_->folder() + "/gone"));
 }
 
 TEST_P(FileManagerContract, a_folder_is_not_replaced_by_a_file) {
@@ -54,7 +54,7 @@ TEST_P(FileManagerContract, a_folder_is_not_replaced_by_a_file) {
     world_->makeFolder(path);
     EXPECT_FALSE(world_->manager().write(path, bytes("x")));
     EXPECT_FALSE(world_->manager().writeTextAtomically(path, "x"));
-    EXPECT_TRUE(world_->manager().isReadable(path));
+    EXPECT_TRUE(world_->manager().isReadableFolder(path));
 }
 
 TEST_P(FileManagerContract, a_path_with_a_zero_byte_is_not_cut_off_there) {
@@ -69,15 +69,15 @@ TEST_P(FileManagerContract, a_path_with_a_zero_byte_is_not_cut_off_there) {
     EXPECT_FALSE(written.error().sentence.empty());
     EXPECT_FALSE(writtenText.error().sentence.empty());
     EXPECT_EQ(world_->contents(path), "no file");
-    EXPECT_FALSE(world_->manager().isReadable(world_->folder() + std::string("\0b", 2)));
+    EXPECT_FALSE(world_->manager().isReadableFolder(world_->folder() + std::string("\0b", 2)));
 }
 
-TEST_P(FileManagerContract, what_exists_is_readable_and_what_does_not_is_not) {
+TEST_P(FileManagerContract, a_folder_is_readable_and_neither_nothing_nor_a_file_is_a_folder) {
     const std::string path = world_->folder() + "/a.png";
-    EXPECT_TRUE(world_->manager().isReadable(world_->folder()));
-    EXPECT_FALSE(world_->manager().isReadable(path));
+    EXPECT_TRUE(world_->manager().isReadableFolder(world_->folder()));
+    EXPECT_FALSE(world_->manager().isReadableFolder(path));
     ASSERT_TRUE(world_->manager().write(path, bytes("x")));
-    EXPECT_TRUE(world_->manager().isReadable(path));
+    EXPECT_FALSE(world_->manager().isReadableFolder(path));
 }
 
 }  // namespace

@@ -27,9 +27,9 @@ class FakeFileManager final : public base::FileManager, public Recorder {
         record("downloads directories");
         return downloads;
     }
-    bool isReadable(const std::string& path) const override {
+    bool isReadableFolder(const std::string& path) const override {
         record("is readable: " + path);
-        return !unreadable.contains(path) && (folders.contains(path) || files.contains(path));
+        return !unreadable.contains(path) && folders.contains(path);
     }
     base::Status write(const std::string& path, std::span<const std::uint8_t> bytes) override {
         record("file write: " + path);

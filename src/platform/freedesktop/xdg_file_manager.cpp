@@ -1,5 +1,6 @@
 #include "platform/freedesktop/xdg_file_manager.h"
 
+#include <sys/stat.h>
 #include <unistd.h>
 
 #include <utility>
@@ -16,8 +17,10 @@ std::vector<std::string> XdgFileManager::downloadsDirectories() const {
     return downloads.empty() ? std::vector<std::string>() : std::vector{downloads};
 }
 
-bool XdgFileManager::isReadable(const std::string& path) const {
-    return isWholePath(path) && ::access(path.c_str(), R_OK) == 0;
+bool XdgFileManager::isReadableFolder(const std::string& path) const {
+    struct stat status {};
+    return isWholePath(path) && ::stat(path.c_str(), &status) == 0 && S_ISDIR(status.st_mode) &&
+           ::access(path.c_str(), R_OK) == 0;
 }
 
 base::Status XdgFileManager::write(const std::string& path, std::span<const std::uint8_t> bytes) {

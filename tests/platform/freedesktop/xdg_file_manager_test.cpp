@@ -166,9 +166,9 @@ TEST_F(XdgFiles, the_umask_decides_who_may_read_a_new_file) {
 TEST_F(XdgFiles, downloads_is_the_folder_of_that_name_in_the_home_and_is_not_made) {
     EXPECT_THAT(manager().downloadsDirectories(), ElementsAre(directory_.path("Downloads")));
     EXPECT_FALSE(std::filesystem::exists(directory_.path("Downloads")));
-    EXPECT_FALSE(manager().isReadable(directory_.path("Downloads")));
+    EXPECT_FALSE(manager().isReadableFolder(directory_.path("Downloads")));
     std::filesystem::create_directory(directory_.path("Downloads"));
-    EXPECT_TRUE(manager().isReadable(directory_.path("Downloads")));
+    EXPECT_TRUE(manager().isReadableFolder(directory_.path("Downloads")));
 }
 
 TEST_F(XdgFiles, downloads_is_what_the_user_chose) {
