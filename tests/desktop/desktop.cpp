@@ -61,6 +61,9 @@ Desktop::Desktop(const DesktopOptions& options)
     for (const char* name : {".config", ".cache", ".local/share", ".local/state"}) {
         makePrivate(home() / name);
     }
+    if (!options.homeTemplate.empty()) {
+        fs::copy(options.homeTemplate, home(), fs::copy_options::recursive);
+    }
     makePrivate(directory_ / "runtime");
     server_ = std::make_unique<XServer>(directory_, options.outputs, options.depth);
     client_ = std::make_unique<XClient>(displayName());

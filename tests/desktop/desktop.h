@@ -40,6 +40,8 @@ struct DesktopOptions {
     std::filesystem::path busServices{};
     /// Added to the environment of every program started here.
     Environment environment{};
+    /// What it holds is copied into the home before any program starts.
+    std::filesystem::path homeTemplate{};
 };
 
 /// A notification as the recorder received it.
