@@ -170,6 +170,41 @@ TEST_F(Permissions, an_untrusted_program_has_neither_screen_nor_keys_and_opens_t
     EXPECT_TRUE(fs::exists(page)) << page;
 }
 
+TEST_F(Permissions, a_file_in_the_place_of_the_downloads_folder_is_not_granted) {
+    fs::remove(downloads());
+    std::ofstream(downloads()) << "no folder";
+    start();
+    panel.waitUntilOpen();
+    expectRefused("Files and Folders");
+}
+
+TEST_F(Permissions, without_a_browser_the_help_opens_in_a_window_of_the_programs_own) {
+    for (const char* name : {"xdg-open", "gio"}) {
+        const fs::path opener = session.desktop().home() / "bin" / name;
+        std::ofstream(opener) << "#!/bin/sh\nexit 3\n";
+        fs::permissions(opener, fs::perms::owner_all);
+    }
+    fs::remove(downloads());
+    start();
+    panel.waitUntilOpen();
+    session.input().click(panel.settingsButton("Files and Folders").center());
+    session.require("The help window in front", [this] {
+        const auto window = session.windowWithRole("help");
+        return window && session.activeWindow() == *window;
+    });
+    session.waitUntilStill();
+    keepPicture("permissions-help-window");
+    const auto all = session.desktop().accessibles();
+    EXPECT_TRUE(std::ranges::any_of(all, [](const desktop::Accessible& object) {
+        return object.name.starts_with("Lumaframe Help") && object.isShowing();
+    }));
+    // Like any window: it closes, and nothing else does.
+    session.closeWindow(*session.windowWithRole("help"));
+    session.require("The closing of the help window",
+                    [this] { return !session.windowWithRole("help"); });
+    EXPECT_TRUE(session.windowWithRole("permissions"));
+}
+
 TEST_F(Permissions, inside_a_wayland_session_the_rows_say_why_they_are_refused) {
     start({{"WAYLAND_DISPLAY", "wayland-0"}});
     panel.waitUntilOpen();

@@ -257,10 +257,33 @@ Picture Session::screen(const Area& area) {
 
 void Session::waitUntilStill() {
     desktop::require("A screen that stays as it is", [this] {
-        const Picture before = desktop::readScreen(desktop_.client());
-        return desktop::staysTrue([&] { return desktop::readScreen(desktop_.client()) == before; },
+        const Picture before = screenWithoutFilm();
+        return desktop::staysTrue([&] { return screenWithoutFilm() == before; },
                                   std::chrono::milliseconds(100));
     });
+}
+
+Picture Session::screenWithoutFilm() {
+    Picture screen = desktop::readScreen(desktop_.client());
+    if (windowWithRole("permissions")) {
+        const Area film = filmArea();
+        for (int y = std::max(film.y, 0); y < std::min(film.y + film.height, screen.height); ++y) {
+            for (int x = std::max(film.x, 0); x < std::min(film.x + film.width, screen.width);
+                 ++x) {
+                screen.pixels[static_cast<std::size_t>(y * screen.width + x)] = 0;
+            }
+        }
+    }
+    return screen;
+}
+
+Area Session::filmArea() {
+    const desktop::XClient& client = desktop_.client();
+    const xcb_window_t window = windowWithRole("permissions").value_or(XCB_WINDOW_NONE);
+    const desktop::Reply<xcb_translate_coordinates_reply_t> origin(xcb_translate_coordinates_reply(
+        client.get(), xcb_translate_coordinates(client.get(), window, client.root(), 0, 0),
+        nullptr));
+    return origin ? Area{origin->dst_x + 48, origin->dst_y + 173, 404, 250} : Area{};
 }
 
 std::filesystem::path Session::pictureFile(const std::string& name) {

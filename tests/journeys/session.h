@@ -104,13 +104,17 @@ class Session {
     desktop::Png clipboardPicture();
     [[nodiscard]] Picture screen(const Area& area);
     /// Waits until the screen has not changed for a while: window managers repaint decorations some
-    /// time after the focus has moved.
+    /// time after the focus has moved. The film of the permissions window, which never rests, does
+    /// not count.
     void waitUntilStill();
+    /// Where the permissions window, which is open and of scale 1, shows its film.
+    [[nodiscard]] Area filmArea();
     /// Where the journeys keep the pictures that people should look at.
     static std::filesystem::path pictureFile(const std::string& name);
 
   private:
     void waitForRegistrations();
+    Picture screenWithoutFilm();
 
     std::filesystem::path executable_{LUMAFRAME_PROGRAM};
     desktop::DesktopOptions options_;

@@ -11,6 +11,7 @@
 #include "platform/qt/qt_session.h"
 #include "platform/x11/connection.h"
 #include "platform/x11/window_manager_client.h"
+#include "ui/permissions_window_control.h"
 
 namespace {
 
@@ -22,7 +23,7 @@ using testing::ElementsAre;
 using testing::IsEmpty;
 
 std::unique_ptr<QWidget> makeWindow(const std::string& sceneId) {
-    if (sceneId != "main" && sceneId != "permissions") {
+    if (sceneId != "main" && sceneId.find("permissions") == std::string::npos) {
         return nullptr;
     }
     auto window = std::make_unique<QWidget>();
@@ -319,6 +320,27 @@ TEST_F(Windows, the_end_comes_once_and_after_the_hand_over) {
         Qt::QueuedConnection);
     EXPECT_EQ(QCoreApplication::exec(), 0);
     EXPECT_EQ(handOvers, 1);
+}
+
+TEST_F(Windows, of_two_real_permissions_windows_only_the_first_floats_and_closes) {
+    QtWindows windows = make();
+    windows.openScene("old-permissions");
+    windows.openScene("permissions");
+    ASSERT_TRUE(runUntil([&] {
+        return withRole("old-permissions").size() == 1 && withRole("permissions").size() == 1;
+    }));
+    const std::vector<std::string> order = identifiers(windows);
+    ASSERT_EQ(order.size(), 2U);
+    const std::string& first = order.front();
+    const std::string& second = order.back();
+    ui::PermissionsWindowControl control(
+        {.windows = windows, .mainQueue = queue_, .notifications = center_});
+    control.noteShown();
+    EXPECT_TRUE(runUntil([&] { return isFloating(first) && isActive(first); }));
+    EXPECT_FALSE(isFloating(second));
+    center_.post(app::closePermissionsWindowNotification);
+    EXPECT_TRUE(runUntil([&] { return withRole(first).empty(); }));
+    EXPECT_EQ(withRole(second).size(), 1U);
 }
 
 }  // namespace

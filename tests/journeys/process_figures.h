@@ -1,0 +1,25 @@
+#pragma once
+
+#include <sys/types.h>
+
+#include <string>
+
+namespace journeys {
+
+/// A process's resident memory in KiB, 0 when it is not there.
+long residentMemory(pid_t process);
+
+/// What a process has done so far; the same twice means that it has not run in between.
+struct Activity {
+    /// How often its threads have gone to sleep by themselves.
+    long sleeps = 0;
+    /// In clock ticks.
+    long processorTime = 0;
+    friend bool operator==(const Activity&, const Activity&) = default;
+};
+Activity activityOf(pid_t process);
+
+/// The child of `parent` whose name begins so, 0 when there is none.
+pid_t childOf(pid_t parent, const std::string& name);
+
+}  // namespace journeys
