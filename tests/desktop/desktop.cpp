@@ -56,7 +56,9 @@ std::vector<std::string> fields(const std::string& line) {
 }  // namespace
 
 Desktop::Desktop(const DesktopOptions& options)
-    : directory_(makePrivateDirectory()), additions_(options.environment) {
+    : directory_(makePrivateDirectory()),
+      additions_(options.environment),
+      serverKind_(options.server) {
     makePrivate(home() / "Downloads");
     for (const char* name : {".config", ".cache", ".local/share", ".local/state"}) {
         makePrivate(home() / name);
@@ -65,7 +67,7 @@ Desktop::Desktop(const DesktopOptions& options)
         fs::copy(options.homeTemplate, home(), fs::copy_options::recursive);
     }
     makePrivate(directory_ / "runtime");
-    server_ = std::make_unique<XServer>(directory_, options.outputs, options.depth);
+    server_ = std::make_unique<XServer>(directory_, options.outputs, options.depth, options.server);
     client_ = std::make_unique<XClient>(displayName());
     input_ = std::make_unique<InputDriver>(displayName());
     startBus(options.busServices);
@@ -111,6 +113,10 @@ Environment Desktop::environment() const {
         {"PATH", "/usr/local/bin:/usr/bin:/bin:/usr/local/sbin:/usr/sbin:/sbin"},
         {"LANG", "C.UTF-8"},
     };
+    if (serverKind_ == ServerKind::xwayland) {
+        variables["XDG_SESSION_TYPE"] = "wayland";
+        variables["WAYLAND_DISPLAY"] = XServer::waylandDisplay;
+    }
     for (const char* name :
          {"ASAN_OPTIONS", "UBSAN_OPTIONS", "TSAN_OPTIONS", "LSAN_OPTIONS", "TZ"}) {
         if (const char* value = std::getenv(name)) {

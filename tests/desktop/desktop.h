@@ -28,6 +28,9 @@ enum class Tray { none, host };
 enum class Accessibility { off, on };
 
 struct DesktopOptions {
+    /// With xwayland it is a Wayland session, whose compositor is the window manager: it takes
+    /// WindowManager::none.
+    ServerKind server = ServerKind::x11;
     std::vector<Output> outputs{{}};
     /// Bits of a pixel of the screen: 24 or 30.
     int depth = 24;
@@ -113,6 +116,7 @@ class Desktop {
 
     std::filesystem::path directory_;
     Environment additions_;
+    ServerKind serverKind_;
     int busCalls_ = 0;
     std::unique_ptr<XServer> server_;
     std::unique_ptr<XClient> client_;

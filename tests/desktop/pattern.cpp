@@ -54,6 +54,9 @@ xcb_pixmap_t upload(const XClient& client, const Picture& picture) {
 }
 
 Wallpaper::Wallpaper(const std::string& displayName, Motif motif) : client_(displayName) {
+    if (motif == Motif::none) {
+        return;
+    }
     const Picture before = readScreen(client_);
     constexpr std::uint32_t seed = 7;
     picture_ = motif == Motif::pattern ? pattern(before.width, before.height, seed)

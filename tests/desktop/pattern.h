@@ -20,8 +20,9 @@ Picture gradient(int width, int height);
 /// The background of the desktop, under a compositor too.
 class Wallpaper {
   public:
-    /// What it shows: `pattern` to compare pixels with, `gradient` to look at.
-    enum class Motif { pattern, gradient };
+    /// What it shows: `pattern` to compare pixels with, `gradient` to look at, `none` where the
+    /// screen shows nothing, as Xwayland's.
+    enum class Motif { pattern, gradient, none };
 
     /// Returns when the screen shows it at its corners; the screen must be empty.
     explicit Wallpaper(const std::string& displayName, Motif motif = Motif::pattern);

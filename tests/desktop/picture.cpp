@@ -43,8 +43,13 @@ std::string difference(const Picture& expected, const Picture& actual) {
 }
 
 Picture readScreen(const XClient& client, int x, int y, int width, int height) {
+    return readDrawable(client, client.root(), x, y, width, height);
+}
+
+Picture readDrawable(const XClient& client, xcb_drawable_t drawable, int x, int y, int width,
+                     int height) {
     const auto cookie =
-        xcb_get_image(client.get(), XCB_IMAGE_FORMAT_Z_PIXMAP, client.root(),
+        xcb_get_image(client.get(), XCB_IMAGE_FORMAT_Z_PIXMAP, drawable,
                       static_cast<std::int16_t>(x), static_cast<std::int16_t>(y),
                       static_cast<std::uint16_t>(width), static_cast<std::uint16_t>(height), ~0U);
     const Reply<xcb_get_image_reply_t> reply(xcb_get_image_reply(client.get(), cookie, nullptr));

@@ -31,6 +31,9 @@ std::string difference(const Picture& expected, const Picture& actual);
 /// What the screen shows (root window, children included), opaque. The pointer is not in it.
 Picture readScreen(const XClient& client, int x, int y, int width, int height);
 Picture readScreen(const XClient& client);
+/// A part of a window or pixmap, in its own coordinates.
+Picture readDrawable(const XClient& client, xcb_drawable_t drawable, int x, int y, int width,
+                     int height);
 
 /// A decoded PNG file.
 struct Png {

@@ -99,10 +99,12 @@ std::string outputName(const Output& output, std::size_t index) {
 }
 
 XServer::XServer(const std::filesystem::path& directory, const std::vector<Output>& outputs,
-                 int depth)
+                 int depth, ServerKind kind)
     : directory_(directory) {
     const Output& first = outputs.front();
-    if (outputs.size() == 1 && first.x == 0 && first.y == 0 && !first.number) {
+    if (kind == ServerKind::xwayland) {
+        startXwayland(first);
+    } else if (outputs.size() == 1 && first.x == 0 && first.y == 0 && !first.number) {
         startVirtual(first, depth);
     } else {
         startDummy(outputs, depth);
@@ -135,6 +137,37 @@ void XServer::startVirtual(const Output& output, int depth) {
     // 96 dots per inch are what desktops have; Xvfb's own default is older.
     startAndRead(
         {"Xvfb", "-screen", "0", sizeText(output) + "x" + std::to_string(depth), "-dpi", "96"});
+}
+
+bool XServer::hasXwayland() {
+    return ::access("/usr/bin/weston", X_OK) == 0 && ::access("/usr/bin/Xwayland", X_OK) == 0;
+}
+
+void XServer::startXwayland(const Output& output) {
+    const auto runtime = directory_ / "runtime";
+    process_ = std::make_unique<Process>(
+        ProcessOptions{.command = {"weston", "--backend=headless-backend.so", "--xwayland",
+                                   "--no-config", std::string("--socket=") + waylandDisplay,
+                                   "--idle-time=0", "--width=" + std::to_string(output.width),
+                                   "--height=" + std::to_string(output.height)},
+                       .environment = {{"PATH", "/usr/bin:/bin"},
+                                       {"HOME", directory_ / "home"},
+                                       {"XDG_RUNTIME_DIR", runtime}},
+                       .outputFile = directory_ / "x-server"});
+    // Xwayland itself starts with its first client.
+    const std::string announcement = "listening on display ";
+    require("The start of a Wayland compositor with Xwayland", [&] {
+        for (const std::string& line : process_->errorLines()) {
+            const auto place = line.find(announcement);
+            if (place != std::string::npos) {
+                displayName_ = line.substr(place + announcement.size());
+            }
+        }
+        if (!process_->isRunning()) {
+            throw std::runtime_error("The Wayland compositor ended at its start.");
+        }
+        return !displayName_.empty();
+    });
 }
 
 void XServer::startDummy(const std::vector<Output>& outputs, int depth) {

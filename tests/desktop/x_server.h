@@ -24,18 +24,26 @@ struct Output {
 /// The name of the output at `index` of its list.
 std::string outputName(const Output& output, std::size_t index);
 
+/// Xwayland runs in a Wayland compositor without a screen (weston), which manages its windows.
+enum class ServerKind { x11, xwayland };
+
 /// A private X server on a display number of its own choosing: any number of tests may run side by
 /// side.
 ///
 /// One output at (0, 0) is an Xvfb; several are an Xorg with the dummy driver (needs root), its
-/// outputs named by their numbers, the first one primary.
+/// outputs named by their numbers, the first one primary. Of an Xwayland only the first one's size
+/// counts.
 class XServer {
   public:
     /// `directory` takes configuration and logs. Returns when the server answers; throws
     /// std::runtime_error otherwise.
     /// `depth` is that of the screen.
     XServer(const std::filesystem::path& directory, const std::vector<Output>& outputs,
-            int depth = 24);
+            int depth = 24, ServerKind kind = ServerKind::x11);
+    /// Whether this machine has what an Xwayland needs.
+    static bool hasXwayland();
+    /// The socket of the compositor around an Xwayland, as WAYLAND_DISPLAY has it.
+    static constexpr const char* waylandDisplay = "wayland-lumaframe";
 
     /// ":<number>", as DISPLAY has it.
     [[nodiscard]] const std::string& displayName() const { return displayName_; }
@@ -49,6 +57,7 @@ class XServer {
     void startVirtual(const Output& output, int depth);
     void startDummy(const std::vector<Output>& outputs, int depth);
     void offerMode(const Output& output, const std::string& name);
+    void startXwayland(const Output& output);
     void startAndRead(std::vector<std::string> command);
 
     std::filesystem::path directory_;

@@ -1,5 +1,7 @@
 #include "platform/x11/x11_access.h"
 
+#include <xcb/randr.h>
+
 #include <string_view>
 
 #include "platform/x11/key_grab.h"
@@ -10,7 +12,37 @@ namespace {
 
 /// Every modifier at once, with the last key code, which no keyboard has: nobody presses that.
 constexpr ModifierMask everyModifier = 0xff;
-constexpr std::string_view xwaylandExtension = "XWAYLAND";
+/// The name of an extension of Xwayland, and of all its outputs: of those before version 23.1,
+/// which have no such extension, too.
+constexpr std::string_view xwayland = "XWAYLAND";
+
+bool hasXwaylandExtension(const Connection& connection) {
+    const Reply<xcb_query_extension_reply_t> reply(xcb_query_extension_reply(
+        connection.get(),
+        xcb_query_extension(connection.get(), static_cast<std::uint16_t>(xwayland.size()),
+                            xwayland.data()),
+        nullptr));
+    return reply && reply->present != 0;
+}
+
+bool hasXwaylandOutput(const Connection& connection) {
+    const Reply<xcb_randr_get_screen_resources_current_reply_t> resources(
+        xcb_randr_get_screen_resources_current_reply(
+            connection.get(),
+            xcb_randr_get_screen_resources_current(connection.get(), connection.root()), nullptr));
+    if (!resources || resources->num_outputs == 0) {
+        return false;
+    }
+    const xcb_randr_output_t output =
+        *xcb_randr_get_screen_resources_current_outputs(resources.get());
+    const Reply<xcb_randr_get_output_info_reply_t> info(xcb_randr_get_output_info_reply(
+        connection.get(),
+        xcb_randr_get_output_info(connection.get(), output, resources->config_timestamp), nullptr));
+    return info && std::string_view(
+                       reinterpret_cast<const char*>(xcb_randr_get_output_info_name(info.get())),
+                       info->name_len)
+                       .starts_with(xwayland);
+}
 
 }  // namespace
 
@@ -35,12 +67,7 @@ bool X11Access::canGrabKeys() const {
 
 bool X11Access::isXwayland() const {
     if (!isXwayland_) {
-        const auto cookie = xcb_query_extension(
-            connection_.get(), static_cast<std::uint16_t>(xwaylandExtension.size()),
-            xwaylandExtension.data());
-        const Reply<xcb_query_extension_reply_t> reply(
-            xcb_query_extension_reply(connection_.get(), cookie, nullptr));
-        isXwayland_ = reply && reply->present != 0;
+        isXwayland_ = hasXwaylandExtension(connection_) || hasXwaylandOutput(connection_);
     }
     return *isXwayland_;
 }

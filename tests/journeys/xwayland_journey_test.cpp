@@ -1,0 +1,94 @@
+// The program in a real Wayland session, as a client of its Xwayland.
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "journeys/permissions_panel.h"
+#include "journeys/session.h"
+
+namespace journeys {
+namespace {
+
+using testing::ElementsAre;
+using testing::HasSubstr;
+
+enum class WaylandDisplay { told, hidden };
+
+class Xwayland : public testing::TestWithParam<WaylandDisplay> {
+  protected:
+    void SetUp() override {
+        if (!desktop::XServer::hasXwayland()) {
+            GTEST_SKIP() << "weston or Xwayland is not installed";
+        }
+        session_.emplace(desktop::DesktopOptions{.server = desktop::ServerKind::xwayland,
+                                                 .windowManager = desktop::WindowManager::none,
+                                                 .accessibility = desktop::Accessibility::on},
+                         desktop::Wallpaper::Motif::none);
+        panel_.emplace(*session_);
+    }
+    /// What is inside the window, which Xwayland itself draws nowhere.
+    void keepPicture(const std::string& name) {
+        const desktop::XClient& client = session_->desktop().client();
+        const xcb_window_t window = find(client.root());
+        const desktop::Reply<xcb_get_geometry_reply_t> geometry(
+            xcb_get_geometry_reply(client.get(), xcb_get_geometry(client.get(), window), nullptr));
+        ASSERT_TRUE(geometry);
+        desktop::writePng(
+            Session::pictureFile(name),
+            desktop::readDrawable(client, window, 0, 0, geometry->width, geometry->height));
+    }
+    /// The window whose role is "permissions", below `parent`.
+    xcb_window_t find(xcb_window_t parent) {
+        const desktop::XClient& client = session_->desktop().client();
+        const auto role = client.property(parent, "WM_WINDOW_ROLE");
+        if (role && std::string(role->begin(), role->end()) == "permissions") {
+            return parent;
+        }
+        const desktop::Reply<xcb_query_tree_reply_t> tree(
+            xcb_query_tree_reply(client.get(), xcb_query_tree(client.get(), parent), nullptr));
+        for (int child = 0; tree && child < xcb_query_tree_children_length(tree.get()); ++child) {
+            const xcb_window_t found = find(xcb_query_tree_children(tree.get())[child]);
+            if (found != XCB_WINDOW_NONE) {
+                return found;
+            }
+        }
+        return XCB_WINDOW_NONE;
+    }
+
+    std::optional<Session> session_;
+    std::optional<PermissionsPanel> panel_;
+};
+
+TEST_P(Xwayland, screen_and_keys_are_not_granted_and_the_rows_say_why) {
+    desktop::Environment environment;
+    if (GetParam() == WaylandDisplay::hidden) {
+        environment["WAYLAND_DISPLAY"] = "";
+    }
+    session_->writeSettings(nlohmann::json::object());
+    session_->startWithoutWaiting(environment);
+    session_->require("The rows of the permissions window",
+                      [this] { return !panel_->status("Files and Folders").empty(); });
+    EXPECT_THAT(panel_->status("Screen Recording"), ElementsAre("Not Granted", "Open Settings"));
+    EXPECT_THAT(panel_->status("Accessibility"), ElementsAre("Not Granted", "Open Settings"));
+    EXPECT_THAT(panel_->status("Files and Folders"), ElementsAre("Granted"));
+    EXPECT_EQ(panel_->action().name, "Refresh Status");
+    std::size_t explanations = 0;
+    for (const auto& object : session_->desktop().accessibles()) {
+        if ((object.name == "Screen Recording" || object.name == "Accessibility") &&
+            object.role != "label") {
+            EXPECT_THAT(object.description, HasSubstr("Wayland")) << object.name;
+            ++explanations;
+        }
+    }
+    EXPECT_EQ(explanations, 2U);
+    keepPicture("permissions-xwayland");
+}
+
+INSTANTIATE_TEST_SUITE_P(, Xwayland, testing::Values(WaylandDisplay::told, WaylandDisplay::hidden),
+                         [](const auto& parameter) {
+                             return parameter.param == WaylandDisplay::told
+                                        ? "with_the_name_of_the_wayland_display"
+                                        : "without_it";
+                         });
+
+}  // namespace
+}  // namespace journeys
