@@ -267,9 +267,12 @@ Picture Session::screenWithoutFilm() {
     Picture screen = desktop::readScreen(desktop_.client());
     if (windowWithRole("permissions")) {
         const Area film = filmArea();
-        for (int y = std::max(film.y, 0); y < std::min(film.y + film.height, screen.height); ++y) {
-            for (int x = std::max(film.x, 0); x < std::min(film.x + film.width, screen.width);
-                 ++x) {
+        // The place of the film follows the height of a font.
+        constexpr int margin = 8;
+        const int right = std::min(film.x + film.width + margin, screen.width);
+        const int bottom = std::min(film.y + film.height + margin, screen.height);
+        for (int y = std::max(film.y - margin, 0); y < bottom; ++y) {
+            for (int x = std::max(film.x - margin, 0); x < right; ++x) {
                 screen.pixels[static_cast<std::size_t>(y * screen.width + x)] = 0;
             }
         }
@@ -283,7 +286,7 @@ Area Session::filmArea() {
     const desktop::Reply<xcb_translate_coordinates_reply_t> origin(xcb_translate_coordinates_reply(
         client.get(), xcb_translate_coordinates(client.get(), window, client.root(), 0, 0),
         nullptr));
-    return origin ? Area{origin->dst_x + 48, origin->dst_y + 173, 404, 250} : Area{};
+    return origin ? Area{origin->dst_x + 48, origin->dst_y + 172, 404, 250} : Area{};
 }
 
 std::filesystem::path Session::pictureFile(const std::string& name) {
