@@ -26,6 +26,12 @@ bool hasXwaylandExtension(const Connection& connection) {
 }
 
 bool hasXwaylandOutput(const Connection& connection) {
+    // An untrusted client has no RandR, and a request of it would end the connection.
+    const xcb_query_extension_reply_t* randr =
+        xcb_get_extension_data(connection.get(), &xcb_randr_id);
+    if (randr == nullptr || randr->present == 0) {
+        return false;
+    }
     const Reply<xcb_randr_get_screen_resources_current_reply_t> resources(
         xcb_randr_get_screen_resources_current_reply(
             connection.get(),
