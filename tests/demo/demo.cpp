@@ -163,8 +163,13 @@ void Demonstration::showWindow(const std::string& role, const std::string& pictu
     desktop::require("The opening of the window \"" + role + "\"", [&] {
         return demo::windowWithRole(desktop_.client(), role) != XCB_WINDOW_NONE;
     });
-    demo::readSettledScreen(desktop_.client());
     const auto window = demo::windowWithRole(desktop_.client(), role);
+    if (role == "permissions") {
+        // Its film never rests.
+        keepPicture(pictureName, demo::readWindowDuringDrag(desktop_.client(), window, 1));
+        return;
+    }
+    demo::readSettledScreen(desktop_.client());
     keepPicture(pictureName, demo::readWindow(desktop_.client(), window));
 }
 

@@ -174,6 +174,33 @@ desktop::Picture readWindow(const XClient& client, xcb_window_t window) {
     return desktop::readScreen(client, left, top, right - left, bottom - top);
 }
 
+desktop::Picture readWindowDuringDrag(const XClient& client, xcb_window_t window, int scale) {
+    // Points: the middle of the selection's lower edge, where the film's view has it, and how far
+    // the font of the title may shift it.
+    constexpr desktop::Place edge{140, 287};
+    constexpr int tolerance = 6;
+    const auto isViolet = [](std::uint32_t pixel) {
+        const std::uint32_t red = pixel >> 16 & 0xff;
+        const std::uint32_t green = pixel >> 8 & 0xff;
+        const std::uint32_t blue = pixel & 0xff;
+        return blue > 0xa0 && green < 0x60 && red > 0x40 && red < 0xa0;
+    };
+    const Reply<xcb_translate_coordinates_reply_t> origin(xcb_translate_coordinates_reply(
+        client.get(), xcb_translate_coordinates(client.get(), window, client.root(), 0, 0),
+        nullptr));
+    // A round of the film lasts twelve seconds.
+    desktop::require(
+        "A drag in the film of the permissions window",
+        [&] {
+            const desktop::Picture strip = desktop::readScreen(
+                client, origin->dst_x + edge.x * scale,
+                origin->dst_y + (edge.y - tolerance) * scale, 1, 2 * tolerance * scale);
+            return std::ranges::any_of(strip.pixels, isViolet);
+        },
+        std::chrono::seconds(60));
+    return readWindow(client, window);
+}
+
 desktop::Picture readSettledScreen(const XClient& client) {
     desktop::Picture screen = desktop::readScreen(client);
     desktop::require("A screen that has stopped changing", [&] {

@@ -36,6 +36,10 @@ xcb_window_t windowWithRole(const desktop::XClient& client, const std::string& p
 void closeWindow(const desktop::XClient& client, xcb_window_t window);
 /// What the screen shows of the window, its decoration included.
 desktop::Picture readWindow(const desktop::XClient& client, xcb_window_t window);
+/// The same of the permissions window, while its film shows the end of the first drag. `scale` is
+/// the pixels of a point.
+desktop::Picture readWindowDuringDrag(const desktop::XClient& client, xcb_window_t window,
+                                      int scale);
 /// The screen when it has stopped changing: two readings, 100 ms apart, are the same.
 desktop::Picture readSettledScreen(const desktop::XClient& client);
 

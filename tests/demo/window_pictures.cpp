@@ -75,8 +75,10 @@ void takePictures(const std::string& program, const fs::path& output, Colors col
     desktop::require("The opening of the permissions window", [&] {
         return demo::windowWithRole(desktop.client(), "permissions") != XCB_WINDOW_NONE;
     });
-    demo::readSettledScreen(desktop.client());
-    keepWindow(desktop, "permissions", output / ("permissions" + variant));
+    const std::string name = "permissions" + variant;
+    const auto window = demo::windowWithRole(desktop.client(), "permissions");
+    desktop::writePng(output / name, demo::readWindowDuringDrag(desktop.client(), window, scale));
+    std::cout << "  " << name << std::endl;
 }
 
 }  // namespace
