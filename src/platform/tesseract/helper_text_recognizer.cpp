@@ -1,6 +1,5 @@
 #include "platform/tesseract/helper_text_recognizer.h"
 
-#include <algorithm>
 #include <utility>
 
 #include "platform/tesseract/installed_languages.h"
@@ -60,8 +59,7 @@ base::Result<std::vector<capture::TextObservation>> HelperTextRecognizer::readWi
         return status.error();
     }
     const auto pixelCount = std::int64_t{image.width()} * image.height();
-    const auto forPixels = limits_.megapixel * pixelCount / 1'000'000;
-    return helper_->read(image, after(std::min(limits_.picture + forPixels, limits_.longest)));
+    return helper_->read(image, after(limits_.reading.forPixels(pixelCount)));
 }
 
 /// A helper that can be used is running afterwards, though it may still be loading.

@@ -11,6 +11,7 @@
 #include "base/main_queue.h"
 #include "capture/text_recognizer.h"
 #include "platform/file_descriptor_watch.h"
+#include "platform/tesseract/reading_time.h"
 
 namespace platform::tesseract {
 
@@ -27,12 +28,7 @@ class HelperTextRecognizer final : public capture::TextRecognizer {
     struct Limits {
         /// Until it has loaded the engine: fifty times what it takes, for a cold disk.
         std::chrono::milliseconds start{10000};
-        /// For a picture, and for each megapixel of it: a 4K display full of small text was seen to
-        /// take 1.6 s for each on one thread, 2.4 s beside other work.
-        std::chrono::milliseconds picture{5000};
-        std::chrono::milliseconds megapixel{4000};
-        /// For any picture, since the program stands still meanwhile.
-        std::chrono::milliseconds longest{60000};
+        WaitingTime reading{};
         /// Without use, until it is ended.
         std::chrono::milliseconds idle{60000};
     };

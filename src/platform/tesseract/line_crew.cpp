@@ -112,8 +112,8 @@ base::Result<std::vector<LineReading>> LineCrew::readAll(const std::vector<doubl
     }
     if (queue.isLate()) {
         return base::Error{base::ErrorKind::failed,
-                           "The picture holds more text than can be recognised in a minute; select "
-                           "a smaller region."};
+                           "The picture holds more text than can be recognised in time; select a "
+                           "smaller region."};
     }
     return readings;
 }

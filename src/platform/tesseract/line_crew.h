@@ -35,9 +35,9 @@ class LineCrew {
     /// Whether the second engine is loaded.
     [[nodiscard]] bool isComplete() const { return second_ != nullptr; }
 
-    /// In line heights. Loading was measured to cost as much as reading 25 of them; from a hundred
-    /// on, two threads end in six tenths of the time although one of them has to load its engine
-    /// first.
+    /// In line heights. Loading was measured to cost as much as reading 45 of them; from a hundred
+    /// on, two threads end in three quarters of the time although one of them has to load its
+    /// engine first, and with half of it afterwards.
     static constexpr double worthSecondEngine = 100;
 
   private:

@@ -8,6 +8,7 @@
 #include "platform/tesseract/figures.h"
 #include "platform/tesseract/line_picture.h"
 #include "platform/tesseract/page_analysis.h"
+#include "platform/tesseract/reading_time.h"
 #include "platform/tesseract/scale_merge.h"
 #include "platform/tesseract/spacing.h"
 #include "platform/tesseract/writing_decision.h"
@@ -89,11 +90,13 @@ base::Result<std::vector<capture::TextObservation>> ScreenTextReader::read(
     if (image.isEmpty()) {
         return std::vector<capture::TextObservation>();
     }
-    if (static_cast<long>(image.width()) * image.height() > largestPicture) {
+    const long pixelCount = static_cast<long>(image.width()) * image.height();
+    if (pixelCount > largestPicture) {
         return base::Error{base::ErrorKind::invalid,
                            "The picture is too large for its text to be recognised"};
     }
-    auto lines = readOneSize(image, 0);
+    const auto time = longestReading(pixelCount);
+    auto lines = readOneSize(image, {0, time});
     if (!lines) {
         return lines.error();
     }
@@ -101,7 +104,8 @@ base::Result<std::vector<capture::TextObservation>> ScreenTextReader::read(
         if (std::min(image.width(), image.height()) < factor * smallestReduced) {
             break;
         }
-        auto larger = readOneSize(reduced(image, factor, lines.value()), leastReducedLetter);
+        auto larger =
+            readOneSize(reduced(image, factor, lines.value()), {leastReducedLetter, time});
         if (!larger) {
             return larger.error();
         }
@@ -115,12 +119,12 @@ base::Result<std::vector<capture::TextObservation>> ScreenTextReader::read(
 }
 
 base::Result<std::vector<ReadLine>> ScreenTextReader::readOneSize(const base::Image& image,
-                                                                  double leastHeight) {
+                                                                  Bounds bounds) {
     const PageAnalysis page(image);
     if (page.lines().empty()) {
         return std::vector<ReadLine>();
     }
-    auto readings = readLines(page, leastHeight);
+    auto readings = readLines(page, bounds);
     if (!readings) {
         return readings.error();
     }
@@ -128,13 +132,13 @@ base::Result<std::vector<ReadLine>> ScreenTextReader::readOneSize(const base::Im
 }
 
 base::Result<std::vector<LineReading>> ScreenTextReader::readLines(const PageAnalysis& page,
-                                                                   double leastHeight) {
+                                                                   Bounds bounds) {
     const auto& lines = page.lines();
     const auto& metrics = page.metrics();
     const LinePainter painter(page.ink(), page.components(), page.letterHeight());
     std::vector<double> lengths;
     const auto isTooSmall = [&](std::size_t index) {
-        return metrics[index].letterHeight < leastHeight;
+        return metrics[index].letterHeight < bounds.letterHeight;
     };
     for (std::size_t index = 0; index < lines.size(); ++index) {
         lengths.push_back(isTooSmall(index) ? 0 : lengthOf(lines[index], metrics[index]));
@@ -154,7 +158,7 @@ base::Result<std::vector<LineReading>> ScreenTextReader::readLines(const PageAna
         }
         return reading;
     };
-    return crew_->readAll(lengths, readLine, longestReading);
+    return crew_->readAll(lengths, readLine, bounds.time);
 }
 
 std::vector<ReadLine> ScreenTextReader::observe(const PageAnalysis& page,

@@ -34,18 +34,19 @@ class ScreenTextReader {
     /// In pixels: 8K by 8K. The planes of such a picture take 0.9 GB for as long as it is read.
     static constexpr long largestPicture = 8192L * 8192L;
 
-    /// Three quarters of the time that the resident program waits for any picture.
-    static constexpr std::chrono::seconds longestReading{45};
-
     /// Whether a picture was long enough for a second engine.
     [[nodiscard]] bool usesTwoThreads() const { return crew_->isComplete(); }
 
   private:
     explicit ScreenTextReader(std::unique_ptr<LineCrew> crew);
 
-    /// Leaves lines unread whose letters are smaller than `leastHeight` pixels near the x-height.
-    base::Result<std::vector<ReadLine>> readOneSize(const base::Image& image, double leastHeight);
-    base::Result<std::vector<LineReading>> readLines(const PageAnalysis& page, double leastHeight);
+    struct Bounds {
+        /// Near the x-height, in pixels: lines of smaller letters are left unread.
+        double letterHeight = 0;
+        std::chrono::milliseconds time{};
+    };
+    base::Result<std::vector<ReadLine>> readOneSize(const base::Image& image, Bounds bounds);
+    base::Result<std::vector<LineReading>> readLines(const PageAnalysis& page, Bounds bounds);
     /// Corrects the readings by what the whole page shows.
     static std::vector<ReadLine> observe(const PageAnalysis& page,
                                          std::vector<LineReading>& readings);

@@ -254,7 +254,7 @@ QImage printed(const std::string& text, int columns, int rows) {
 
 TEST_F(ExtremePictures, a_crowded_page_of_small_letters_is_read) {
     // What is measured is the reading; beside other work it may take longer than people would wait.
-    use(LUMAFRAME_TEXT_HELPER, {.picture = std::chrono::seconds(50)});
+    use(LUMAFRAME_TEXT_HELPER, {.reading = {.picture = std::chrono::seconds(50)}});
     const std::string truth = wordsInRows(120, 25);
     std::string reading;
     for (const std::string& text : read(printed(truth, 120, 25))) {
@@ -266,7 +266,7 @@ TEST_F(ExtremePictures, a_crowded_page_of_small_letters_is_read) {
 
 TEST_F(ExtremePictures, a_hundred_thousand_characters_are_read_or_given_up_in_time) {
     constexpr auto longest = std::chrono::seconds(4);
-    use(LUMAFRAME_TEXT_HELPER, {.longest = longest});
+    use(LUMAFRAME_TEXT_HELPER, {.reading = {.longest = longest}});
     const std::string truth = wordsInRows(400, 250);
     ASSERT_GE(truth.size(), 100000U);
     const base::Image page = imageOf(printed(truth, 400, 250));

@@ -119,7 +119,7 @@ TEST_F(HelperTextRecognizerTest, a_timer_that_outlives_the_recogniser_does_nothi
 
 TEST_F(HelperTextRecognizerTest, a_stopped_helper_is_given_up) {
     start();
-    auto& recognizer = use(directory_.path("behaves"), {.picture = milliseconds(100)});
+    auto& recognizer = use(directory_.path("behaves"), {.reading = {.picture = milliseconds(100)}});
     ASSERT_TRUE(recognizer.recognize(blankPicture()));
     ::kill(recognizer.helperProcessIdentifier(), SIGSTOP);
     EXPECT_FALSE(recognizer.recognize(blankPicture()));

@@ -12,8 +12,8 @@ using namespace tesseract_tests;
 using std::chrono::milliseconds;
 
 /// Long enough for a start on a busy machine, short enough to wait for.
-constexpr HelperTextRecognizer::Limits shortPictureLimits{.start = milliseconds(15000),
-                                                          .picture = milliseconds(1000)};
+constexpr HelperTextRecognizer::Limits shortPictureLimits{
+    .start = milliseconds(15000), .reading = {.picture = milliseconds(1000)}};
 
 class HostileHelper : public HelperFixture {
   protected:
@@ -72,9 +72,9 @@ TEST_F(HostileHelper, one_that_never_gets_ready_is_given_up) {
 }
 
 TEST_F(HostileHelper, the_wait_grows_with_the_picture_up_to_a_limit) {
-    auto& recognizer = start("hangs", {.picture = milliseconds(1),
-                                       .megapixel = milliseconds(100000),
-                                       .longest = milliseconds(300)});
+    auto& recognizer = start("hangs", {.reading = {.picture = milliseconds(1),
+                                                   .megapixel = milliseconds(100000),
+                                                   .longest = milliseconds(300)}});
     const auto begin = std::chrono::steady_clock::now();
     EXPECT_FALSE(recognizer.recognize(blankPicture(1000, 10)));
     EXPECT_GE(std::chrono::steady_clock::now() - begin, milliseconds(300));

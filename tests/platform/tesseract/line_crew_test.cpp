@@ -10,6 +10,7 @@
 
 #include "picture_set.h"
 #include "platform/helper/confinement.h"
+#include "platform/tesseract/reading_time.h"
 #include "platform/tesseract/screen_text_reader.h"
 
 namespace platform::tesseract {
@@ -144,6 +145,16 @@ TEST(LineCrew, one_slow_line_gives_no_page_up) {
 
 TEST(LineReader, another_one_is_loaded_where_no_file_can_be_opened_any_more) {
     EXPECT_EXIT(loadAnotherWhenConfined(), testing::ExitedWithCode(0), "");
+}
+
+TEST(ReadingTime, a_dense_page_of_any_size_is_given_up_before_the_program_stops_waiting) {
+    for (const long pixelCount : {400L, 300'000L, 3'000'000L, ScreenTextReader::largestPicture}) {
+        const auto waiting = WaitingTime{}.forPixels(pixelCount);
+        EXPECT_LT(longestReading(pixelCount), waiting - std::chrono::seconds(1)) << pixelCount;
+        EXPECT_GT(longestReading(pixelCount), waiting / 2) << pixelCount;
+    }
+    EXPECT_EQ(WaitingTime{}.forPixels(2'000'000), std::chrono::seconds(13));
+    EXPECT_EQ(WaitingTime{}.forPixels(ScreenTextReader::largestPicture), std::chrono::minutes(1));
 }
 
 TEST(ScreenTextReader, two_threads_read_what_one_reads) {
