@@ -47,6 +47,7 @@ class XServer {
 
     /// ":<number>", as DISPLAY has it.
     [[nodiscard]] const std::string& displayName() const { return displayName_; }
+    [[nodiscard]] pid_t processId() const { return process_->pid(); }
     /// Changes the outputs of a dummy server while it runs: one argument list of xrandr.
     void configure(const std::vector<std::string>& xrandrArguments);
     /// Gives a dummy server these outputs and no others, all at once; none of them ends further

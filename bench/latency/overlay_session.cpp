@@ -1,0 +1,199 @@
+#include "latency/overlay_session.h"
+
+#include <algorithm>
+
+#include "latency/monotonic.h"
+#include "latency/process_usage.h"
+
+namespace latency {
+
+namespace {
+
+namespace key = desktop::key;
+using std::chrono::milliseconds;
+
+/// Far more than the slowest program needs on a busy machine.
+constexpr milliseconds limit{8000};
+/// Between two steps, for what programs still do without being asked.
+constexpr milliseconds pause{250};
+constexpr int motionCount = 60;
+/// A pointing device that reports 125 times a second.
+constexpr milliseconds motionInterval{8};
+
+/// A row of pixels that crosses every region and most windows.
+constexpr int rowPart = 3;
+
+desktop::Place between(const Drag& drag, int step, int steps) {
+    return {drag.from.x + (drag.to.x - drag.from.x) * step / steps,
+            drag.from.y + (drag.to.y - drag.from.y) * step / steps};
+}
+
+}  // namespace
+
+OverlaySession::OverlaySession(BusyDesktop& desktop, Samples& samples)
+    : desktop_(desktop),
+      samples_(samples),
+      input_(desktop.get().displayName()),
+      screen_(desktop.get().displayName()),
+      clipboard_(desktop.get().displayName()),
+      files_(desktop.downloads()) {}
+
+std::vector<Watch*> OverlaySession::watches(Program& program) {
+    std::vector<Watch*> all{&screen_, &clipboard_, &files_};
+    if (Watch* own = program.watch()) {
+        all.push_back(own);
+    }
+    return all;
+}
+
+bool OverlaySession::waitForOverlay(Program& program) {
+    const bool isOpen = watchUntil(
+        watches(program), [&] { return screen_.mappedAt() && program.readyAt(); }, limit);
+    if (!isOpen) {
+        samples_.remark(program.name(), "now and then no overlay came after the trigger");
+    }
+    return isOpen;
+}
+
+bool OverlaySession::open(Program& program, const std::string& label) {
+    input_.moveTo({screen_.width() / 2, screen_.height() / 2}).send();
+    rest(pause);
+    screen_.restart(screen_.height() / rowPart);
+    const double begin = program.trigger(input_, Program::Purpose::open);
+    const bool isOpen = waitForOverlay(program);
+    if (isOpen) {
+        samples_.addSpan(program.name(), "mapped " + label, begin, screen_.mappedAt());
+        samples_.addSpan(program.name(), "ready " + label, begin,
+                         std::max(*screen_.mappedAt(), *program.readyAt()));
+    }
+    dismiss();
+    return isOpen;
+}
+
+bool OverlaySession::capture(Program& program, const Drag& drag, Motions motions) {
+    input_.moveTo(drag.from).send();
+    rest(pause);
+    screen_.restart(screen_.height() / rowPart);
+    files_.clean();
+    program.trigger(input_, Program::Purpose::deliver);
+    if (!waitForOverlay(program)) {
+        dismiss();
+        return false;
+    }
+    // Programs that show the screen as it was paint it after their window is there.
+    screen_.waitUntilStill(limit);
+    measureFirstDrag(program, drag);
+    if (motions == Motions::measured) {
+        measureMotions(program, drag);
+    }
+    input_.moveTo(drag.to).send();
+    screen_.waitUntilStill(limit);
+    measureRelease(program, drag);
+    rest(pause);
+    dismiss();
+    return true;
+}
+
+bool OverlaySession::selectWhenMapped(Program& program, const Drag& drag) {
+    const auto isMapped = [this] { return screen_.mappedAt().has_value(); };
+    if (!watchUntil(watches(program), isMapped, limit)) {
+        return false;
+    }
+    input_.pressButton().moveTo(between(drag, 1, 2)).moveTo(drag.to).send();
+    rest(pause);
+    clipboard_.restart();
+    files_.restart();
+    input_.releaseButton().send();
+    return true;
+}
+
+bool OverlaySession::captureQuickly(Program& program, const Drag& drag) {
+    input_.moveTo(drag.from).send();
+    screen_.restart(screen_.height() / rowPart);
+    program.trigger(input_, Program::Purpose::deliver);
+    const bool isDone =
+        selectWhenMapped(program, drag) &&
+        watchUntil(
+            watches(program), [this] { return files_.closedAt().has_value(); }, limit);
+    dismiss();
+    return isDone;
+}
+
+bool OverlaySession::recognize(LumaframeProgram& program, const Drag& drag) {
+    input_.moveTo(drag.from).send();
+    screen_.restart(screen_.height() / rowPart);
+    program.triggerRecognition(input_);
+    return selectWhenMapped(program, drag);
+}
+
+void OverlaySession::measureFirstDrag(Program& program, const Drag& drag) {
+    input_.pressButton().send();
+    screen_.waitUntilStill(limit);
+    screen_.restart(screen_.height() / rowPart);
+    const double begin = input_.moveTo(between(drag, 1, 2)).send();
+    watchUntil(
+        watches(program), [this] { return screen_.changedAt().has_value(); }, limit);
+    samples_.addSpan(program.name(), "first drag painted " + drag.label, begin,
+                     screen_.changedAt());
+    rest(pause);
+}
+
+void OverlaySession::measureMotions(Program& program, const Drag& drag) {
+    struct Watched {
+        std::string who;
+        pid_t process;
+    };
+    const std::vector<Watched> all{{"", program.process()},
+                                   {" (X server)", desktop_.serverProcess()},
+                                   {" (compositor)", desktop_.compositorProcess()}};
+    std::vector<double> before;
+    before.reserve(all.size());
+    for (const Watched& watched : all) {
+        before.push_back(usageOf(watched.process).cpu);
+    }
+    for (int step = 0; step < motionCount; ++step) {
+        input_.moveTo(between(drag, motionCount + step, 2 * motionCount)).send();
+        rest(motionInterval);
+    }
+    rest(pause);
+    for (std::size_t index = 0; index < all.size(); ++index) {
+        if (all[index].process != 0) {
+            const double spent = usageOf(all[index].process).cpu - before[index];
+            samples_.add(program.name(), "cpu per motion" + all[index].who, spent / motionCount);
+        }
+    }
+}
+
+void OverlaySession::measureRelease(Program& program, const Drag& drag) {
+    clipboard_.restart();
+    files_.restart();
+    screen_.drain();
+    const double cpuBefore = usageOf(program.process()).cpu;
+    const double begin = input_.releaseButton().send();
+    if (program.delivery() == Program::Delivery::none) {
+        return;
+    }
+    const bool isDelivered = watchUntil(
+        watches(program), [this] { return files_.closedAt() && clipboard_.receivedAt(); }, limit);
+    if (!isDelivered) {
+        samples_.remark(program.name(), "the picture was not delivered completely");
+    }
+    rest(pause);
+    const std::string& who = program.name();
+    samples_.addSpan(who, "release to file closed " + drag.label, begin, files_.closedAt());
+    samples_.addSpan(who, "release to clipboard owned " + drag.label, begin, clipboard_.ownedAt());
+    samples_.addSpan(who, "release to image/png received " + drag.label, begin,
+                     clipboard_.receivedAt());
+    samples_.add(who, "cpu from release " + drag.label, usageOf(program.process()).cpu - cpuBefore);
+    samples_.add(who, "bytes " + drag.label, static_cast<double>(files_.size()));
+}
+
+void OverlaySession::dismiss() {
+    constexpr int attempts = 20;
+    for (int attempt = 0; attempt < attempts && screen_.isMapped(); ++attempt) {
+        input_.press(key::escape).release(key::escape).send();
+        rest(pause);
+    }
+}
+
+}  // namespace latency

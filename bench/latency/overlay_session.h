@@ -1,0 +1,59 @@
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "latency/busy_desktop.h"
+#include "latency/clipboard_watch.h"
+#include "latency/file_watch.h"
+#include "latency/input_burst.h"
+#include "latency/lumaframe_program.h"
+#include "latency/program.h"
+#include "latency/samples.h"
+#include "latency/screen_watch.h"
+
+namespace latency {
+
+/// The region that is dragged: native pixels, from the top left.
+struct Drag {
+    /// Part of the names of the quantities.
+    std::string label;
+    desktop::Place from;
+    desktop::Place to;
+};
+
+/// Takes one program through its overlay and puts down how long each step took.
+class OverlaySession {
+  public:
+    OverlaySession(BusyDesktop& desktop, Samples& samples);
+
+    /// Opens the overlay and closes it again; `label` says which opening it was ("first"). False
+    /// when it did not come.
+    bool open(Program& program, const std::string& label);
+    /// Opens it, drags and releases. With `Motions::measured` the processor time of a motion is
+    /// taken too, for which the pointer moves at the pace of a hand.
+    enum class Motions { few, measured };
+    bool capture(Program& program, const Drag& drag, Motions motions);
+    /// As `capture`, but nothing is put down: waits until the picture was delivered.
+    bool captureQuickly(Program& program, const Drag& drag);
+    /// Selects text to be recognised; does not wait for it.
+    bool recognize(LumaframeProgram& program, const Drag& drag);
+
+  private:
+    bool waitForOverlay(Program& program);
+    bool selectWhenMapped(Program& program, const Drag& drag);
+    void measureFirstDrag(Program& program, const Drag& drag);
+    void measureMotions(Program& program, const Drag& drag);
+    void measureRelease(Program& program, const Drag& drag);
+    void dismiss();
+    [[nodiscard]] std::vector<Watch*> watches(Program& program);
+
+    BusyDesktop& desktop_;
+    Samples& samples_;
+    InputBurst input_;
+    ScreenWatch screen_;
+    ClipboardWatch clipboard_;
+    FileWatch files_;
+};
+
+}  // namespace latency
