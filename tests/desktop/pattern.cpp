@@ -32,6 +32,22 @@ Picture gradient(int width, int height) {
 }
 
 xcb_pixmap_t upload(const XClient& client, const Picture& picture) {
+    if (client.screen().root_depth != deepScreen) {
+        return uploadPixels(client, picture);
+    }
+    Picture raw = picture;
+    for (std::uint32_t& pixel : raw.pixels) {
+        std::uint32_t deep = 0;
+        for (const unsigned shift : {16U, 8U, 0U}) {
+            const std::uint32_t color = pixel >> shift & 0xffU;
+            deep = deep << 10U | color << 2U | color >> 6U;
+        }
+        pixel = deep;
+    }
+    return uploadPixels(client, raw);
+}
+
+xcb_pixmap_t uploadPixels(const XClient& client, const Picture& picture) {
     const xcb_pixmap_t pixmap = xcb_generate_id(client.get());
     const xcb_gcontext_t context = xcb_generate_id(client.get());
     const auto width = static_cast<std::uint16_t>(picture.width);

@@ -11,8 +11,11 @@ namespace desktop {
 /// give two pictures that look nowhere alike.
 Picture pattern(int width, int height, std::uint32_t seed);
 
-/// The picture as a pixmap of the server, of the screen's depth. The caller frees it.
+/// The picture as a pixmap of the server, of the screen's depth. The caller frees it. On a screen
+/// of 30 bits the two lower bits of each colour repeat its upper ones.
 xcb_pixmap_t upload(const XClient& client, const Picture& picture);
+/// The same with pixels as the screen has them.
+xcb_pixmap_t uploadPixels(const XClient& client, const Picture& raw);
 
 /// A calm picture for people to look at: a gradient from the top to the bottom.
 Picture gradient(int width, int height);

@@ -60,7 +60,12 @@ Picture readDrawable(const XClient& client, xcb_drawable_t drawable, int x, int 
     picture.pixels.resize(static_cast<std::size_t>(width) * static_cast<std::size_t>(height));
     std::memcpy(picture.pixels.data(), xcb_get_image_data(reply.get()),
                 picture.pixels.size() * sizeof(std::uint32_t));
+    const bool isDeep = client.screen().root_depth == deepScreen;
     for (std::uint32_t& pixel : picture.pixels) {
+        if (isDeep) {
+            pixel = (pixel >> 22U & 0xffU) << 16U | (pixel >> 12U & 0xffU) << 8U |
+                    (pixel >> 2U & 0xffU);
+        }
         pixel |= 0xff000000U;
     }
     return picture;

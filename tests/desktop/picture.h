@@ -28,7 +28,11 @@ struct Picture {
 /// "equal", or what is different and where first: the message of a failed comparison.
 std::string difference(const Picture& expected, const Picture& actual);
 
-/// What the screen shows (root window, children included), opaque. The pointer is not in it.
+/// Bits of a pixel of a screen with ten for each colour.
+inline constexpr int deepScreen = 30;
+
+/// What the screen shows (root window, children included), opaque; of deeper colours the upper
+/// eight bits. The pointer is not in it.
 Picture readScreen(const XClient& client, int x, int y, int width, int height);
 Picture readScreen(const XClient& client);
 /// A part of a window or pixmap, in its own coordinates.

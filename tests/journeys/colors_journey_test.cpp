@@ -10,6 +10,7 @@
 
 #include "desktop/color_profile.h"
 #include "journeys/desktops_table.h"
+#include "journeys/overlay_colors.h"
 #include "journeys/session.h"
 
 namespace journeys {
@@ -77,7 +78,7 @@ struct TestCard {
 /// Shows `picture`, whose pixels are the screen's own, as a window that no manager touches.
 xcb_window_t show(const desktop::XClient& client, const Picture& picture, Place place) {
     const xcb_window_t window = xcb_generate_id(client.get());
-    const xcb_pixmap_t pixmap = desktop::upload(client, picture);
+    const xcb_pixmap_t pixmap = desktop::uploadPixels(client, picture);
     const std::uint32_t values[] = {pixmap, 1};
     xcb_create_window(client.get(), XCB_COPY_FROM_PARENT, window, client.root(),
                       static_cast<std::int16_t>(place.x), static_cast<std::int16_t>(place.y),
@@ -134,6 +135,52 @@ TEST_P(TestCards, come_out_of_the_file_as_the_screen_has_them) {
     EXPECT_EQ(difference(card.expected, session.clipboardPicture().picture), "equal");
     EXPECT_EQ(png.bitDepth, 8);
     EXPECT_THAT(png.chunks, Contains("sRGB"));
+}
+
+TEST_P(TestCards, come_out_of_a_window_as_the_screen_has_them) {
+    const auto [bits, compositor] = GetParam();
+    const TableRow row(
+        TableGroup::colors,
+        {.setUp = "A screen of " + std::to_string(bits) + " bits" +
+                  (compositor == desktop::Compositor::none ? "" : ", with a compositor"),
+         .tested = "highlight and picture of a window in which every pixel is different",
+         .result = bits == 24 ? "exact" : "the upper eight bits of each colour, exact"});
+    Session session({.outputs = {{0, 0, 1280, 800}}, .depth = bits, .compositor = compositor});
+    session.writeSettings({{"captureShadows", false}});
+    session.start();
+    desktop::TestWindow window(session.desktop().displayName(),
+                               {.x = 200,
+                                .y = 150,
+                                .width = 500,
+                                .height = 300,
+                                .decoration = desktop::TestWindowOptions::Decoration::none});
+    window.focus();
+    session.waitUntilStill();
+    session.openOverlay();
+    std::size_t before = session.mark();
+    session.input().moveTo({300, 200});
+    session.input().tap(key::space);
+    session.program().waitForLine(line::toggled, before);
+    session.require("The highlight", [&] {
+        const Picture shown = session.screen({200, 150, 500, 300});
+        for (std::size_t index = 0; index < shown.pixels.size(); ++index) {
+            if (!isHighlighted(shown.pixels[index], window.picture().pixels[index])) {
+                return false;
+            }
+        }
+        return isDimmed(session.screen({199, 150, 1, 1}).pixels[0],
+                        session.wallpaper().at(199, 150));
+    });
+    desktop::writePng(
+        Session::pictureFile("highlight-" + std::to_string(bits) +
+                             (compositor == desktop::Compositor::none ? "" : "-live")),
+        desktop::readScreen(session.desktop().client()));
+    before = session.mark();
+    session.input().pressButton();
+    session.input().releaseButton();
+    const auto png =
+        desktop::decodePng(desktop::readFile(session.waitForLine(line::saved, before)));
+    EXPECT_EQ(difference(window.picture(), png.picture), "equal");
 }
 
 class Profiles : public testing::Test {

@@ -122,7 +122,8 @@ TEST_P(Scales, every_drag_gives_native_pixels_and_the_label_is_as_large_as_its_p
         {.setUp = "One display at " + std::string(factor) + " (Xft.dpi " +
                   std::to_string(GetParam() * 96 / 100) + ")",
          .tested = "overlay frame, pixels of drags to any corner and around a centre, pixels per "
-                   "metre, height of the label's letters, pixels given to the recognition"});
+                   "metre, height of the label's letters, pixels given to the recognition",
+         .result = "exact; digits of 6.5 to 8.5 points"});
     auto& input = session.input();
     checkDrag({101, 53, 611, 401}, [&] { input.drag({101, 53}, {712, 454}); });
     checkDrag({111, 222, 222, 555}, [&] { input.drag({333, 777}, {111, 222}); });

@@ -5,6 +5,8 @@
 #include <algorithm>
 #include <utility>
 
+#include "platform/x11/native_region.h"
+
 namespace platform::x11 {
 
 namespace {
@@ -47,6 +49,8 @@ MonitorReader::MonitorReader(Connection& connection) : connection_(connection) {
 }
 
 void MonitorReader::ask() {
+    // Asked for each time: the connection only knows how large the screen was at the start.
+    screenSequence_ = xcb_get_geometry(connection_.get(), connection_.root()).sequence;
     switch (support_) {
         case Support::none:
             break;
@@ -73,8 +77,14 @@ std::vector<Monitor> MonitorReader::read() {
             monitors = readMonitors();
             break;
     }
-    if (monitors.empty()) {
-        monitors = wholeScreen();
+    if (const auto screen = readScreenSize()) {
+        for (Monitor& monitor : monitors) {
+            monitor.native = intersection(monitor.native, *screen);
+        }
+        std::erase_if(monitors, [](const Monitor& monitor) { return monitor.native.isEmpty(); });
+        if (monitors.empty()) {
+            monitors = {{connection_.root(), "screen", *screen, DisplayRole::primary, 0}};
+        }
     }
     return mergeMirrored(std::move(monitors));
 }
@@ -147,15 +157,13 @@ std::vector<Monitor> MonitorReader::readControllers() {
     return monitors;
 }
 
-std::vector<Monitor> MonitorReader::wholeScreen() const {
-    // Asked for: the connection only knows how large the screen was when the program started.
-    const Reply<xcb_get_geometry_reply_t> root(xcb_get_geometry_reply(
-        connection_.get(), xcb_get_geometry(connection_.get(), connection_.root()), nullptr));
+std::optional<NativeRect> MonitorReader::readScreenSize() {
+    const Reply<xcb_get_geometry_reply_t> root(
+        xcb_get_geometry_reply(connection_.get(), {screenSequence_}, nullptr));
     if (!root) {
-        return {};
+        return std::nullopt;
     }
-    return {
-        {connection_.root(), "screen", {0, 0, root->width, root->height}, DisplayRole::primary, 0}};
+    return NativeRect{0, 0, root->width, root->height};
 }
 
 std::vector<Monitor> mergeMirrored(std::vector<Monitor> monitors) {

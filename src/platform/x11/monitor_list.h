@@ -2,6 +2,7 @@
 
 #include <cstdint>
 #include <map>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -31,7 +32,8 @@ class MonitorReader {
     [[nodiscard]] bool hasRandr() const { return support_ != Support::none; }
     /// Sends the question; `read` must follow exactly once.
     void ask();
-    /// The monitors that show something, mirrored ones merged, in the server's order.
+    /// The monitors that show something, mirrored ones merged, in the server's order; what a
+    /// monitor that somebody has defined claims beyond the screen is not there.
     [[nodiscard]] std::vector<Monitor> read();
 
   private:
@@ -39,13 +41,15 @@ class MonitorReader {
 
     [[nodiscard]] std::vector<Monitor> readMonitors();
     [[nodiscard]] std::vector<Monitor> readControllers();
-    [[nodiscard]] std::vector<Monitor> wholeScreen() const;
+    /// Nothing when the server does not answer.
+    [[nodiscard]] std::optional<NativeRect> readScreenSize();
     [[nodiscard]] const std::string& nameOf(xcb_atom_t atom);
 
     Connection& connection_;
     Support support_ = Support::none;
     /// Of the question that is under way.
     unsigned int sequence_ = 0;
+    unsigned int screenSequence_ = 0;
     /// An atom keeps its name for as long as the server runs.
     std::map<xcb_atom_t, std::string> names_;
 };

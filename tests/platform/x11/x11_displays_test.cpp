@@ -161,6 +161,19 @@ TEST(X11Displays, without_any_monitor_the_screen_as_it_is_now_is_one_display) {
     rig.turn();
 }
 
+TEST(X11Displays, what_a_monitor_claims_beyond_the_screen_is_not_there) {
+    DisplaysRig rig({{0, 0, 1024, 768}, {1024, 0, 800, 600}});
+    rig.desktop.server().configure(
+        {"--setmonitor", "BEYOND", "900/300x900/300+1024+200", "DUMMY1"});
+    rig.desktop.server().configure({"--setmonitor", "FAR", "900/300x900/300+5000+200", "none"});
+    const auto& displays = rig.displays.readLayout().displays();
+    ASSERT_EQ(displays.size(), 2U);
+    EXPECT_EQ(displays[0].native, (NativeRect{0, 0, 1024, 768}));
+    EXPECT_EQ(displays[1].native, (NativeRect{1024, 200, 800, 568}));
+    EXPECT_EQ(displays[1].name, "BEYOND");
+    rig.turn();
+}
+
 TEST(X11Displays, mirrored_outputs_are_one_display) {
     DisplaysRig rig({{0, 0, 1024, 768}, {0, 0, 1024, 768}});
     ASSERT_EQ(rig.displays.screens().size(), 1U);
