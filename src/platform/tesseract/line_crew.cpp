@@ -14,8 +14,12 @@ namespace {
 
 using Clock = std::chrono::steady_clock;
 
-/// What is foreseen before this part of the time has gone is only a guess: other work may end.
-constexpr int forecastShare = 5;
+/// What is foreseen before this has gone is only a guess: other work may end. A fifth of the time,
+/// or three seconds where that is more, as long as time is left.
+std::chrono::milliseconds guessing(std::chrono::milliseconds limit) {
+    constexpr std::chrono::milliseconds busyMachine{3000};
+    return std::max(limit / 5, std::min(limit * 2 / 3, busyMachine));
+}
 
 /// The lines that are still to be read, the longest first, so that both threads end together.
 class LineQueue {
@@ -44,7 +48,7 @@ class LineQueue {
     /// Whether all of it will have taken longer than it may.
     [[nodiscard]] bool foresees() const {
         const auto elapsed = Clock::now() - start_;
-        return elapsed > limit_ / forecastShare && next_ < order_.size() && begun_ > 0 &&
+        return elapsed > guessing(limit_) && next_ < order_.size() && begun_ > 0 &&
                std::chrono::duration<double>(elapsed).count() * whole_ / begun_ >
                    std::chrono::duration<double>(limit_).count();
     }

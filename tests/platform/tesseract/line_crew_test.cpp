@@ -130,6 +130,22 @@ TEST(LineCrew, one_slow_line_gives_no_page_up) {
     EXPECT_EQ(readings.value().size(), lengths.size());
 }
 
+TEST(LineCrew, a_second_in_which_other_work_comes_first_gives_no_page_up) {
+    const auto crew = crewOf(CrewSize::one);
+    ASSERT_NE(crew, nullptr);
+    const auto readings = crew->readAll(
+        std::vector<double>(1000, 10),
+        [](LineReader& reader, std::size_t index) {
+            const auto start = std::chrono::steady_clock::now();
+            while (index == 0 &&
+                   std::chrono::steady_clock::now() - start < std::chrono::seconds(1)) {
+            }
+            return numbered(reader, index);
+        },
+        std::chrono::milliseconds(4500));
+    ASSERT_TRUE(readings) << readings.error().sentence;
+}
+
 /// Leaves with 0 when all went well.
 [[noreturn]] void loadAnotherWhenConfined() {
     const auto reader = LineReader::create({"deu", "eng"});
