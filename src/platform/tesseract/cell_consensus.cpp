@@ -29,6 +29,8 @@ constexpr double highestCost = 0.6;
 
 /// For a tall shape that was read as a dash or a dot.
 constexpr double contradictedShape = 1;
+/// In letter heights.
+constexpr double tallShape = 0.6;
 
 bool isSmallMark(const std::string& character) {
     static const std::array<std::string, 9> marks{"-", "—", "–", ".", ",", "_", "'", "~", "·"};
@@ -59,6 +61,90 @@ double costOfLeavingOut(const std::string& shown) {
 double costOfAdding(const std::string& read) {
     return read == " " ? 0.4 : 1.2;
 }
+
+/// What the page shows at one place.
+struct ShownCharacter {
+    /// Empty for a cell whose shape says nothing.
+    std::string text;
+    /// Null for a space.
+    const GlyphShape* shape = nullptr;
+    bool isTall = false;
+};
+
+/// The cheapest way to turn what was read into what is shown (edit distance, Wagner and Fischer
+/// 1974).
+class CellAlignment {
+  public:
+    CellAlignment(const std::vector<ShownCharacter>& shown, const std::vector<std::string>& read)
+        : shown_(shown),
+          read_(read),
+          columns_(read.size() + 1),
+          costs_((shown.size() + 1) * columns_, std::numeric_limits<double>::max()),
+          steps_(costs_.size(), Step::both) {
+        costs_[0] = 0;
+        for (std::size_t row = 0; row <= shown.size(); ++row) {
+            for (std::size_t column = 0; column <= read.size(); ++column) {
+                reach(row, column);
+            }
+        }
+    }
+
+    [[nodiscard]] double cost() const { return costs_.back(); }
+
+    /// Which shown characters are which of those that were read, from the last to the first.
+    [[nodiscard]] std::vector<std::pair<std::size_t, std::size_t>> pairs() const {
+        std::vector<std::pair<std::size_t, std::size_t>> pairs;
+        std::size_t row = shown_.size();
+        std::size_t column = read_.size();
+        while (row > 0 || column > 0) {
+            const Step step = steps_[row * columns_ + column];
+            row -= step != Step::characterOnly ? 1 : 0;
+            column -= step != Step::cellOnly ? 1 : 0;
+            if (step == Step::both) {
+                pairs.emplace_back(row, column);
+            }
+        }
+        return pairs;
+    }
+
+  private:
+    enum class Step : std::uint8_t { both, cellOnly, characterOnly };
+
+    void reach(std::size_t row, std::size_t column) {
+        const std::size_t place = row * columns_ + column;
+        if (row > 0) {
+            offer(place, costs_[place - columns_] + costOfLeavingOut(shown_[row - 1].text),
+                  Step::cellOnly);
+        }
+        if (column > 0) {
+            offer(place, costs_[place - 1] + costOfAdding(read_[column - 1]), Step::characterOnly);
+        }
+        if (row > 0 && column > 0) {
+            offer(place, costs_[place - columns_ - 1] + costOfPair(row - 1, column - 1),
+                  Step::both);
+        }
+    }
+
+    void offer(std::size_t place, double cost, Step step) {
+        if (cost < costs_[place]) {
+            costs_[place] = cost;
+            steps_[place] = step;
+        }
+    }
+
+    [[nodiscard]] double costOfPair(std::size_t row, std::size_t column) const {
+        const ShownCharacter& shown = shown_[row];
+        const bool isContradicted =
+            shown.text.empty() && shown.isTall && isSmallMark(read_[column]);
+        return isContradicted ? contradictedShape : costOfReading(shown.text, read_[column]);
+    }
+
+    const std::vector<ShownCharacter>& shown_;
+    const std::vector<std::string>& read_;
+    std::size_t columns_;
+    std::vector<double> costs_;
+    std::vector<Step> steps_;
+};
 
 }  // namespace
 
@@ -181,77 +267,32 @@ std::optional<std::string> CellConsensus::characterOf(const Cell& cell) const {
 }
 
 std::optional<std::vector<std::string>> CellConsensus::align(const Line& line) const {
-    enum class Step : std::uint8_t { both, cellOnly, characterOnly };
-    // What the page shows: an empty string is a cell whose shape says nothing.
-    std::vector<std::string> shown;
-    std::vector<const GlyphShape*> shapes;
+    std::vector<ShownCharacter> shown;
     for (const Cell& cell : line.cells) {
         if (cell.isAfterSpace) {
-            shown.emplace_back(" ");
-            shapes.push_back(nullptr);
+            shown.push_back({" ", nullptr, false});
         }
-        shown.push_back(characterOf(cell).value_or(""));
-        shapes.push_back(&cell.shape);
+        shown.push_back({characterOf(cell).value_or(""), &cell.shape,
+                         heightOf(cell.shape) >= tallShape * letterHeight_});
     }
-    const std::size_t rows = shown.size() + 1;
-    const std::size_t columns = line.characters.size() + 1;
-    std::vector<double> costs(rows * columns, std::numeric_limits<double>::max());
-    std::vector<Step> steps(rows * columns, Step::both);
-    costs[0] = 0;
-    const auto offer = [&](std::size_t place, double cost, Step step) {
-        if (cost < costs[place]) {
-            costs[place] = cost;
-            steps[place] = step;
-        }
-    };
-    for (std::size_t row = 0; row < rows; ++row) {
-        for (std::size_t column = 0; column < columns; ++column) {
-            const std::size_t place = row * columns + column;
-            if (row > 0) {
-                offer(place, costs[place - columns] + costOfLeavingOut(shown[row - 1]),
-                      Step::cellOnly);
-            }
-            if (column > 0) {
-                offer(place, costs[place - 1] + costOfAdding(line.characters[column - 1]),
-                      Step::characterOnly);
-            }
-            if (row > 0 && column > 0) {
-                const std::string& read = line.characters[column - 1];
-                const bool isContradicted = shown[row - 1].empty() && isSmallMark(read) &&
-                                            heightOf(*shapes[row - 1]) >= 0.6 * letterHeight_;
-                const double cost =
-                    isContradicted ? contradictedShape : costOfReading(shown[row - 1], read);
-                offer(place, costs[place - columns - 1] + cost, Step::both);
-            }
-        }
+    std::vector<std::string> characters;
+    for (const ShownCharacter& character : shown) {
+        characters.push_back(character.text);
     }
-    if (std::find(shown.begin(), shown.end(), "") == shown.end()) {
-        return shown;
+    if (std::find(characters.begin(), characters.end(), "") == characters.end()) {
+        return characters;
     }
-    if (costs.back() > highestCost * static_cast<double>(line.cells.size())) {
+    const CellAlignment alignment(shown, line.characters);
+    if (alignment.cost() > highestCost * static_cast<double>(line.cells.size())) {
         return std::nullopt;
     }
-    std::vector<std::string> characters(shown);
-    std::size_t row = shown.size();
-    std::size_t column = line.characters.size();
-    while (row > 0 || column > 0) {
-        switch (steps[row * columns + column]) {
-            case Step::both:
-                --row;
-                --column;
-                if (characters[row].empty() && line.characters[column] != " ") {
-                    characters[row] = line.characters[column];
-                }
-                if (shapes[row] != nullptr && isQuotationMark(characters[row])) {
-                    characters[row] = quotationMarkOf(characters[row], *shapes[row]);
-                }
-                break;
-            case Step::cellOnly:
-                --row;
-                break;
-            case Step::characterOnly:
-                --column;
-                break;
+    for (const auto& [place, read] : alignment.pairs()) {
+        std::string& character = characters[place];
+        if (character.empty() && line.characters[read] != " ") {
+            character = line.characters[read];
+        }
+        if (shown[place].shape != nullptr && isQuotationMark(character)) {
+            character = quotationMarkOf(character, *shown[place].shape);
         }
     }
     return characters;

@@ -229,11 +229,9 @@ bool GlyphFilter::isEdgeOfSurfaces(const Component& component) const {
     const Run* first = components_.runsBegin(component);
     const Color one = colors.at(first->left, first->y);
     int onOther = 0;
-    Color other = one;
     for (const Run* run = first; run != components_.runsEnd(component); ++run) {
         for (int x = run->left; x < run->right; ++x) {
             if (distance(colors.at(x, run->y), one) > differentSurfaces) {
-                other = colors.at(x, run->y);
                 ++onOther;
             }
         }
@@ -242,22 +240,9 @@ bool GlyphFilter::isEdgeOfSurfaces(const Component& component) const {
         secondSurfaceShare * component.pixelCount) {
         return false;
     }
-    // Letters may well stand on two surfaces, in a colour of their own.
-    const bool isLetterSized =
-        component.box.height() < 2.2 * letterHeight_ && component.box.width() < 2.2 * letterHeight_;
-    return !isLetterSized || isBlend(component, one, other);
-}
-
-bool GlyphFilter::isBlend(const Component& component, Color one, Color other) const {
-    long detour = 0;
-    for (const auto* run = components_.runsBegin(component); run != components_.runsEnd(component);
-         ++run) {
-        for (int x = run->left; x < run->right; ++x) {
-            const Color color = page_.at(x, run->y);
-            detour += distance(color, one) + distance(color, other);
-        }
-    }
-    return static_cast<double>(detour) < 1.5 * distance(one, other) * component.pixelCount;
+    // Letters may well stand on two surfaces.
+    return component.box.height() >= 2.2 * letterHeight_ ||
+           component.box.width() >= 2.2 * letterHeight_;
 }
 
 }  // namespace platform::tesseract

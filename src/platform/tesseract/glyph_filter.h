@@ -41,8 +41,6 @@ class GlyphFilter {
 
     [[nodiscard]] bool isBlurred(const Component& component) const;
 
-    [[nodiscard]] bool isBlend(const Component& component, Color one, Color other) const;
-
     const ColorPlane& page_;
     const InkPlane& ink_;
     const Mask& mask_;

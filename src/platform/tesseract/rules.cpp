@@ -97,45 +97,50 @@ void Rules::findUpright(const Mask& mask, double letterHeight, double capitalHei
 }
 
 void Rules::removeFrom(Mask& mask, InkPlane& ink) const {
-    Mask removed(mask.width(), mask.height());
+    Plane<Removal> removals = marked(mask.width(), mask.height());
     const Mask before = mask;
-    for (const Box& rule : lying_) {
-        for (int x = rule.left; x < rule.right; ++x) {
-            removed.at(x, rule.top) = 1;
+    for (int y = 0; y < mask.height(); ++y) {
+        for (int x = 0; x < mask.width(); ++x) {
+            Removal& removal = removals.at(x, y);
+            if (removal == Removal::lying && isCrossed(before, removals, x, y)) {
+                removal = Removal::crossed;
+            } else if (removal != Removal::none) {
+                mask.at(x, y) = 0;
+                ink.at(x, y) = 0;
+            }
         }
+    }
+    removeCrumbs(removals, mask, ink);
+}
+
+Plane<Rules::Removal> Rules::marked(int width, int height) const {
+    Plane<Removal> removals(width, height);
+    for (const Box& rule : lying_) {
+        std::fill(removals.row(rule.top) + rule.left, removals.row(rule.top) + rule.right,
+                  Removal::lying);
     }
     for (const Box& rule : upright_) {
         for (int y = rule.top; y < rule.bottom; ++y) {
-            removed.at(rule.left, y) = 2;
+            removals.at(rule.left, y) = Removal::upright;
         }
     }
-    const auto erase = [&](int x, int y) {
-        mask.at(x, y) = 0;
-        ink.at(x, y) = 0;
-    };
-    for (int y = 0; y < mask.height(); ++y) {
-        for (int x = 0; x < mask.width(); ++x) {
-            if (removed.at(x, y) == 0) {
-                continue;
-            }
-            if (removed.at(x, y) == 1) {
-                int top = y;
-                int bottom = y;
-                while (top > 0 && removed.at(x, top) == 1) {
-                    --top;
-                }
-                while (bottom + 1 < mask.height() && removed.at(x, bottom) == 1) {
-                    ++bottom;
-                }
-                if (isSet(before, x, top) && removed.at(x, top) == 0 && isSet(before, x, bottom) &&
-                    removed.at(x, bottom) == 0) {
-                    removed.at(x, y) = 3;
-                    continue;
-                }
-            }
-            erase(x, y);
-        }
+    return removals;
+}
+
+bool Rules::isCrossed(const Mask& mask, const Plane<Removal>& removals, int x, int y) {
+    int top = y;
+    int bottom = y;
+    while (top > 0 && removals.at(x, top) == Removal::lying) {
+        --top;
     }
+    while (bottom + 1 < mask.height() && removals.at(x, bottom) == Removal::lying) {
+        ++bottom;
+    }
+    return isSet(mask, x, top) && removals.at(x, top) == Removal::none && isSet(mask, x, bottom) &&
+           removals.at(x, bottom) == Removal::none;
+}
+
+void Rules::removeCrumbs(const Plane<Removal>& removals, Mask& mask, InkPlane& ink) const {
     const ConnectedComponents rest(mask);
     for (const Component& component : rest.all()) {
         const int longer = std::max(component.box.width(), component.box.height());
@@ -143,23 +148,30 @@ void Rules::removeFrom(Mask& mask, InkPlane& ink) const {
         if (longer > (isThin ? arc : crumb) * letterHeight_) {
             continue;
         }
-        bool hung = false;
-        for (const auto* run = rest.runsBegin(component); run != rest.runsEnd(component); ++run) {
-            for (int y = std::max(0, run->y - 1); y <= std::min(mask.height() - 1, run->y + 1);
-                 ++y) {
-                for (int x = std::max(0, run->left - 1);
-                     x <= std::min(mask.width() - 1, run->right); ++x) {
-                    hung |= removed.at(x, y) != 0;
-                }
-            }
-        }
-        for (const auto* run = rest.runsBegin(component); hung && run != rest.runsEnd(component);
-             ++run) {
-            for (int x = run->left; x < run->right; ++x) {
-                erase(x, run->y);
+        const Run* begin = rest.runsBegin(component);
+        const Run* end = rest.runsEnd(component);
+        if (std::any_of(begin, end, [&](const Run& run) { return hangsOn(removals, run); })) {
+            for (const Run* run = begin; run != end; ++run) {
+                std::fill(mask.row(run->y) + run->left, mask.row(run->y) + run->right,
+                          std::uint8_t{0});
+                std::fill(ink.row(run->y) + run->left, ink.row(run->y) + run->right,
+                          std::uint8_t{0});
             }
         }
     }
+}
+
+bool Rules::hangsOn(const Plane<Removal>& removals, const Run& run) {
+    const int left = std::max(0, run.left - 1);
+    const int right = std::min(removals.width(), run.right + 1);
+    for (int y = std::max(0, run.y - 1); y <= std::min(removals.height() - 1, run.y + 1); ++y) {
+        const Removal* row = removals.row(y);
+        if (std::any_of(row + left, row + right,
+                        [](Removal removal) { return removal != Removal::none; })) {
+            return true;
+        }
+    }
+    return false;
 }
 
 }  // namespace platform::tesseract

@@ -2,6 +2,7 @@
 
 #include <vector>
 
+#include "platform/tesseract/connected_components.h"
 #include "platform/tesseract/page_planes.h"
 
 namespace platform::tesseract {
@@ -24,8 +25,15 @@ class Rules {
     [[nodiscard]] bool isEmpty() const { return upright_.empty() && lying_.empty(); }
 
   private:
+    /// What happens to a pixel: of a rule it goes, but for a lying one that a stroke crosses.
+    enum class Removal : std::uint8_t { none, lying, upright, crossed };
+
     void findLying(const Mask& mask, double letterHeight);
     void findUpright(const Mask& mask, double letterHeight, double capitalHeight);
+    [[nodiscard]] Plane<Removal> marked(int width, int height) const;
+    static bool isCrossed(const Mask& mask, const Plane<Removal>& removals, int x, int y);
+    void removeCrumbs(const Plane<Removal>& removals, Mask& mask, InkPlane& ink) const;
+    static bool hangsOn(const Plane<Removal>& removals, const Run& run);
 
     double letterHeight_;
     std::vector<Box> lying_;

@@ -65,6 +65,26 @@ DrawnLetters listOfFiles(Color signs) {
     return drawn;
 }
 
+/// Words of four letters, as many as `words`, and in front of them a block twice as high that
+/// stands on their baseline.
+DrawnLetters blockBesideWords(int words) {
+    DrawnLetters drawn(300, 100);
+    drawn.draw({10, 10, 30, 30});
+    for (int word = 0; word < words; ++word) {
+        drawn.write(40 + 50 * word, 30, 4);
+    }
+    return drawn;
+}
+
+/// How many glyphs the filter leaves of each row.
+std::vector<std::size_t> countsWithoutIcons(const DrawnLetters& drawn) {
+    std::vector<std::size_t> counts;
+    for (const TextLine& row : withoutIcons(drawn)) {
+        counts.push_back(row.glyphsFromLeft().size());
+    }
+    return counts;
+}
+
 }  // namespace
 
 TEST(GlyphFilter, an_empty_frame_is_no_glyph_and_a_drawn_letter_is) {
@@ -132,12 +152,12 @@ TEST(GlyphFilter, the_edge_between_two_surfaces_is_no_glyph) {
     EXPECT_EQ(page.others(), 1);
 }
 
-TEST(GlyphFilter, a_letter_on_two_surfaces_has_a_color_of_its_own) {
+TEST(GlyphFilter, a_letter_may_stand_on_two_surfaces_and_what_is_longer_is_their_edge) {
     LetterPage page;
     page.drawSurface({0, 100, 300, 140}, paleBlue);
-    page.draw({40, 95, 46, 105}, {218, 228, 248});
-    EXPECT_EQ(page.others(), 0) << "a blend of both";
     page.draw({80, 95, 86, 105});
+    EXPECT_EQ(page.others(), 1);
+    page.draw({120, 99, 160, 101}, {218, 228, 248});
     EXPECT_EQ(page.others(), 1);
 }
 
@@ -155,6 +175,23 @@ TEST(IconFilter, signs_of_the_texts_color_in_a_column_of_icons_may_be_letters) {
         glyphs += row.glyphsFromLeft().size();
     }
     EXPECT_EQ(glyphs, 5U * 8 + 3);
+}
+
+TEST(IconFilter, what_is_much_larger_than_the_words_beside_it_is_an_icon) {
+    EXPECT_EQ(countsWithoutIcons(blockBesideWords(2)), (std::vector<std::size_t>{8}));
+    EXPECT_EQ(countsWithoutIcons(blockBesideWords(1)), (std::vector<std::size_t>{5}))
+        << "beside a single word it may be its first letter";
+}
+
+TEST(IconFilter, what_touches_a_large_icon_within_its_columns_is_a_piece_of_it) {
+    DrawnLetters touching = blockBesideWords(2);
+    touching.draw({16, 32, 24, 42});
+    touching.write(40, 42, 4);
+    EXPECT_EQ(countsWithoutIcons(touching), (std::vector<std::size_t>{8, 4}));
+    DrawnLetters apart = blockBesideWords(2);
+    apart.draw({16, 42, 24, 52});
+    apart.write(40, 52, 4);
+    EXPECT_EQ(countsWithoutIcons(apart), (std::vector<std::size_t>{8, 5}));
 }
 
 TEST(IconFilter, an_arrow_that_stands_alone_is_an_icon) {
