@@ -101,11 +101,12 @@ TEST_F(OddDisplays, none_at_all_make_the_screen_one_display) {
 
 TEST_F(OddDisplays, with_scales_that_make_no_sense_have_whole_overlays_and_pictures) {
     const TableRow row(TableGroup::scales,
-                       {.setUp = "Scale factors that are no numbers, 0, negative or for displays "
-                                 "that are not there",
+                       {.setUp = "Scale factors that are no numbers, 0, negative, below 1 or "
+                                 "for displays that are not there",
                         .tested = "overlay frames, pixels"});
-    for (const char* factors : {"DUMMY0=0;DUMMY1=-3", "nonsense", ";;=;DUMMY0=x",
-                                "DUMMY7=2;VGA-1=3", "DUMMY0=nan;DUMMY1=inf"}) {
+    for (const char* factors :
+         {"DUMMY0=0;DUMMY1=-3", "nonsense", ";;=;DUMMY0=x", "DUMMY7=2;VGA-1=3",
+          "DUMMY0=nan;DUMMY1=inf", "DUMMY0=0.5;DUMMY1=0.75"}) {
         SCOPED_TRACE(factors);
         session->program().end();
         session->start(SettingsWindow::closed, {{"QT_SCREEN_SCALE_FACTORS", factors}});

@@ -17,7 +17,8 @@ namespace platform::x11 {
 /// the properties `_ICC_PROFILE` and `_ICC_PROFILE_n` of the root window. Main thread.
 class X11Displays final : public base::Displays {
   public:
-    /// Native pixels for each point of the monitor with the RandR name.
+    /// Native pixels for each point of the monitor with the RandR name; what is less than 1 or no
+    /// number counts as 1.
     using ScaleOfMonitor = std::function<double(const std::string& monitorName)>;
 
     /// The connection, whose events somebody dispatches, and the main queue outlive it.

@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <cmath>
 #include <map>
 
 #include "desktop/color_profile.h"
@@ -99,8 +100,20 @@ TEST(X11Displays, the_primary_comes_first) {
 
 TEST(X11Displays, a_scale_that_makes_no_sense_is_one) {
     DisplaysRig rig({{0, 0, 1024, 768}});
-    rig.scales[rig.displays.readLayout().displays()[0].name] = 0.0;
-    EXPECT_EQ(rig.displays.screens()[0].backingScaleFactor, 1);
+    const std::string name = rig.displays.readLayout().displays()[0].name;
+    for (const double scale : {0.0, -2.0, std::nan(""), HUGE_VAL}) {
+        rig.scales[name] = scale;
+        EXPECT_EQ(rig.displays.screens()[0].backingScaleFactor, 1) << scale;
+    }
+}
+
+TEST(X11Displays, a_scale_below_one_is_one_since_displays_that_touch_would_overlap) {
+    DisplaysRig rig({{0, 0, 1024, 768}, {1024, 0, 800, 600}});
+    rig.scales = {{"DUMMY0", 0.75}, {"DUMMY1", 0.5}};
+    const auto screens = rig.displays.screens();
+    EXPECT_EQ(screens[0].backingScaleFactor, 1);
+    EXPECT_EQ(screens[1].backingScaleFactor, 1);
+    EXPECT_TRUE(base::intersection(screens[0].frame, screens[1].frame).isEmpty());
 }
 
 TEST(X11Displays, a_change_is_told_once_and_only_when_a_display_really_changed) {
