@@ -140,8 +140,8 @@ std::shared_ptr<const base::ColorSpace> X11Displays::readProfile(ProfileRequest 
 
 double X11Displays::scaleOf(const std::string& monitorName) const {
     const double scale = scaleOfMonitor_(monitorName);
-    // Below 1 a display would be larger in points than in pixels and reach into its neighbours, whose
-    // origins are in pixels; a selection there was taken from the wrong one.
+    // Below 1 a display would be larger in points than in pixels and reach into its neighbours,
+    // whose origins are in pixels; a selection there was taken from the wrong one.
     return std::isfinite(scale) ? std::max(scale, 1.0) : 1.0;
 }
 
