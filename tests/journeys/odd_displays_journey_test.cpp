@@ -35,15 +35,15 @@ class OddDisplays : public testing::Test {
         session->program().waitForLine(line::showSelectionCalled, before);
         session->require("The overlay", [&] { return session->overlayAreas() == areas; });
     }
-    Picture drag(Place from, Place to) {
+    desktop::Png drag(Place from, Place to) {
         const std::size_t before = session->mark();
         session->input().drag(from, to);
         const auto file = session->waitForLine(line::saved, before);
         session->require("The closing of the overlay",
                          [&] { return session->overlayAreas().empty(); });
-        auto picture = desktop::decodePng(desktop::readFile(file)).picture;
+        auto png = desktop::decodePng(desktop::readFile(file));
         std::filesystem::remove(file);
-        return picture;
+        return png;
     }
 
     std::unique_ptr<Session> session;
@@ -58,10 +58,38 @@ TEST_F(OddDisplays, two_that_share_one_output_are_two) {
     const std::vector<Area> areas{{0, 0, 640, 800}, {640, 0, 640, 800}, {1280, 0, 800, 600}};
     for (const int x : {0, 640}) {
         expectOverlays(areas);
-        EXPECT_EQ(
-            difference(session->wallpaper().cut(x, 0, 640, 800), drag({x, 0}, {x + 639, 799})),
-            "equal");
+        EXPECT_EQ(difference(session->wallpaper().cut(x, 0, 640, 800),
+                             drag({x, 0}, {x + 639, 799}).picture),
+                  "equal");
     }
+}
+
+TEST_F(OddDisplays, two_that_share_one_output_have_the_scale_of_all) {
+    const TableRow row(TableGroup::scales,
+                       {.setUp = "2 for everything (QT_SCALE_FACTOR), one output divided with "
+                                 "xrandr --setmonitor before the start and while it runs",
+                        .tested = "pixels and pixels per metre of both halves"});
+    const desktop::Png::Density twice{5669, 5669};
+    const std::vector<Area> areas{{0, 0, 640, 800}, {640, 0, 640, 800}, {1280, 0, 800, 600}};
+    const auto divide = [&] {
+        define({"--setmonitor", "LEFT", "640/160x800/200+0+0", "DUMMY0"});
+        define({"--setmonitor", "RIGHT", "640/160x800/200+640+0", "none"});
+    };
+    const auto check = [&] {
+        for (const int x : {0, 640}) {
+            expectOverlays(areas);
+            const auto png = drag({x, 0}, {x + 639, 799});
+            EXPECT_EQ(difference(session->wallpaper().cut(x, 0, 640, 800), png.picture), "equal");
+            EXPECT_EQ(png.density, twice);
+        }
+    };
+    session->program().end();
+    session->start(SettingsWindow::closed, {{"QT_SCALE_FACTOR", "2"}});
+    divide();
+    check();
+    session->program().end();
+    session->start(SettingsWindow::closed, {{"QT_SCALE_FACTOR", "2"}});
+    check();
 }
 
 TEST_F(OddDisplays, one_that_reaches_beyond_the_screen_is_black_there) {
@@ -94,9 +122,9 @@ TEST_F(OddDisplays, none_at_all_make_the_screen_one_display) {
                        {.setUp = "Every output off", .tested = "overlay frame, pixels"});
     define({"--output", "DUMMY0", "--off", "--output", "DUMMY1", "--off", "--fb", "900x700"});
     expectOverlays({{0, 0, 900, 700}});
-    EXPECT_EQ(
-        difference(session->wallpaper().cut(100, 200, 300, 400), drag({100, 200}, {400, 600})),
-        "equal");
+    EXPECT_EQ(difference(session->wallpaper().cut(100, 200, 300, 400),
+                         drag({100, 200}, {400, 600}).picture),
+              "equal");
 }
 
 TEST_F(OddDisplays, with_scales_that_make_no_sense_have_whole_overlays_and_pictures) {
@@ -112,12 +140,12 @@ TEST_F(OddDisplays, with_scales_that_make_no_sense_have_whole_overlays_and_pictu
         session->start(SettingsWindow::closed, {{"QT_SCREEN_SCALE_FACTORS", factors}});
         const std::vector<Area> areas{{0, 0, 1280, 800}, {1280, 0, 800, 600}};
         expectOverlays(areas);
-        EXPECT_EQ(
-            difference(session->wallpaper().cut(100, 200, 300, 400), drag({100, 200}, {400, 600})),
-            "equal");
+        EXPECT_EQ(difference(session->wallpaper().cut(100, 200, 300, 400),
+                             drag({100, 200}, {400, 600}).picture),
+                  "equal");
         expectOverlays(areas);
         EXPECT_EQ(difference(session->wallpaper().cut(1400, 200, 300, 300),
-                             drag({1400, 200}, {1700, 500})),
+                             drag({1400, 200}, {1700, 500}).picture),
                   "equal");
     }
 }
