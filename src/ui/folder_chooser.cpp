@@ -37,9 +37,9 @@ void chooseFolder(QWidget& parent, const std::string& path,
                              onChosen(chosen.front().toLocalFile().toStdString());
                          }
                      });
-    // Not open(), which is modal to one window only.
-    dialog->setWindowModality(Qt::ApplicationModal);
-    dialog->show();
+    // Modal to the window: a dialog of the system's own that is modal to the program would have to
+    // be waited for in a loop of its own.
+    dialog->open();
 }
 
 }  // namespace ui

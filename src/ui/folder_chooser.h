@@ -6,7 +6,7 @@
 
 namespace ui {
 
-/// Shows the platform's folder dialog, modal to the whole program, and returns at once. `onChosen`
+/// Shows the platform's folder dialog, modal to `parent`'s window, and returns at once. `onChosen`
 /// is called on the main thread with the path of an existing folder when the user has accepted one,
 /// and else never. The dialog shows the folder at `path` first, where there is one, and ends with
 /// `parent` at the latest.

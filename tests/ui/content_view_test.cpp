@@ -214,9 +214,9 @@ class FolderDialog : public ContentView {
     }
 };
 
-TEST_F(FolderDialog, it_is_modal_to_the_program_and_takes_one_existing_or_new_directory) {
+TEST_F(FolderDialog, it_is_modal_to_the_window_and_takes_one_existing_or_new_directory) {
     const QFileDialog& dialog = open(screenshotSavePath);
-    EXPECT_EQ(dialog.windowModality(), Qt::ApplicationModal);
+    EXPECT_EQ(dialog.windowModality(), Qt::WindowModal);
     EXPECT_EQ(dialog.fileMode(), QFileDialog::Directory);
     EXPECT_TRUE(dialog.testOption(QFileDialog::ShowDirsOnly));
     EXPECT_FALSE(dialog.testOption(QFileDialog::ReadOnly)) << "directories may be created";
