@@ -19,6 +19,9 @@ class CapturedImage {
     /// `encoder` must outlive the image.
     CapturedImage(base::Image pixels, base::Size size, ImageEncoder& encoder);
 
+    /// The picture itself; empty once the PNG form exists. For a pasteboard that takes pictures and
+    /// not files.
+    [[nodiscard]] const base::Image& pixels() const { return pixels_; }
     /// In points.
     [[nodiscard]] base::Size size() const { return size_; }
     [[nodiscard]] bool hasPngRepresentation() const { return png_ && png_->hasValue(); }

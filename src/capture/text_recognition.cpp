@@ -36,6 +36,9 @@ std::string notificationBody(const std::string& text) {
 void TextRecognition::performOCR(const base::Image& image) {
     const auto observations = mediator_.recognizer.recognize(image);
     if (!observations) {
+        if (observations.error().kind == base::ErrorKind::notFound) {
+            return;
+        }
         // The line ends the sentence itself.
         std::string reason = observations.error().sentence;
         if (reason.ends_with('.')) {

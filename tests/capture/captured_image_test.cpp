@@ -47,6 +47,14 @@ TEST_F(CapturedImageTest, lets_the_pixels_go_as_soon_as_it_is_encoded) {
     EXPECT_TRUE(pixels.expired());
 }
 
+TEST_F(CapturedImageTest, shows_its_pixels_until_it_is_encoded) {
+    const auto image = captured();
+    EXPECT_EQ(image->pixels().width(), 4);
+    EXPECT_EQ(image->pixels().height(), 2);
+    image->pngRepresentation();
+    EXPECT_TRUE(image->pixels().isEmpty());
+}
+
 TEST_F(CapturedImageTest, an_encoding_that_failed_is_not_tried_again) {
     encoder.error = base::Error{base::ErrorKind::failed, "No."};
     const auto image = captured();

@@ -39,6 +39,15 @@ TEST_F(TextRecognitionTest, a_recogniser_that_cannot_work_is_told_in_one_line) {
                                  "recognize", "log: Unable to perform OCR: there is no engine."}));
 }
 
+TEST_F(TextRecognitionTest, a_recogniser_without_an_answer_is_not_told_and_delivers_nothing) {
+    enableOnly({keys::copyOCRToClipboard, keys::saveOCRToDownloads, keys::showNotifications,
+                keys::playSounds});
+    recognizer.error = base::Error{base::ErrorKind::notFound, "There is no answer."};
+    textRecognition.performOCR(picture(4, 2));
+    queue.runAll();
+    EXPECT_EQ(calls.calls(), std::vector<std::string>{"recognize"});
+}
+
 TEST_F(TextRecognitionTest, a_sentence_that_ends_itself_is_not_ended_twice) {
     recognizer.error = base::Error{base::ErrorKind::unavailable, "There is no engine."};
     textRecognition.performOCR(picture(4, 2));

@@ -88,7 +88,7 @@ std::vector<std::string> languagesOfUser(const LanguageVariables& variables) {
 base::Result<LanguageSelection> selectLanguages(const LanguageVariables& variables) {
     const auto directory = findDirectory(variables.tessdataPrefix);
     if (!directory) {
-        return base::Error{base::ErrorKind::notFound,
+        return base::Error{base::ErrorKind::unavailable,
                            "The language data for text recognition is missing; please install the "
                            "package " +
                                packageOfLanguage(english) + "."};

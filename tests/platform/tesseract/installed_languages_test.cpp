@@ -106,7 +106,7 @@ TEST_F(InstalledLanguages, missing_english_data_is_an_error_that_names_the_packa
     install("deu");
     const auto selection = selectLanguages(variables("de_DE.UTF-8"));
     ASSERT_FALSE(selection);
-    EXPECT_EQ(selection.error().kind, base::ErrorKind::notFound);
+    EXPECT_EQ(selection.error().kind, base::ErrorKind::unavailable);
     EXPECT_NE(selection.error().sentence.find("tesseract-ocr-eng"), std::string::npos);
 }
 
