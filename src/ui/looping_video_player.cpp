@@ -39,7 +39,8 @@ LoopingVideoPlayer::LoopingVideoPlayer(const std::string& videoName, const Media
                         [this](const base::Image& image) {
                             image_ = image;
                             update();
-                        }}) {
+                        },
+                    .embed = [this](VideoView* view) { embed(view); }}) {
     timer_.setSingleShot(true);
     timer_.setTimerType(Qt::PreciseTimer);
     connect(&timer_, &QTimer::timeout, this, [this] { coordinator_.wake(); });
@@ -48,8 +49,33 @@ LoopingVideoPlayer::LoopingVideoPlayer(const std::string& videoName, const Media
     setFocusPolicy(Qt::NoFocus);
 }
 
+LoopingVideoPlayer::~LoopingVideoPlayer() {
+    embed(nullptr);
+}
+
+void LoopingVideoPlayer::embed(VideoView* view) {
+    // The container first: it refers to the view.
+    delete container_;
+    view_ = view;
+    if (view_ == nullptr) {
+        return;
+    }
+    view_->setCornerRadius(cornerRadius_);
+    QWindow* const native = QWindow::fromWinId(view_->handle());
+    if (native == nullptr) {
+        return;
+    }
+    container_ = createWindowContainer(native, this);
+    container_->setFocusPolicy(Qt::NoFocus);
+    container_->setGeometry(rect());
+    container_->show();
+}
+
 void LoopingVideoPlayer::setCornerRadius(double radius) {
     cornerRadius_ = radius;
+    if (view_ != nullptr) {
+        view_->setCornerRadius(radius);
+    }
     update();
 }
 
@@ -73,6 +99,9 @@ void LoopingVideoPlayer::hideEvent(QHideEvent* /*event*/) {
 }
 
 void LoopingVideoPlayer::resizeEvent(QResizeEvent* /*event*/) {
+    if (container_) {
+        container_->setGeometry(rect());
+    }
     playOrPause();
 }
 

@@ -1,6 +1,7 @@
 #include "ui/video_coordinator.h"
 
 #include <utility>
+#include <variant>
 
 namespace ui {
 
@@ -24,6 +25,7 @@ void VideoCoordinator::play() {
         case State::awaitingMoment:
             schedule();
             return;
+        case State::shownBySystem:
         case State::blank:
             return;
     }
@@ -41,6 +43,7 @@ void VideoCoordinator::pause() {
             mediator_.wakeAfter(closeDelay);
             return;
         case State::closed:
+        case State::shownBySystem:
         case State::blank:
             return;
     }
@@ -63,19 +66,35 @@ void VideoCoordinator::wake() {
             }
             return;
         case State::closed:
+        case State::shownBySystem:
         case State::blank:
             return;
     }
 }
 
 void VideoCoordinator::openFilm() {
-    auto looper = mediator_.loopers.open(videoName_);
-    if (!looper) {
-        stopFor(looper.error());
+    auto film = mediator_.loopers.open(videoName_);
+    if (!film) {
+        stopFor(film.error());
         return;
     }
-    looper_ = std::move(looper.value());
+    std::visit([this](auto& opened) { begin(std::move(opened)); }, film.value());
+}
+
+void VideoCoordinator::begin(std::unique_ptr<VideoLooper> looper) {
+    looper_ = std::move(looper);
     requestFrame();
+}
+
+void VideoCoordinator::begin(std::unique_ptr<VideoView> playingView) {
+    playingView_ = std::move(playingView);
+    state_ = State::shownBySystem;
+    mediator_.embed(playingView_.get());
+    playingView_->play(alive_.guard([this](const base::Status& result) {
+        if (!result) {
+            stopFor(result.error());
+        }
+    }));
 }
 
 void VideoCoordinator::requestFrame() {
@@ -130,6 +149,10 @@ void VideoCoordinator::close(State state) {
     mediator_.show({});
     next_ = {};
     looper_.reset();
+    if (playingView_) {
+        mediator_.embed(nullptr);
+        playingView_.reset();
+    }
 }
 
 }  // namespace ui

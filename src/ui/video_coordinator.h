@@ -31,6 +31,8 @@ class VideoCoordinator {
         std::function<void()> cancelWake;
         /// The view shows this from now on; an empty image makes it blank.
         std::function<void(const base::Image& image)> show;
+        /// The view has this one in it from now on, null for none any more.
+        std::function<void(VideoView* view)> embed;
     };
 
     /// How long a picture may take: it comes in milliseconds, and a machine can be very busy.
@@ -57,12 +59,16 @@ class VideoCoordinator {
         awaitingFrame,
         /// The next picture is there, too early.
         awaitingMoment,
+        /// The system shows it, from the moment it is ready and for as long as the view is there.
+        shownBySystem,
         /// There is nothing to show, for good.
         blank,
     };
     enum class Audience { absent, present };
 
     void openFilm();
+    void begin(std::unique_ptr<VideoLooper> looper);
+    void begin(std::unique_ptr<VideoView> playingView);
     void requestFrame();
     void receive(base::Result<VideoFrame> result);
     void schedule();
@@ -78,8 +84,9 @@ class VideoCoordinator {
     /// When the film began, as far as its times are concerned; nothing after a pause.
     std::optional<Moment> beginning_;
     base::Alive alive_;
-    /// Empty until the film is open; what keeps it looping.
+    // Empty until the film is open; one of the two keeps it looping.
     std::unique_ptr<VideoLooper> looper_;
+    std::unique_ptr<VideoView> playingView_;
 };
 
 }  // namespace ui

@@ -11,15 +11,18 @@
 
 namespace doubles {
 
-/// Hands out films whose pictures come when the test says so.
+/// Hands out films whose pictures come when the test says so, or that the system shows.
 class FakeVideoLoopers final : public ui::VideoLooperFactory {
   public:
-    base::Result<std::unique_ptr<ui::VideoLooper>> open(const std::string& videoName) override {
+    base::Result<ui::Film> open(const std::string& videoName) override {
         opened.push_back(videoName);
         if (openError) {
             return *openError;
         }
-        return std::unique_ptr<ui::VideoLooper>(std::make_unique<Looper>(*this));
+        if (viewHandle) {
+            return ui::Film(std::make_unique<View>(*this));
+        }
+        return ui::Film(std::make_unique<Looper>(*this));
     }
 
     /// Answers the request that is open with a picture of the size that was asked for, all of one
@@ -33,6 +36,11 @@ class FakeVideoLoopers final : public ui::VideoLooperFactory {
                               time});
     }
     void fail(const base::Error& error) { finish(error); }
+    /// Answers for the system's view.
+    void answerView(const base::Status& result) {
+        const auto completion = std::exchange(viewPending_, nullptr);
+        completion(result);
+    }
 
     [[nodiscard]] bool hasRequest() const { return static_cast<bool>(pending_); }
     [[nodiscard]] int openCount() const { return openCount_; }
@@ -41,8 +49,27 @@ class FakeVideoLoopers final : public ui::VideoLooperFactory {
     std::vector<std::string> opened;
     /// The sizes that pictures were asked for in.
     std::vector<base::PixelSize> requests;
+    /// The system's view, when films are to be shown in one.
+    std::optional<std::uintptr_t> viewHandle;
+    double cornerRadius = 0;
 
   private:
+    class View final : public ui::VideoView {
+      public:
+        explicit View(FakeVideoLoopers& owner) : owner_(owner) { ++owner_.openCount_; }
+        ~View() override {
+            --owner_.openCount_;
+            owner_.viewPending_ = nullptr;
+        }
+        View(const View&) = delete;
+        View& operator=(const View&) = delete;
+        [[nodiscard]] std::uintptr_t handle() const override { return *owner_.viewHandle; }
+        void setCornerRadius(double radius) override { owner_.cornerRadius = radius; }
+        void play(Completion completion) override { owner_.viewPending_ = std::move(completion); }
+
+      private:
+        FakeVideoLoopers& owner_;
+    };
     class Looper final : public ui::VideoLooper {
       public:
         explicit Looper(FakeVideoLoopers& owner) : owner_(owner) { ++owner_.openCount_; }
@@ -67,6 +94,7 @@ class FakeVideoLoopers final : public ui::VideoLooperFactory {
     }
 
     ui::VideoLooper::Completion pending_;
+    ui::VideoView::Completion viewPending_;
     int openCount_ = 0;
 };
 

@@ -5,6 +5,7 @@
 #include <QImage>
 #include <memory>
 
+#include "desktop/test_window.h"
 #include "doubles/fake_log.h"
 #include "doubles/fake_video_looper.h"
 #include "platform/qt/qt_session.h"
@@ -130,6 +131,41 @@ TEST_F(LoopingVideoPlayer, a_film_that_breaks_leaves_it_blank_with_one_line) {
     loopers_.fail({base::ErrorKind::invalid, "Invalid data found."});
     EXPECT_EQ(colorAt(100, 80), QColor(255, 0, 0));
     EXPECT_THAT(log_.lines, ElementsAre("Failed to load video: Invalid data found."));
+}
+
+TEST_F(LoopingVideoPlayer, a_view_of_the_systems_fills_it_and_follows_its_size) {
+    const desktop::TestWindow native(
+        qt_tests::QtSession::shared().desktop().displayName(),
+        {.management = desktop::TestWindowOptions::Management::unmanaged});
+    const desktop::XClient client(qt_tests::QtSession::shared().desktop().displayName());
+    loopers_.viewHandle = native.id();
+    player_->setCornerRadius(12);
+    window_->show();
+    const auto covers = [&](int width, int height) {
+        const QPoint corner = player_->mapToGlobal(QPoint(0, 0));
+        const desktop::Place place = native.place();
+        const desktop::Reply<xcb_get_geometry_reply_t> geometry(xcb_get_geometry_reply(
+            client.get(), xcb_get_geometry(client.get(), native.id()), nullptr));
+        return geometry && place.x == corner.x() && place.y == corner.y() &&
+               geometry->width == width && geometry->height == height;
+    };
+    EXPECT_TRUE(runUntil([&] { return covers(160, 100); }));
+    EXPECT_EQ(loopers_.cornerRadius, 12);
+    player_->resize(120, 60);
+    EXPECT_TRUE(runUntil([&] { return covers(120, 60); }));
+}
+
+TEST_F(LoopingVideoPlayer, a_view_of_the_systems_that_fails_leaves_it_blank_with_one_line) {
+    const desktop::TestWindow native(
+        qt_tests::QtSession::shared().desktop().displayName(),
+        {.management = desktop::TestWindowOptions::Management::unmanaged});
+    loopers_.viewHandle = native.id();
+    window_->show();
+    ASSERT_TRUE(runUntil([this] { return player_->findChild<QWidget*>() != nullptr; }));
+    loopers_.answerView(base::Error{base::ErrorKind::failed, "It is damaged."});
+    EXPECT_EQ(player_->findChild<QWidget*>(), nullptr);
+    EXPECT_EQ(colorAt(100, 80), QColor(255, 0, 0));
+    EXPECT_THAT(log_.lines, ElementsAre("Failed to load video: It is damaged."));
 }
 
 TEST_F(LoopingVideoPlayer, its_end_closes_the_film) {

@@ -26,6 +26,10 @@ class VideoCoordinator : public testing::Test {
                  .show =
                      [this](const base::Image& image) {
                          shown.push_back(image.isEmpty() ? 0 : image.row(0)[0]);
+                     },
+                 .embed =
+                     [this](ui::VideoView* view) {
+                         embedded.push_back(view != nullptr ? view->handle() : 0);
                      }}};
     }
     /// Lets the time come that was asked for.
@@ -42,6 +46,8 @@ class VideoCoordinator : public testing::Test {
     std::optional<microseconds> wakeDelay;
     /// The greys of the pictures that the view showed; 0 for blank.
     std::vector<int> shown;
+    /// The system's views that the view had in it; 0 for none any more.
+    std::vector<std::uintptr_t> embedded;
     ui::VideoCoordinator coordinator = makeCoordinator();
 };
 
@@ -203,6 +209,37 @@ TEST_F(VideoCoordinator, a_decoder_that_does_not_answer_is_given_up) {
     EXPECT_THAT(log.lines,
                 ElementsAre("Failed to load video: The video decoder did not answer in time."));
     EXPECT_EQ(loopers.openCount(), 0);
+}
+
+TEST_F(VideoCoordinator, a_film_that_the_system_shows_is_put_into_the_view_once_and_left_alone) {
+    loopers.viewHandle = 7;
+    coordinator.play();
+    EXPECT_THAT(embedded, ElementsAre(7));
+    loopers.answerView(base::Nothing{});
+    coordinator.pause();
+    coordinator.play();
+    EXPECT_FALSE(wakeDelay);
+    EXPECT_EQ(loopers.opened.size(), 1U);
+    EXPECT_EQ(loopers.openCount(), 1);
+    EXPECT_THAT(embedded, ElementsAre(7));
+    EXPECT_THAT(shown, IsEmpty());
+}
+
+TEST_F(VideoCoordinator, a_film_that_the_system_cannot_show_is_one_line_and_its_view_goes) {
+    loopers.viewHandle = 7;
+    coordinator.play();
+    loopers.answerView(base::Error{base::ErrorKind::failed, "It is damaged."});
+    EXPECT_THAT(log.lines, ElementsAre("Failed to load video: It is damaged."));
+    EXPECT_THAT(embedded, ElementsAre(7, 0));
+    EXPECT_EQ(loopers.openCount(), 0);
+}
+
+TEST_F(VideoCoordinator, a_file_without_video_is_silent_when_the_system_shows_it) {
+    loopers.viewHandle = 7;
+    coordinator.play();
+    loopers.answerView(base::Error{base::ErrorKind::notFound, "There is no video track."});
+    EXPECT_THAT(log.lines, IsEmpty());
+    EXPECT_THAT(embedded, ElementsAre(7, 0));
 }
 
 }  // namespace

@@ -10,7 +10,7 @@
 
 namespace platform::video {
 
-base::Result<std::unique_ptr<ui::VideoLooper>> FilmResources::open(const std::string& videoName) {
+base::Result<ui::Film> FilmResources::open(const std::string& videoName) {
     const std::string path = directory_ + "/" + videoName + ".mp4";
     // Not blocking, for a path that leads to something else than a file.
     const OwnedDescriptor film(::open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOCTTY));
@@ -27,7 +27,7 @@ base::Result<std::unique_ptr<ui::VideoLooper>> FilmResources::open(const std::st
     if (!looper) {
         return looper.error();
     }
-    return std::unique_ptr<ui::VideoLooper>(std::move(looper.value()));
+    return ui::Film(std::unique_ptr<ui::VideoLooper>(std::move(looper.value())));
 }
 
 }  // namespace platform::video

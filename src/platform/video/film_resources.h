@@ -20,7 +20,7 @@ class FilmResources final : public ui::VideoLooperFactory {
           mainQueue_(mainQueue),
           watch_(std::move(watch)) {}
 
-    base::Result<std::unique_ptr<ui::VideoLooper>> open(const std::string& videoName) override;
+    base::Result<ui::Film> open(const std::string& videoName) override;
 
   private:
     std::string directory_;

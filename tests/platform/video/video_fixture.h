@@ -27,7 +27,7 @@ class VideoFixture : public testing::Test {
     void open(const std::string& name = "film") {
         auto opened = resources_.open(name);
         ASSERT_TRUE(opened) << opened.error().sentence;
-        looper_ = std::move(opened.value());
+        looper_ = std::get<std::unique_ptr<ui::VideoLooper>>(std::move(opened.value()));
     }
     /// The next picture, or why there is none; an answer that does not come is a failed test.
     Answer next(base::PixelSize size = {128, 96}) {
