@@ -75,8 +75,9 @@ ALLOWED_INCLUDES = [
     ("platform/*.cpp", [*PORTS, "platform/*.h", "platform/*/*.h"]),
     # Each system is put together in one place, from its adapters and those that systems share, and
     # shows the program's windows and its menu.
-    ("platform/*/*_platform.cpp", [*PORTS, "app/menu_bar_commands.h", "app/scenes.h",
-                                   "platform/*.h", "platform/*/*.h"]),
+    *((f"platform/*/*_platform.{suffix}", [*PORTS, "app/menu_bar_commands.h", "app/scenes.h",
+                                            "platform/*.h", "platform/*/*.h"])
+      for suffix in ("cpp", "mm")),
 ]
 
 STANDARD_HEADERS = set("""
@@ -180,7 +181,7 @@ def check_entry_headers(root):
     source that puts a system together sees all of it."""
     for path in source_files(root, "src"):
         name = path.relative_to(root / "src").as_posix()
-        if matches(name, ["platform/*/*_platform.cpp"]):
+        if matches(name, ["platform/*/*_platform.cpp", "platform/*/*_platform.mm"]):
             continue
         for line, _, header in includes_of(path):
             folder = header.rsplit("/", 1)[0]

@@ -60,6 +60,8 @@ class StructureTest(unittest.TestCase):
                 ("platform/platform.h", "capture/screen_capture.h"),
                 ("platform/x11/x11_pasteboard.cpp", "capture/screen_capture.h"),
                 ("platform/x11/x11_pasteboard.cpp", "platform/qt/qt_main_queue.h"),
+                ("platform/macos/cocoa_pasteboard.mm", "platform/qt/qt_main_queue.h"),
+                ("platform/macos/cocoa_pasteboard.mm", "capture/screen_capture.h"),
                 ("main.cpp", "capture/screen_capture.h")]
         for name, header in back:
             with self.subTest(name=name, header=header):
@@ -77,8 +79,9 @@ class StructureTest(unittest.TestCase):
                            '#include "overlay/selection_view.h"\n')
         self.assert_passes("src/platform/x11/pointer.cpp", '#include "platform/x11/connection.h"\n'
                            '#include "capture/pasteboard.h"\n')
-        self.assert_passes("src/platform/x11/x11_platform.cpp",
-                           '#include "platform/qt/qt_main_queue.h"\n')
+        for name in ("x11/x11_platform.cpp", "macos/macos_platform.mm"):
+            self.assert_passes(f"src/platform/{name}",
+                               '#include "platform/qt/qt_main_queue.h"\n')
 
     def test_qt_in_a_decision_is_caught(self):
         for header in ("QWidget", "QtCore/QString", "qglobal.h"):

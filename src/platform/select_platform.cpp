@@ -2,9 +2,30 @@
 
 #include <array>
 
+#ifdef __APPLE__
+#include "platform/macos/macos_platform.h"
+#else
 #include "platform/x11/x11_platform.h"
+#endif
 
 namespace platform {
+
+#ifdef __APPLE__
+
+namespace {
+
+Probe probeMacos(const Session& /*session*/) {
+    return {Rank::best, "every macOS session is a graphical one"};
+}
+
+}  // namespace
+
+std::span<const System> compiledSystems() {
+    static const std::array<System, 1> systems{{{"macOS", probeMacos, macos::createMacosPlatform}}};
+    return systems;
+}
+
+#else
 
 namespace {
 
@@ -24,6 +45,8 @@ std::span<const System> compiledSystems() {
     static const std::array<System, 1> systems{{{"X11", probeX11, x11::createX11Platform}}};
     return systems;
 }
+
+#endif
 
 base::Result<System> selectPlatform(std::span<const System> systems, const Session& session) {
     const System* chosen = nullptr;

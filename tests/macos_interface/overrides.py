@@ -12,7 +12,7 @@ from pathlib import Path
 HERE = Path(__file__).resolve().parent
 ROOT = HERE.parents[1]
 
-BLOCK = re.compile(r"^@(interface|implementation|protocol)\s+(\w+)(?:<[^>]*>)?\s*"
+BLOCK = re.compile(r"^@(interface|implementation|protocol)\s+(\w+)\b(?!\s*[,;])(?:<[^>]*>)?\s*"
                    r"(?:\(\w*\))?\s*(?::\s*(\w+))?(.*?)^@end", re.M | re.S)
 METHOD = re.compile(r"^\s*([-+])\s*\([^;{]*?\)\s*(\w[^;{]*?)\s*(?:NS_\w+|SINCE\([^)]*\)|DEPR\([^;]*\))?\s*([;{])", re.M)
 PROPERTY = re.compile(r"@property\s*(\([^)]*\))?[^;]*?(\w+)\s*(?:SINCE\([^)]*\)|NS_\w+)?\s*;")

@@ -227,7 +227,8 @@ void QtWindows::noteFocus(QWindow* window) {
     if (awaited_ != nullptr && awaited_->windowHandle() == window) {
         awaited_ = nullptr;
     }
-    if (window != nullptr && !wasActive) {
+    if (window != nullptr && !wasActive &&
+        windowManager_.activationNews == ActivationNews::fromFocus) {
         notificationCenter_.post(app::applicationDidBecomeActiveNotification);
     }
 }

@@ -24,6 +24,10 @@ class QtWindows final : public app::Windows, public app::Application {
     /// Makes the window of a scene, not shown; null for a scene that does not exist.
     using MakeScene = std::function<std::unique_ptr<QWidget>(const std::string& sceneId)>;
 
+    /// Who tells the program that it became active: the system itself, or the input that one of the
+    /// windows gets.
+    enum class ActivationNews { fromFocus, fromSystem };
+
     /// What the toolkit cannot ask of the window manager.
     struct WindowManager {
         /// Brings a window to the front although another program has the input.
@@ -34,6 +38,7 @@ class QtWindows final : public app::Windows, public app::Application {
         std::function<void(WId window, app::WindowLevel level)> setLevel;
         /// Whether a window of this program, which the toolkit believes open, is still there.
         std::function<bool(WId window)> exists;
+        ActivationNews activationNews = ActivationNews::fromFocus;
     };
 
     /// Hands over what must outlive the process, and calls `done` once, on the main thread.

@@ -1,0 +1,72 @@
+#include "platform/macos/cocoa_displays.h"
+
+#import <AppKit/AppKit.h>
+
+#include <utility>
+
+#include "platform/macos/cocoa_screen.h"
+#include "platform/macos/core_graphics_geometry.h"
+#include "platform/macos/foundation_text.h"
+
+namespace platform::macos {
+
+namespace {
+
+/// Null when any link of the chain from the screen to the name is missing.
+std::shared_ptr<const base::ColorSpace> colorSpaceOf(NSScreen* screen) {
+    const CGColorSpaceRef space = screen.colorSpace.CGColorSpace;
+    NSString* const name =
+        space == nullptr ? nil : (__bridge_transfer NSString*)CGColorSpaceCopyName(space);
+    if (name == nil) {
+        return nullptr;
+    }
+    return std::make_shared<const base::ColorSpace>(
+        base::ColorSpace{.name = textFrom(name), .iccProfile = {}});
+}
+
+}  // namespace
+
+base::Screen screenFrom(NSScreen* screen) {
+    NSNumber* const number = screen.deviceDescription[@"NSScreenNumber"];
+    return {.displayID = static_cast<base::DisplayID>(number.longLongValue),
+            .frame = rectFrom(screen.frame),
+            .backingScaleFactor = screen.backingScaleFactor,
+            .colorSpace = colorSpaceOf(screen)};
+}
+
+struct CocoaDisplays::Subscription {
+    id<NSObject> token;
+};
+
+CocoaDisplays::CocoaDisplays() {
+    id<NSObject> token = [NSNotificationCenter.defaultCenter
+        addObserverForName:NSApplicationDidChangeScreenParametersNotification
+                    object:nil
+                     queue:NSOperationQueue.mainQueue
+                usingBlock:^(NSNotification*) {
+                  // A copy: the handler may replace itself.
+                  const auto handler = changeHandler_;
+                  if (handler) {
+                      handler();
+                  }
+                }];
+    subscription_ = std::make_unique<Subscription>(Subscription{token});
+}
+
+CocoaDisplays::~CocoaDisplays() {
+    [NSNotificationCenter.defaultCenter removeObserver:subscription_->token];
+}
+
+std::vector<base::Screen> CocoaDisplays::screens() {
+    std::vector<base::Screen> list;
+    for (NSScreen* screen in NSScreen.screens) {
+        list.push_back(screenFrom(screen));
+    }
+    return list;
+}
+
+void CocoaDisplays::setChangeHandler(std::function<void()> handler) {
+    changeHandler_ = std::move(handler);
+}
+
+}  // namespace platform::macos
