@@ -45,7 +45,7 @@ PORTS = [
 # What an adapter may use beside the ports and its own folder: what the session is, how to watch a
 # descriptor, what its helper program shares with others, and the centre where the toolkit's
 # activation is posted.
-ADAPTER_AIDS = ["platform/session.h", "platform/environment.h", "platform/file_descriptor_watch.h",
+ADAPTER_AIDS = ["platform/bus_probe.h", "platform/session.h", "platform/environment.h", "platform/file_descriptor_watch.h",
                 "platform/dispatch.h", "platform/running_platform.h", "platform/text_rasterizer.h",
                 "platform/helper/*.h", "app/notification_center.h"]
 
