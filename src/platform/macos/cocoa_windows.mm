@@ -6,9 +6,6 @@
 
 namespace platform::macos {
 
-static_assert(static_cast<NSWindowLevel>(app::WindowLevel::normal) == NSNormalWindowLevel);
-static_assert(static_cast<NSWindowLevel>(app::WindowLevel::floating) == NSFloatingWindowLevel);
-
 namespace {
 
 NSWindow* _Nullable windowOf(std::uintptr_t view) {

@@ -44,15 +44,19 @@ class InstalledTap final : public overlay::EventTap {
     /// Takes over one reference of the port.
     explicit InstalledTap(CFMachPortRef port)
         : port_(port), source_(CFMachPortCreateRunLoopSource(kCFAllocatorDefault, port, 0)) {
-        CFRunLoopAddSource(CFRunLoopGetMain(), source_, kCFRunLoopCommonModes);
+        if (source_ != nullptr) {
+            CFRunLoopAddSource(CFRunLoopGetMain(), source_, kCFRunLoopCommonModes);
+        }
         CGEventTapEnable(port_, true);
     }
     ~InstalledTap() override {
         CGEventTapEnable(port_, false);
         CFMachPortInvalidate(port_);
         CFRelease(port_);
-        CFRunLoopRemoveSource(CFRunLoopGetMain(), source_, kCFRunLoopCommonModes);
-        CFRelease(source_);
+        if (source_ != nullptr) {
+            CFRunLoopRemoveSource(CFRunLoopGetMain(), source_, kCFRunLoopCommonModes);
+            CFRelease(source_);
+        }
         installedHandler() = {};
     }
     InstalledTap(const InstalledTap&) = delete;

@@ -33,8 +33,11 @@ std::vector<std::string> FoundationFileManager::downloadsDirectories() const {
     return paths;
 }
 
-bool FoundationFileManager::isReadable(const std::string& path) const {
-    return [NSFileManager.defaultManager isReadableFileAtPath:stringFrom(path)];
+bool FoundationFileManager::isReadableFolder(const std::string& path) const {
+    NSFileManager* const manager = NSFileManager.defaultManager;
+    BOOL isFolder = NO;
+    return [manager fileExistsAtPath:stringFrom(path) isDirectory:&isFolder] && isFolder &&
+           [manager isReadableFileAtPath:stringFrom(path)];
 }
 
 base::Status FoundationFileManager::write(const std::string& path,

@@ -45,6 +45,13 @@ CGColorSpaceRef createColorSpace(const base::ColorSpace* space) {
             return created;
         }
     }
+    if (space != nullptr && !space->name.empty()) {
+        NSString* const name = stringFrom(space->name);
+        if (const CGColorSpaceRef created =
+                CGColorSpaceCreateWithName((__bridge CFStringRef)name)) {
+            return created;
+        }
+    }
     return CGColorSpaceCreateWithName(kCGColorSpaceSRGB);
 }
 

@@ -5,6 +5,8 @@
 #import <QuartzCore/QuartzCore.h>
 
 #include <bit>
+#include <optional>
+#include <string>
 #include <utility>
 
 #include "platform/macos/foundation_error.h"

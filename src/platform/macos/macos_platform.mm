@@ -103,7 +103,7 @@ MacosPlatform::MacosPlatform(const StartOptions& options)
                 .setPolicy = {},
                 .setLevel = [](WId view, app::WindowLevel level) { setWindowLevel(view, level); },
                 .exists = {},
-                .activationNews = qt::QtWindows::ActivationNews::fromSystem},
+                .management = qt::QtWindows::Management::bySystem},
                {}),
       ports_{.mainQueue = toolkit_.mainQueue,
              .displays = displays_,

@@ -7,11 +7,8 @@
 #include "platform/macos/overlay_drawing.h"
 #include "platform/macos/overlay_panel.h"
 #include "platform/macos/overlay_view.h"
-#include "platform/macos/platform_constants.h"
 
 namespace platform::macos {
-
-static_assert(panelLevel == NSScreenSaverWindowLevel);
 
 struct PanelOverlaySurface::Window {
     LumaframeOverlayPanel* panel;

@@ -3,6 +3,8 @@
 #import <Vision/Vision.h>
 
 #include <optional>
+#include <utility>
+#include <vector>
 
 #include "platform/macos/core_foundation_handle.h"
 #include "platform/macos/foundation_error.h"

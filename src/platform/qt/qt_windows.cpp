@@ -96,7 +96,7 @@ void QtWindows::setLevel(app::WindowHandle handle, app::WindowLevel level) {
         return;
     }
     const auto apply = [this, window, level] { windowManager_.setLevel(window->winId(), level); };
-    if (window->windowHandle()->isExposed()) {
+    if (canBeManaged(*window)) {
         apply();
     } else {
         new AtNextExposure(*window->windowHandle(), apply);
@@ -192,7 +192,7 @@ void QtWindows::bringToFront(QWidget& window) {
     window.raise();
     front_ = &window;
     awaited_ = window.isActiveWindow() ? nullptr : &window;
-    if (window.windowHandle()->isExposed()) {
+    if (canBeManaged(window)) {
         takeInput(window);
         return;
     }
@@ -203,6 +203,10 @@ void QtWindows::bringToFront(QWidget& window) {
             takeInput(*front_);
         }
     });
+}
+
+bool QtWindows::canBeManaged(const QWidget& window) const {
+    return window.windowHandle()->isExposed() || windowManager_.management == Management::bySystem;
 }
 
 void QtWindows::takeInput(QWidget& window) {
@@ -228,7 +232,7 @@ void QtWindows::noteFocus(QWindow* window) {
         awaited_ = nullptr;
     }
     if (window != nullptr && !wasActive &&
-        windowManager_.activationNews == ActivationNews::fromFocus) {
+        windowManager_.management == Management::byAnotherProgram) {
         notificationCenter_.post(app::applicationDidBecomeActiveNotification);
     }
 }

@@ -24,9 +24,10 @@ class QtWindows final : public app::Windows, public app::Application {
     /// Makes the window of a scene, not shown; null for a scene that does not exist.
     using MakeScene = std::function<std::unique_ptr<QWidget>(const std::string& sceneId)>;
 
-    /// Who tells the program that it became active: the system itself, or the input that one of the
-    /// windows gets.
-    enum class ActivationNews { fromFocus, fromSystem };
+    /// Who manages the windows: another program, which is asked over another connection once a
+    /// window is on the screen, and from which this one learns by its windows' input that it became
+    /// active; or the system in this process, at any time, which tells of that by itself.
+    enum class Management { byAnotherProgram, bySystem };
 
     /// What the toolkit cannot ask of the window manager.
     struct WindowManager {
@@ -38,7 +39,7 @@ class QtWindows final : public app::Windows, public app::Application {
         std::function<void(WId window, app::WindowLevel level)> setLevel;
         /// Whether a window of this program, which the toolkit believes open, is still there.
         std::function<bool(WId window)> exists;
-        ActivationNews activationNews = ActivationNews::fromFocus;
+        Management management = Management::byAnotherProgram;
     };
 
     /// Hands over what must outlive the process, and calls `done` once, on the main thread.
@@ -73,6 +74,7 @@ class QtWindows final : public app::Windows, public app::Application {
 
     [[nodiscard]] QWidget* find(app::WindowHandle handle);
     void bringToFront(QWidget& window);
+    [[nodiscard]] bool canBeManaged(const QWidget& window) const;
     void takeInput(QWidget& window);
     void show(QWidget& window);
     void noteFocus(QWindow* window);

@@ -223,6 +223,32 @@ TEST_F(Windows, becoming_active_is_posted_each_time_the_program_comes_to_the_fro
     EXPECT_TRUE(runUntil([&] { return count == before + 1; }));
 }
 
+TEST_F(Windows, a_system_that_manages_windows_itself_is_asked_at_once_and_tells_of_activation) {
+    std::vector<WId> activated;
+    std::vector<app::WindowLevel> levels;
+    QtWindows windows(center_, queue_, makeWindow,
+                      {.activate =
+                           [&](WId window) {
+                               activated.push_back(window);
+                               windowManager_.activate(nativeId(window));
+                           },
+                       .setPolicy = {},
+                       .setLevel = [&](WId, app::WindowLevel level) { levels.push_back(level); },
+                       .exists = {},
+                       .management = QtWindows::Management::bySystem},
+                      {});
+    int count = 0;
+    const auto observation =
+        center_.observe(app::applicationDidBecomeActiveNotification, [&] { ++count; });
+    windows.openScene("main");
+    EXPECT_EQ(activated.size(), 1U);
+    windows.setLevel(windows.windows().at(0).handle, app::WindowLevel::floating);
+    EXPECT_EQ(levels, std::vector{app::WindowLevel::floating});
+    ASSERT_TRUE(runUntil([&] { return isActive("main"); }));
+    QCoreApplication::sendPostedEvents();
+    EXPECT_EQ(count, 0);
+}
+
 TEST_F(Windows, an_accessory_program_is_not_in_the_task_bar) {
     QtWindows windows = make();
     windows.openScene("main");
