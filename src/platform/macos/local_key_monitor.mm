@@ -2,8 +2,10 @@
 
 #import <AppKit/AppKit.h>
 
+#include <algorithm>
 #include <cstdint>
 #include <utility>
+#include <vector>
 
 #include "platform/macos/platform_constants.h"
 
@@ -19,6 +21,8 @@ static_assert(shortcuts::optionFlag == NSEventModifierFlagOption);
 static_assert(shortcuts::commandFlag == NSEventModifierFlagCommand);
 static_assert(shortcuts::numericPadFlag == NSEventModifierFlagNumericPad);
 
+using SharedHandler = std::shared_ptr<shortcuts::KeyMonitor::Handler>;
+
 shortcuts::KeyEvent keyEventFrom(NSEvent* event) {
     return {.type = event.type == NSEventTypeKeyDown ? shortcuts::KeyEventType::keyDown
                                                      : shortcuts::KeyEventType::flagsChanged,
@@ -26,40 +30,66 @@ shortcuts::KeyEvent keyEventFrom(NSEvent* event) {
             .modifierFlags = static_cast<std::uint32_t>(event.modifierFlags)};
 }
 
+}  // namespace
+
+struct LocalKeyMonitor::Monitors {
+    /// The newest last.
+    std::vector<SharedHandler> handlers;
+    id token = nil;
+
+    void add(const SharedHandler& handler, const std::weak_ptr<Monitors>& weakThis) {
+        handlers.push_back(handler);
+        if (token == nil) {
+            token = [NSEvent
+                addLocalMonitorForEventsMatchingMask:recorderEventMask
+                                             handler:^NSEvent*(NSEvent* event) {
+                                               const auto self = weakThis.lock();
+                                               return self && self->swallows(event) ? nil : event;
+                                             }];
+        }
+    }
+    void remove(const SharedHandler& handler) {
+        std::erase(handlers, handler);
+        if (handlers.empty() && token != nil) {
+            [NSEvent removeMonitor:token];
+            token = nil;
+        }
+    }
+    bool swallows(NSEvent* event) {
+        // A copy: a handler may remove any monitor, its own too.
+        const std::vector<SharedHandler> asked = handlers;
+        return std::any_of(asked.rbegin(), asked.rend(), [&](const SharedHandler& handler) {
+            return std::find(handlers.begin(), handlers.end(), handler) != handlers.end() &&
+                   (*handler)(keyEventFrom(event)) == shortcuts::KeyVerdict::swallow;
+        });
+    }
+};
+
+namespace {
+
 class InstalledLocalMonitor final : public shortcuts::InstalledKeyMonitor {
   public:
     // Main thread, as every method here.
-    explicit InstalledLocalMonitor(shortcuts::KeyMonitor::Handler handler)
-        // Shared: the handler may destroy this while it is being called.
-        : handler_(std::make_shared<shortcuts::KeyMonitor::Handler>(std::move(handler))) {
-        const std::weak_ptr<shortcuts::KeyMonitor::Handler> weakHandler = handler_;
-        token_ = [NSEvent addLocalMonitorForEventsMatchingMask:recorderEventMask
-                                                       handler:^NSEvent*(NSEvent* event) {
-                                                         const auto called = weakHandler.lock();
-                                                         const bool isSwallowed =
-                                                             called &&
-                                                             (*called)(keyEventFrom(event)) ==
-                                                                 shortcuts::KeyVerdict::swallow;
-                                                         return isSwallowed ? nil : event;
-                                                       }];
-    }
-    ~InstalledLocalMonitor() override {
-        if (token_ != nil) {
-            [NSEvent removeMonitor:token_];
-        }
-    }
+    explicit InstalledLocalMonitor(std::function<void()> remove) : remove_(std::move(remove)) {}
+    ~InstalledLocalMonitor() override { remove_(); }
     InstalledLocalMonitor(const InstalledLocalMonitor&) = delete;
     InstalledLocalMonitor& operator=(const InstalledLocalMonitor&) = delete;
 
   private:
-    std::shared_ptr<shortcuts::KeyMonitor::Handler> handler_;
-    id token_ = nil;
+    std::function<void()> remove_;
 };
 
 }  // namespace
 
+LocalKeyMonitor::LocalKeyMonitor() : monitors_(std::make_shared<Monitors>()) {}
+
+LocalKeyMonitor::~LocalKeyMonitor() = default;
+
 std::unique_ptr<shortcuts::InstalledKeyMonitor> LocalKeyMonitor::install(Handler handler) {
-    return std::make_unique<InstalledLocalMonitor>(std::move(handler));
+    const auto shared = std::make_shared<Handler>(std::move(handler));
+    monitors_->add(shared, monitors_);
+    return std::make_unique<InstalledLocalMonitor>(
+        [monitors = monitors_, shared] { monitors->remove(shared); });
 }
 
 }  // namespace platform::macos

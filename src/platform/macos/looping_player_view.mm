@@ -5,6 +5,7 @@
 #import <QuartzCore/QuartzCore.h>
 
 #include <bit>
+#include <functional>
 #include <optional>
 #include <string>
 #include <utility>
@@ -22,7 +23,7 @@ namespace {
 static_assert(playerControlsStyle == AVPlayerViewControlsStyleNone);
 
 using MaybeError = std::optional<base::Error>;
-using ItemCompletion = MainThreadCompletion<AVPlayerItem*, MaybeError>;
+using ItemCompletion = std::function<void(AVPlayerItem*, MaybeError)>;
 
 /// A copy of the picture without the sound. On the loading queue.
 void composeItem(AVAsset* asset, AVAssetTrack* track, const ItemCompletion& finish) {
@@ -44,33 +45,31 @@ void composeItem(AVAsset* asset, AVAssetTrack* track, const ItemCompletion& fini
 }
 
 /// On the loading queue, like the last block.
-void loadTracks(AVAsset* asset, const ItemCompletion& finish) {
-    const ItemCompletion kept = finish;
+void loadTracks(AVAsset* asset, ItemCompletion finish) {
     [asset loadTracksWithMediaType:AVMediaTypeVideo
                  completionHandler:^(NSArray<AVAssetTrack*>* tracks, NSError* error) {
                    AVAssetTrack* const track = tracks.firstObject;
                    if (error != nil) {
-                       kept(nil, describedError(error));
+                       finish(nil, describedError(error));
                    } else if (track == nil) {
-                       kept(nil,
-                            base::Error{base::ErrorKind::notFound, "The file has no video track."});
+                       finish(nil, base::Error{base::ErrorKind::notFound,
+                                               "The file has no video track."});
                    } else {
-                       composeItem(asset, track, kept);
+                       composeItem(asset, track, finish);
                    }
                  }];
 }
 
-void loadItem(AVAsset* asset, const ItemCompletion& finish) {
-    const ItemCompletion kept = finish;
+void loadItem(AVAsset* asset, ItemCompletion finish) {
     [asset loadValuesAsynchronouslyForKeys:@[ @"duration" ]
                          completionHandler:^{
                            NSError* error = nil;
                            if ([asset statusOfValueForKey:@"duration"
                                                     error:&error] != AVKeyValueStatusLoaded) {
-                               kept(nil, describedError(error).value_or(localizedError(nil)));
+                               finish(nil, describedError(error).value_or(localizedError(nil)));
                                return;
                            }
-                           loadTracks(asset, kept);
+                           loadTracks(asset, finish);
                          }];
 }
 
@@ -115,17 +114,17 @@ void LoopingPlayerView::setCornerRadius(double radius) {
 }
 
 void LoopingPlayerView::play(Completion completion) {
-    loadItem(coordinator_->asset,
-             ItemCompletion(runOnMainThread,
-                            alive_.guard([this, completion = std::move(completion)](
-                                             AVPlayerItem* item, const MaybeError& error) {
-                                if (error) {
-                                    completion(*error);
-                                    return;
-                                }
-                                coordinator_->start(item);
-                                completion(base::Nothing{});
-                            })));
+    const MainThreadCompletion<AVPlayerItem*, MaybeError> finish(
+        runOnMainThread, alive_.guard([this, completion = std::move(completion)](
+                                          AVPlayerItem* item, const MaybeError& error) {
+            if (error) {
+                completion(*error);
+                return;
+            }
+            coordinator_->start(item);
+            completion(base::Nothing{});
+        }));
+    loadItem(coordinator_->asset, finish);
 }
 
 base::Result<ui::Film> BundleFilms::open(const std::string& videoName) {
