@@ -5,6 +5,7 @@
 
 #include "platform/x11/display_layout.h"
 #include "platform/x11/overlay_stage.h"
+#include "platform/x11/redirected_windows.h"
 #include "platform/x11/window_list.h"
 
 namespace platform::x11 {
@@ -19,8 +20,10 @@ struct DisplayBacking {
 /// What a listed window carries.
 struct WindowBacking {
     ListedWindow window;
+    /// The windows of the screen in front of it, the overlay left out.
+    std::vector<NativeRect> inFront;
     /// Keeps the window whole when the overlay closes before its picture is taken.
-    std::shared_ptr<const void> keptWindows;
+    std::shared_ptr<const RedirectedWindows> keptWindows;
     /// All displays: a window may lie on several. Shared by all windows of one list.
     std::shared_ptr<const std::vector<DisplayBacking>> displays;
 };

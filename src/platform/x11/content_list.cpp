@@ -57,16 +57,21 @@ capture::ShareableContent listContent(Connection& connection, const OverlayStage
                                     backing.display.scale,
                                     std::shared_ptr<const void>(backings, &backing)});
     }
+    std::vector<NativeRect> inFront;
     for (ListedWindow& window : listWindows(connection)) {
         if (stage.holds(window.id)) {
             window.kind = WindowKind::overlay;
+        }
+        const auto coveredBy = inFront;
+        if (window.presence == WindowPresence::onScreen && window.kind != WindowKind::overlay) {
+            inFront.push_back(window.frame.visible);
         }
         if (!isWanted(window, desktopWindows, visibility)) {
             continue;
         }
         auto backing = std::make_shared<const WindowBacking>(
-            WindowBacking{window, stage.keptWindows(), backings});
-        content.windows.push_back({window.id, layout.topLeftFromNative(window.frame),
+            WindowBacking{window, coveredBy, stage.keptWindows(), backings});
+        content.windows.push_back({window.id, layout.topLeftFromNative(window.frame.visible),
                                    layerOf(window.kind), applicationOf(window),
                                    std::move(backing)});
     }

@@ -9,6 +9,8 @@
 
 namespace platform::x11 {
 
+class RedirectedWindows;
+
 /// The picture of one display from the moment when the overlay opened: a pixmap of the server,
 /// never read whole into this process. Freed with its last owner.
 class Snapshot {
@@ -75,7 +77,7 @@ class OverlayStage {
     /// What has the server keep the windows of the application in front whole, covered as they are,
     /// while snapshots hide the screen: to be held until one of them is captured. Null when the
     /// server needs no telling.
-    [[nodiscard]] virtual std::shared_ptr<const void> keptWindows() const = 0;
+    [[nodiscard]] virtual std::shared_ptr<const RedirectedWindows> keptWindows() const = 0;
     /// Whether the window is one of the overlay's, closed ones that are still on the screen
     /// included.
     [[nodiscard]] virtual bool holds(xcb_window_t window) const = 0;

@@ -41,6 +41,14 @@ std::optional<PixelLayout::Format> formatOfDepth(const xcb_setup_t& setup, std::
 PixelLayout::PixelLayout(const Format& format, const Masks& masks)
     : format_(format), masks_(masks) {}
 
+PixelLayout PixelLayout::withoutAlpha() const {
+    PixelLayout layout = *this;
+    if (hasAlpha()) {
+        layout.format_.depth = 24;
+    }
+    return layout;
+}
+
 std::optional<PixelLayout> PixelLayout::ofVisual(const Connection& connection,
                                                  xcb_visualid_t visual) {
     for (auto depths = xcb_screen_allowed_depths_iterator(&connection.screen()); depths.rem > 0;

@@ -37,6 +37,8 @@ class PixelLayout {
     /// visual without alpha is then anything.
     [[nodiscard]] bool isDirect() const;
     [[nodiscard]] bool hasAlpha() const { return format_.depth == 32; }
+    /// The same pixels, whatever their alpha says.
+    [[nodiscard]] PixelLayout withoutAlpha() const;
     /// Writes `width * 4` bytes; without an alpha channel the fourth byte of each pixel is 255.
     void convertRow(const std::uint8_t* source, std::uint8_t* target, int width) const;
 

@@ -11,63 +11,94 @@
 
 namespace platform::x11 {
 
-std::vector<xcb_window_t> coveredWindows(const std::vector<ListedWindow>& windows,
-                                         std::int32_t processID, const NativeRect& screen) {
-    std::vector<xcb_window_t> covered;
+namespace {
+
+/// What the displays show of the window behind those in front of it.
+std::vector<NativeRect> visiblePartsOf(const NativeRect& frame,
+                                       const std::vector<NativeRect>& displays,
+                                       const std::vector<NativeRect>& inFront) {
+    NativeRegion hidden(frame);
+    for (const NativeRect& display : displays) {
+        hidden.subtract(display);
+    }
+    NativeRegion visible(frame);
+    for (const NativeRect& part : hidden.parts()) {
+        visible.subtract(part);
+    }
+    for (const NativeRect& other : inFront) {
+        visible.subtract(other);
+    }
+    return visible.parts();
+}
+
+}  // namespace
+
+bool KeptWindow::isWhole() const {
+    return visibleParts.size() == 1 && visibleParts.front() == frame.topLevel();
+}
+
+std::vector<KeptWindow> windowsToKeep(const std::vector<ListedWindow>& windows,
+                                      std::int32_t processID,
+                                      const std::vector<NativeRect>& displays) {
+    std::vector<KeptWindow> kept;
     std::vector<NativeRect> inFront;
     for (const ListedWindow& window : windows) {
         if (window.presence != WindowPresence::onScreen) {
             continue;
         }
-        const bool isCovered =
-            intersection(window.frame, screen) != window.frame ||
-            std::any_of(inFront.begin(), inFront.end(), [&](const NativeRect& other) {
-                return !intersection(window.frame, other).isEmpty();
-            });
-        if (isCovered && window.owner.processID == processID) {
-            covered.push_back(window.topLevel);
+        const NativeRect topLevel = window.frame.topLevel();
+        if (window.owner.processID == processID) {
+            kept.push_back(
+                {window.topLevel, window.frame, visiblePartsOf(topLevel, displays, inFront)});
         }
-        inFront.push_back(window.frame);
+        inFront.push_back(topLevel);
     }
-    return covered;
+    return kept;
 }
 
-std::shared_ptr<const RedirectedWindows> RedirectedWindows::ofProcess(Connection& connection,
-                                                                      std::int32_t processID) {
+std::shared_ptr<const RedirectedWindows> RedirectedWindows::ofProcess(
+    Connection& connection, std::int32_t processID, const std::vector<NativeRect>& displays) {
     if (!announceComposite(connection)) {
-        return nullptr;
-    }
-    const Reply<xcb_get_geometry_reply_t> root(xcb_get_geometry_reply(
-        connection.get(), xcb_get_geometry(connection.get(), connection.root()), nullptr));
-    if (!root) {
         return nullptr;
     }
     auto windows = listWindows(connection);
     std::erase_if(windows,
                   [&](const ListedWindow& window) { return isOwnWindow(connection, window.id); });
-    auto topLevels = coveredWindows(windows, processID, {0, 0, root->width, root->height});
-    if (topLevels.empty()) {
+    auto kept = windowsToKeep(windows, processID, displays);
+    if (kept.empty()) {
         return nullptr;
     }
     return std::shared_ptr<const RedirectedWindows>(
-        new RedirectedWindows(connection, std::move(topLevels)));
+        new RedirectedWindows(connection, std::move(kept)));
 }
 
-RedirectedWindows::RedirectedWindows(Connection& connection, std::vector<xcb_window_t> topLevels)
-    : connection_(connection), topLevels_(std::move(topLevels)) {
-    for (const xcb_window_t window : topLevels_) {
-        xcb_composite_redirect_window(connection_.get(), window, XCB_COMPOSITE_REDIRECT_AUTOMATIC);
+RedirectedWindows::RedirectedWindows(Connection& connection, std::vector<KeptWindow> windows)
+    : connection_(connection), windows_(std::move(windows)) {
+    for (const KeptWindow& window : windows_) {
+        if (!window.isWhole()) {
+            xcb_composite_redirect_window(connection_.get(), window.topLevel,
+                                          XCB_COMPOSITE_REDIRECT_AUTOMATIC);
+        }
     }
     connection_.flush();
 }
 
 RedirectedWindows::~RedirectedWindows() {
-    for (const xcb_window_t window : topLevels_) {
-        // An error for a window that is gone, which nobody looks at.
-        xcb_composite_unredirect_window(connection_.get(), window,
-                                        XCB_COMPOSITE_REDIRECT_AUTOMATIC);
+    for (const KeptWindow& window : windows_) {
+        if (!window.isWhole()) {
+            // An error for a window that is gone, which nobody looks at.
+            xcb_composite_unredirect_window(connection_.get(), window.topLevel,
+                                            XCB_COMPOSITE_REDIRECT_AUTOMATIC);
+        }
     }
     connection_.flush();
+}
+
+const KeptWindow* RedirectedWindows::find(xcb_window_t topLevel) const {
+    const auto found =
+        std::find_if(windows_.begin(), windows_.end(),
+                     [&](const KeptWindow& window) { return window.topLevel == topLevel; });
+    return found == windows_.end() ? nullptr : &*found;
 }
 
 }  // namespace platform::x11

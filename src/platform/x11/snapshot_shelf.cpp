@@ -25,6 +25,14 @@ bool SnapshotShelf::holds(xcb_window_t window) const {
                        [&](const Shown& shown) { return shown.window == window; });
 }
 
+std::vector<NativeRect> SnapshotShelf::shownFrames() const {
+    std::vector<NativeRect> frames;
+    for (const Shown& shown : shown_) {
+        frames.push_back(shown.snapshot->frame());
+    }
+    return frames;
+}
+
 void SnapshotShelf::close(xcb_window_t window) {
     const auto found = std::find_if(shown_.begin(), shown_.end(),
                                     [&](const Shown& shown) { return shown.window == window; });

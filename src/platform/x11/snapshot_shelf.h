@@ -23,6 +23,8 @@ class SnapshotShelf {
     [[nodiscard]] bool holds(xcb_window_t window) const;
     /// Whether a window is up.
     [[nodiscard]] bool isShowing() const { return !shown_.empty(); }
+    /// The displays over which windows are up.
+    [[nodiscard]] std::vector<NativeRect> shownFrames() const;
     /// Destroys the window at once.
     void close(xcb_window_t window);
     /// The snapshot of the display that is in use, or was until a moment ago; else null.

@@ -1,13 +1,16 @@
 #pragma once
 
+#include <vector>
+
 #include "platform/x11/native_geometry.h"
 #include "platform/x11/screen_reader.h"
 
 namespace platform::x11 {
 
 /// The soft shadow that is drawn for a window that has none of its own: black, 45 % at its
-/// strongest, the window's rectangle moved down by 8 points and blurred (Gaussian, 8 points wide),
-/// cut where less than half a level is left, 24 points from its edges. Lengths in native pixels.
+/// strongest, the shape of what is at least half opaque of the window, moved down by 8 points and
+/// blurred (Gaussian, 8 points wide), cut where less than half a level is left, 24 points from its
+/// edges. Lengths in native pixels.
 class SoftShadow {
   public:
     /// `scale` is that of the display: native pixels for each point.
@@ -19,9 +22,22 @@ class SoftShadow {
     void draw(const Canvas& canvas, const NativeRect& window) const;
 
   private:
+    /// Rows of the window that cast the same shadow.
+    struct Band {
+        int begin;
+        int end;
+        /// How much of a row's blurred pixels falls on each column of the canvas, 0 to 1.
+        std::vector<float> shares;
+    };
+
+    [[nodiscard]] std::vector<float> blurred(const std::vector<bool>& row) const;
+    [[nodiscard]] double inside(double edge, double place) const;
+
     double blur_;
     int reach_;
     int drop_;
+    /// What is `inside` of an edge, from a reach before it to a reach behind it.
+    std::vector<float> profile_;
 };
 
 }  // namespace platform::x11

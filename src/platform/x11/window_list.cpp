@@ -20,27 +20,48 @@ struct WindowRequests {
     PropertyRequest types;
     PropertyRequest states;
     PropertyRequest desktop;
-    PropertyRequest extents;
+    PropertyRequest decoration;
+    PropertyRequest ownShadow;
+    xcb_get_geometry_cookie_t geometry;
+    xcb_translate_coordinates_cookie_t place;
 };
 
 WindowRequests askForWindow(Connection& connection, xcb_window_t window) {
     return {askForProperty(connection, window, "_NET_WM_WINDOW_TYPE"),
             askForProperty(connection, window, "_NET_WM_STATE"),
             askForProperty(connection, window, "_NET_WM_DESKTOP"),
-            askForProperty(connection, window, "_GTK_FRAME_EXTENTS")};
+            askForProperty(connection, window, "_NET_FRAME_EXTENTS"),
+            askForProperty(connection, window, "_GTK_FRAME_EXTENTS"),
+            xcb_get_geometry(connection.get(), window),
+            xcb_translate_coordinates(connection.get(), window, connection.root(), 0, 0)};
 }
 
-FrameExtents readExtents(Connection& connection, PropertyRequest request) {
+std::optional<FrameExtents> readExtents(Connection& connection, PropertyRequest request) {
     const auto numbers = readNumbers(connection, request, XCB_ATOM_CARDINAL);
     // A window is at most 65535 wide.
     const bool isSane =
         numbers.size() == 4 && std::all_of(numbers.begin(), numbers.end(),
                                            [](std::uint32_t number) { return number <= 0xffff; });
     if (!isSane) {
-        return {};
+        return std::nullopt;
     }
     const auto at = [&](std::size_t index) { return static_cast<std::int32_t>(numbers[index]); };
-    return {at(0), at(1), at(2), at(3)};
+    return FrameExtents{at(0), at(1), at(2), at(3)};
+}
+
+WindowFrame readFrame(Connection& connection, const WindowRequests& requests, xcb_window_t window,
+                      const TopLevel& topLevel) {
+    WindowMeasures measures{.topLevel = topLevel.frame};
+    measures.decoration = readExtents(connection, requests.decoration);
+    measures.ownShadow = readExtents(connection, requests.ownShadow).value_or(FrameExtents{});
+    const Reply<xcb_get_geometry_reply_t> geometry(
+        xcb_get_geometry_reply(connection.get(), requests.geometry, nullptr));
+    const Reply<xcb_translate_coordinates_reply_t> place(
+        xcb_translate_coordinates_reply(connection.get(), requests.place, nullptr));
+    if (geometry && place && window != topLevel.id) {
+        measures.client = NativeRect{place->dst_x, place->dst_y, geometry->width, geometry->height};
+    }
+    return frameOf(measures);
 }
 
 WindowPresence presenceOf(Connection& connection, const TopLevel& topLevel,
@@ -87,13 +108,6 @@ std::vector<xcb_window_t> unlistedWindows(const std::vector<TopLevel>& tops,
 
 }  // namespace
 
-NativeRect visiblePart(const NativeRect& frame, const FrameExtents& extents) {
-    const NativeRect visible{frame.x + extents.left, frame.y + extents.top,
-                             frame.width - extents.left - extents.right,
-                             frame.height - extents.top - extents.bottom};
-    return visible.isEmpty() ? frame : visible;
-}
-
 std::vector<ListedWindow> listWindows(Connection& connection) {
     const PropertyRequest currentDesktopRequest =
         askForProperty(connection, connection.root(), "_NET_CURRENT_DESKTOP");
@@ -126,13 +140,12 @@ std::vector<ListedWindow> listWindows(Connection& connection) {
         const auto types = readNumbers(connection, requests[index].types, XCB_ATOM_ATOM);
         const auto states = readNumbers(connection, requests[index].states, XCB_ATOM_ATOM);
         const auto desktop = readNumber(connection, requests[index].desktop, XCB_ATOM_CARDINAL);
-        const auto extents = readExtents(connection, requests[index].extents);
+        const auto frame = readFrame(connection, requests[index], order[index], top);
         const auto management =
             top.override == TopLevel::Override::redirect && top.id == order[index]
                 ? Management::unmanaged
                 : Management::managed;
-        windows.push_back({order[index], top.id, visiblePart(top.frame, extents), extents,
-                           kindOf(connection, types, management),
+        windows.push_back({order[index], top.id, frame, kindOf(connection, types, management),
                            presenceOf(connection, top, states, desktop, currentDesktop),
                            std::move(owners[index])});
     }

@@ -6,23 +6,11 @@
 #include <vector>
 
 #include "platform/x11/connection.h"
-#include "platform/x11/native_geometry.h"
+#include "platform/x11/window_frame.h"
 #include "platform/x11/window_kind.h"
 #include "platform/x11/window_owner.h"
 
 namespace platform::x11 {
-
-/// How far a window's own shadow reaches over its visible edges (`_GTK_FRAME_EXTENTS`).
-struct FrameExtents {
-    std::int32_t left = 0;
-    std::int32_t right = 0;
-    std::int32_t top = 0;
-    std::int32_t bottom = 0;
-    friend bool operator==(const FrameExtents&, const FrameExtents&) = default;
-};
-
-/// `frame` without `extents`; all of it where they cannot be right.
-[[nodiscard]] NativeRect visiblePart(const NativeRect& frame, const FrameExtents& extents);
 
 enum class WindowPresence {
     onScreen,
@@ -35,9 +23,7 @@ struct ListedWindow {
     xcb_window_t id = XCB_WINDOW_NONE;
     /// The child of the root window that holds it: the window manager's frame, or the window.
     xcb_window_t topLevel = XCB_WINDOW_NONE;
-    /// With the window manager's frame, without the shadow that the window draws itself.
-    NativeRect frame{};
-    FrameExtents extents{};
+    WindowFrame frame;
     WindowKind kind = WindowKind::ordinary;
     WindowPresence presence = WindowPresence::onScreen;
     WindowOwner owner;

@@ -6,6 +6,7 @@
 
 #include "platform/x11/capture_region.h"
 #include "platform/x11/content_list.h"
+#include "platform/x11/decoration_source.h"
 #include "platform/x11/native_region.h"
 #include "platform/x11/pixel_layout.h"
 
@@ -101,17 +102,27 @@ void X11CaptureService::captureWindow(const capture::ShareableWindow& window,
     }
     const auto shadow = configuration.singleWindowShadow;
     auto colorSpace = colorSpaceNamed(configuration.colorSpaceName, *backing->displays);
-    auto ownPicture = windowCapture_.fromPixmap(*backing, shadow, colorSpace);
-    if (ownPicture) {
-        return finish(std::move(*ownPicture), std::move(completion));
+    const auto decoration = backing->window.frame.hasDecoration() ? decorationSource(connection_)
+                                                                  : DecorationSource::pixmap;
+    if (decoration == DecorationSource::pixmap) {
+        auto ownPicture = windowCapture_.fromPixmap(*backing, decoration, shadow, colorSpace);
+        if (ownPicture) {
+            return finish(std::move(*ownPicture), std::move(completion));
+        }
     }
-    stage_.whenClear(backing->window.frame,
-                     alive_.guard([this, backing, shadow, colorSpace = std::move(colorSpace),
-                                   completion = std::move(completion)] {
-                         finish(windowCapture_.fromScreen(*backing, sourcesOf(*backing->displays),
+    stage_.whenClear(
+        backing->window.frame.visible,
+        alive_.guard([this, backing, decoration, shadow, colorSpace = std::move(colorSpace),
+                      completion = std::move(completion)] {
+            auto ownPicture =
+                decoration == DecorationSource::screen
+                    ? windowCapture_.fromPixmap(*backing, decoration, shadow, colorSpace)
+                    : std::nullopt;
+            finish(ownPicture ? std::move(*ownPicture)
+                              : windowCapture_.fromScreen(*backing, sourcesOf(*backing->displays),
                                                           shadow, colorSpace),
-                                completion);
-                     }));
+                   completion);
+        }));
 }
 
 X11CaptureService::ImageResult X11CaptureService::readDisplay(

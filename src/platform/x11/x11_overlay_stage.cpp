@@ -56,7 +56,8 @@ void X11OverlayStage::redirectWindows() {
         return;
     }
     if (const auto process = frontProcess_()) {
-        redirectedWindows_ = RedirectedWindows::ofProcess(connection_, *process);
+        redirectedWindows_ =
+            RedirectedWindows::ofProcess(connection_, *process, snapshotShelf_.shownFrames());
     }
 }
 

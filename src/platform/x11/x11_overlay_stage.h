@@ -35,7 +35,7 @@ class X11OverlayStage final : public OverlayStage {
     void whenClear(const NativeRect& region, std::function<void()> clear) override;
     [[nodiscard]] std::shared_ptr<const Snapshot> snapshotInUse(
         const NativeRect& frame) const override;
-    [[nodiscard]] std::shared_ptr<const void> keptWindows() const override {
+    [[nodiscard]] std::shared_ptr<const RedirectedWindows> keptWindows() const override {
         return redirectedWindows_;
     }
     [[nodiscard]] bool holds(xcb_window_t window) const override;

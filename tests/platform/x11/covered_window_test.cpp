@@ -8,15 +8,16 @@
 namespace {
 
 using capture::WindowShadow;
-using platform::x11::coveredWindows;
 using platform::x11::ListedWindow;
 using platform::x11::NativeRect;
 using platform::x11::WindowPixmap;
 using platform::x11::WindowPresence;
+using platform::x11::windowsToKeep;
 using tests::CaptureRig;
 using tests::pictureOf;
 
 constexpr NativeRect screen{0, 0, 800, 600};
+const std::vector<NativeRect> screens{screen};
 constexpr std::int32_t front = 100;
 constexpr std::int32_t other = 200;
 
@@ -24,29 +25,64 @@ ListedWindow windowOf(std::int32_t process, xcb_window_t id, const NativeRect& f
     ListedWindow window;
     window.id = id;
     window.topLevel = id + 1000;
-    window.frame = frame;
+    window.frame.visible = frame;
     window.owner.processID = process;
     return window;
 }
 
+struct Covered {
+    xcb_window_t topLevel;
+    std::vector<NativeRect> visibleParts;
+    friend bool operator==(const Covered&, const Covered&) = default;
+};
+
+/// Those of which the displays do not show everything.
+std::vector<Covered> coveredWindows(const std::vector<ListedWindow>& windows,
+                                    const std::vector<NativeRect>& displays) {
+    std::vector<Covered> covered;
+    for (const auto& window : windowsToKeep(windows, front, displays)) {
+        if (!window.isWhole()) {
+            covered.push_back({window.topLevel, window.visibleParts});
+        }
+    }
+    return covered;
+}
+
 TEST(CoveredWindows, are_those_of_the_process_that_a_window_in_front_of_them_covers) {
-    EXPECT_EQ(coveredWindows(
-                  {windowOf(front, 1, {0, 0, 100, 100}), windowOf(other, 2, {90, 90, 100, 100}),
-                   windowOf(front, 3, {180, 180, 50, 50}), windowOf(front, 4, {300, 300, 50, 50})},
-                  front, screen),
-              std::vector<xcb_window_t>{1003});
+    EXPECT_EQ(
+        coveredWindows(
+            {windowOf(front, 1, {0, 0, 100, 100}), windowOf(other, 2, {90, 50, 100, 100}),
+             windowOf(front, 3, {180, 0, 50, 200}), windowOf(front, 4, {300, 300, 50, 50})},
+            screens),
+        (std::vector<Covered>{{1003, {{180, 0, 50, 50}, {180, 150, 50, 50}, {190, 50, 40, 100}}}}));
 }
 
 TEST(CoveredWindows, include_those_that_reach_over_the_edge_of_the_screen) {
-    EXPECT_EQ(coveredWindows({windowOf(front, 1, {-1, 0, 100, 100})}, front, screen),
-              std::vector<xcb_window_t>{1001});
+    EXPECT_EQ(coveredWindows({windowOf(front, 1, {-1, 0, 100, 100})}, screens),
+              (std::vector<Covered>{{1001, {{0, 0, 99, 100}}}}));
+}
+
+TEST(CoveredWindows, include_those_that_reach_where_no_display_is) {
+    EXPECT_EQ(
+        coveredWindows({windowOf(front, 1, {750, 500, 100, 200})}, {screen, {800, 0, 400, 400}}),
+        (std::vector<Covered>{{1001, {{750, 500, 50, 100}}}}));
+    EXPECT_EQ(
+        coveredWindows({windowOf(front, 1, {750, 300, 100, 50})}, {screen, {800, 0, 400, 400}}),
+        std::vector<Covered>{});
 }
 
 TEST(CoveredWindows, are_not_covered_by_windows_that_are_not_on_the_screen) {
     auto minimised = windowOf(other, 1, {0, 0, 100, 100});
     minimised.presence = WindowPresence::elsewhere;
-    EXPECT_EQ(coveredWindows({minimised, windowOf(front, 2, {0, 0, 100, 100})}, front, screen),
-              std::vector<xcb_window_t>{});
+    EXPECT_EQ(coveredWindows({minimised, windowOf(front, 2, {0, 0, 100, 100})}, screens),
+              std::vector<Covered>{});
+}
+
+TEST(CoveredWindows, are_covered_by_the_shadows_that_windows_draw_too) {
+    auto shadowed = windowOf(other, 1, {100, 0, 50, 50});
+    shadowed.frame.margins = {10, 10, 10, 10};
+    EXPECT_EQ(coveredWindows({shadowed, windowOf(front, 2, {0, 0, 100, 60})}, screens),
+              (std::vector<Covered>{{1002, {{0, 0, 90, 60}}}}));
 }
 
 /// Two windows, and an overlay that shows a snapshot over them.

@@ -79,13 +79,13 @@ TEST_F(SoftShadowTest, is_black_and_alike_on_both_sides) {
 
 TEST(SoftShadow, shows_through_a_translucent_window) {
     SoftShadow shadow(1.0);
-    std::vector<std::uint8_t> bytes(std::size_t{100} * 100 * 4, 100);
+    std::vector<std::uint8_t> bytes(std::size_t{100} * 100 * 4, 150);
     const Canvas canvas{100, 100, bytes.data(), nullptr};
     shadow.draw(canvas, {0, 0, 100, 100});
     const std::uint8_t* middle = canvas.row(50) + 50 * 4;
-    EXPECT_EQ(middle[0], 100);
-    // 100 and 45 % of what it lets through.
-    EXPECT_NEAR(middle[3], 100 + 0.45 * 155, 1);
+    EXPECT_EQ(middle[0], 150);
+    // 150 and 45 % of what it lets through.
+    EXPECT_NEAR(middle[3], 150 + 0.45 * 105, 1);
 }
 
 }  // namespace

@@ -18,10 +18,8 @@ namespace {
 
 using capture::DesktopWindows;
 using capture::WindowVisibility;
-using platform::x11::FrameExtents;
 using platform::x11::mergeStacking;
 using platform::x11::NativeRect;
-using platform::x11::visiblePart;
 using tests::CaptureRig;
 using Management = tests::PlainWindowOptions::Management;
 
@@ -76,13 +74,6 @@ TEST(MergeStacking, keeps_the_given_order_and_puts_the_others_above_what_they_co
     const auto merged =
         mergeStacking({1, 3, 2, 9}, {60, 50}, stack, {{1, 101}, {2, 102}, {3, 103}});
     EXPECT_EQ(merged, (std::vector<xcb_window_t>{1, 50, 3, 2, 60}));
-}
-
-TEST(VisiblePart, leaves_a_frame_alone_whose_extents_are_larger_than_it) {
-    const NativeRect frame{10, 20, 100, 80};
-    EXPECT_EQ(visiblePart(frame, {5, 6, 7, 8}), (NativeRect{15, 27, 89, 65}));
-    EXPECT_EQ(visiblePart(frame, {60, 60, 0, 0}), frame);
-    EXPECT_EQ(visiblePart(frame, FrameExtents{}), frame);
 }
 
 TEST(ContentList, lists_the_displays_with_the_primary_first) {
