@@ -94,7 +94,8 @@ class CaptureService {
     virtual ~CaptureService() = default;
     virtual void shareableContent(DesktopWindows desktopWindows, WindowVisibility visibility,
                                   ContentCompletion completion) = 0;
-    /// What lies outside of the display is opaque black in the picture.
+    /// What lies outside of the display is opaque black in the picture. An error when the service
+    /// cannot do what the configuration says.
     virtual void captureImage(const ContentFilter& filter, const StreamConfiguration& configuration,
                               ImageCompletion completion) = 0;
 };

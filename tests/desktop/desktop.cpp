@@ -71,9 +71,7 @@ Desktop::Desktop(const DesktopOptions& options)
     client_ = std::make_unique<XClient>(displayName());
     input_ = std::make_unique<InputDriver>(displayName());
     startBus(options.busServices);
-    if (options.windowManager == WindowManager::openbox) {
-        startWindowManager();
-    }
+    startWindowManager(options.windowManager, options.compositor);
     startCompositor(options.compositor);
     startNotifications(options.notifications);
     if (options.tray == Tray::host) {
@@ -164,45 +162,27 @@ void Desktop::startBus(const std::filesystem::path& services) {
     dbusDaemon_->waitForLine("unix:");
 }
 
-void Desktop::startWindowManager() {
-    windowManager_ = start("openbox", {"openbox", "--sm-disable"});
-    // The announcement on the root window comes before its event loop, and a window that is mapped
-    // in between is forgotten until some other event arrives. So a probe window is managed first,
-    // with changes of a root property as the other events.
-    xcb_connection_t* connection = client_->get();
-    const xcb_window_t probe = xcb_generate_id(connection);
-    xcb_create_window(connection, XCB_COPY_FROM_PARENT, probe, client_->root(), 0, 0, 1, 1, 0,
-                      XCB_WINDOW_CLASS_INPUT_OUTPUT, XCB_COPY_FROM_PARENT, 0, nullptr);
-    require("The start of the window manager",
-            [this] { return client_->property(client_->root(), "_NET_CLIENT_LIST").has_value(); });
-    xcb_map_window(connection, probe);
-    const xcb_atom_t poke = client_->atom("LUMAFRAME_TEST_POKE");
-    const auto pokeUntil = [&](const std::function<bool()>& condition) {
-        require("The readiness of the window manager", [&] {
-            xcb_change_property(connection, XCB_PROP_MODE_REPLACE, client_->root(), poke,
-                                XCB_ATOM_CARDINAL, 32, 1, &probe);
-            return condition();
-        });
-    };
-    pokeUntil([&] { return client_->property(probe, "WM_STATE").has_value(); });
-    xcb_destroy_window(connection, probe);
-    pokeUntil([&] {
-        const auto list = client_->property(client_->root(), "_NET_CLIENT_LIST");
-        return list && list->empty();
-    });
-    xcb_delete_property(connection, client_->root(), poke);
-    client_->synchronize();
+void Desktop::startWindowManager(WindowManager manager, Compositor compositor) {
+    if (manager == WindowManager::none) {
+        return;
+    }
+    const Start how = windowManagerStart(manager, compositor, home() / ".config");
+    windowManager_ = start("window-manager", how.command, how.environment);
+    awaitWindowManager(*client_);
+    if (compositor == Compositor::builtIn) {
+        awaitCompositor();
+    }
 }
 
 void Desktop::startCompositor(Compositor compositor) {
-    if (compositor == Compositor::none) {
-        return;
+    const Start how = compositorStart(compositor);
+    if (!how.command.empty()) {
+        compositor_ = start("picom", how.command, how.environment);
+        awaitCompositor();
     }
-    std::vector<std::string> command{"picom", "--config", "/dev/null", "--backend", "xrender"};
-    if (compositor == Compositor::picomFading) {
-        command.emplace_back("--fading");
-    }
-    compositor_ = start("picom", std::move(command));
+}
+
+void Desktop::awaitCompositor() {
     require("The start of the compositor",
             [this] { return client_->selectionOwner("_NET_WM_CM_S0") != XCB_WINDOW_NONE; });
 }
@@ -225,6 +205,17 @@ void Desktop::startNotifications(NotificationDaemon daemon) {
             bus({"wait-for-name", "org.freedesktop.Notifications"});
             return;
     }
+}
+
+std::unique_ptr<Process> Desktop::startGtkWindow(int version, const std::string& title) {
+    auto window = start("gtk-window", {LUMAFRAME_TEST_GTK_WINDOW, std::to_string(version), title},
+                        {{"GDK_BACKEND", "x11"},
+                         {"GSK_RENDERER", "cairo"},
+                         {"GSETTINGS_BACKEND", "memory"},
+                         {"GTK_A11Y", "none"},
+                         {"NO_AT_BRIDGE", "1"}});
+    window->waitForLine("ready");
+    return window;
 }
 
 std::unique_ptr<Process> Desktop::startClipboardManager(ClipboardManager manner) {

@@ -12,14 +12,12 @@
 #include "desktop/process.h"
 #include "desktop/test_window.h"
 #include "desktop/wait.h"
+#include "desktop/window_manager.h"
 #include "desktop/x_client.h"
 #include "desktop/x_server.h"
 
 namespace desktop {
 
-enum class WindowManager { none, openbox };
-/// picom blends with xrender, without fading or shadows; `picomFading` with its fades on.
-enum class Compositor { none, picom, picomFading };
 /// A notification daemon of the test's own that records what it is told, or dunst.
 enum class NotificationDaemon { none, recorder, dunst };
 /// A StatusNotifierWatcher and host of the test's own.
@@ -88,6 +86,8 @@ class Desktop {
     void stopCompositor();
     /// Requires that one was started.
     [[nodiscard]] Process& compositor() { return *compositor_; }
+    /// Starts a program with a window of GTK 3 or 4 that decorates itself (gtk_window.py).
+    std::unique_ptr<Process> startGtkWindow(int version, const std::string& title);
     /// Starts a clipboard manager of the test's own (clipboard_manager.cpp).
     enum class ClipboardManager { keeping, silent };
     std::unique_ptr<Process> startClipboardManager(ClipboardManager manner);
@@ -109,7 +109,8 @@ class Desktop {
 
   private:
     void startBus(const std::filesystem::path& services);
-    void startWindowManager();
+    void startWindowManager(WindowManager manager, Compositor compositor);
+    void awaitCompositor();
     void startAccessibility();
     void startNotifications(NotificationDaemon daemon);
     std::unique_ptr<Process> startBusService(const std::string& role);

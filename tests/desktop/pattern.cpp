@@ -69,7 +69,8 @@ xcb_pixmap_t uploadPixels(const XClient& client, const Picture& picture) {
     return pixmap;
 }
 
-Wallpaper::Wallpaper(const std::string& displayName, Motif motif) : client_(displayName) {
+Wallpaper::Wallpaper(const std::string& displayName, Motif motif, Ground ground)
+    : client_(displayName) {
     if (motif == Motif::none) {
         return;
     }
@@ -78,6 +79,23 @@ Wallpaper::Wallpaper(const std::string& displayName, Motif motif) : client_(disp
     picture_ = motif == Motif::pattern ? pattern(before.width, before.height, seed)
                                        : gradient(before.width, before.height);
     const xcb_pixmap_t pixmap = upload(client_, picture_);
+    switch (ground) {
+        case Ground::root:
+            showOnRoot(pixmap);
+            break;
+        case Ground::desktopWindow:
+            showInWindow(pixmap);
+            break;
+    }
+    require("The painting of the wallpaper", [this] {
+        const int right = picture_.width - 1;
+        const int bottom = picture_.height - 1;
+        return readScreen(client_, 0, 0, 1, 1).pixels[0] == picture_.at(0, 0) &&
+               readScreen(client_, right, bottom, 1, 1).pixels[0] == picture_.at(right, bottom);
+    });
+}
+
+void Wallpaper::showOnRoot(xcb_pixmap_t pixmap) {
     // Under these names compositors look for the picture that they paint behind the windows.
     for (const char* name : {"_XROOTPMAP_ID", "ESETROOT_PMAP_ID"}) {
         xcb_change_property(client_.get(), XCB_PROP_MODE_REPLACE, client_.root(),
@@ -85,12 +103,19 @@ Wallpaper::Wallpaper(const std::string& displayName, Motif motif) : client_(disp
     }
     xcb_change_window_attributes(client_.get(), client_.root(), XCB_CW_BACK_PIXMAP, &pixmap);
     xcb_clear_area(client_.get(), 0, client_.root(), 0, 0, 0, 0);
-    require("The painting of the wallpaper", [this] {
-        const int right = picture_.width - 1;
-        const int bottom = picture_.height - 1;
-        return readScreen(client_, 0, 0, 1, 1).pixels[0] == picture_.at(0, 0) &&
-               readScreen(client_, right, bottom, 1, 1).pixels[0] == picture_.at(right, bottom);
-    });
+}
+
+void Wallpaper::showInWindow(xcb_pixmap_t pixmap) {
+    const xcb_window_t window = xcb_generate_id(client_.get());
+    xcb_create_window(client_.get(), XCB_COPY_FROM_PARENT, window, client_.root(), 0, 0,
+                      static_cast<std::uint16_t>(picture_.width),
+                      static_cast<std::uint16_t>(picture_.height), 0, XCB_WINDOW_CLASS_INPUT_OUTPUT,
+                      XCB_COPY_FROM_PARENT, XCB_CW_BACK_PIXMAP, &pixmap);
+    const xcb_atom_t type = client_.atom("_NET_WM_WINDOW_TYPE_DESKTOP");
+    xcb_change_property(client_.get(), XCB_PROP_MODE_REPLACE, window,
+                        client_.atom("_NET_WM_WINDOW_TYPE"), XCB_ATOM_ATOM, 32, 1, &type);
+    xcb_map_window(client_.get(), window);
+    xcb_flush(client_.get());
 }
 
 }  // namespace desktop

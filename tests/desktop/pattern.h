@@ -27,11 +27,19 @@ class Wallpaper {
     /// screen shows nothing, as Xwayland's.
     enum class Motif { pattern, gradient, none };
 
+    /// What shows it: the root window, or a window of the desktop, which desktops have whose
+    /// compositor paints no root window.
+    enum class Ground { root, desktopWindow };
+
     /// Returns when the screen shows it at its corners; the screen must be empty.
-    explicit Wallpaper(const std::string& displayName, Motif motif = Motif::pattern);
+    explicit Wallpaper(const std::string& displayName, Motif motif = Motif::pattern,
+                       Ground ground = Ground::root);
     [[nodiscard]] const Picture& picture() const { return picture_; }
 
   private:
+    void showOnRoot(xcb_pixmap_t pixmap);
+    void showInWindow(xcb_pixmap_t pixmap);
+
     XClient client_;
     Picture picture_;
 };

@@ -2,6 +2,8 @@
 
 #include <unistd.h>
 
+#include <array>
+#include <cstring>
 #include <utility>
 
 #include "desktop/pattern.h"
@@ -66,10 +68,22 @@ void TestWindow::create(const TestWindowOptions& options) {
                                static_cast<std::uint32_t>(options.width),
                                static_cast<std::uint32_t>(options.height)};
     setProperty(client_, window_, "WM_NORMAL_HINTS", "WM_SIZE_HINTS", 18, hints);
+    setAtoms("_NET_WM_WINDOW_TYPE", options.types);
+    setAtoms("_NET_WM_STATE", options.states);
     if (options.decoration == TestWindowOptions::Decoration::none) {
         constexpr std::uint32_t decorationsFlag = 2;
         const std::uint32_t motif[5] = {decorationsFlag, 0, 0, 0, 0};
         setProperty(client_, window_, "_MOTIF_WM_HINTS", "_MOTIF_WM_HINTS", 5, motif);
+    }
+}
+
+void TestWindow::setAtoms(const std::string& property, const std::vector<std::string>& names) {
+    std::vector<xcb_atom_t> atoms;
+    for (const std::string& name : names) {
+        atoms.push_back(client_.atom(name));
+    }
+    if (!atoms.empty()) {
+        setProperty(client_, window_, property, "ATOM", atoms.size(), atoms.data());
     }
 }
 
@@ -104,6 +118,16 @@ Place TestWindow::place() const {
 }
 
 Area TestWindow::frame() const {
+    const auto extents = client_.property(window_, "_NET_FRAME_EXTENTS");
+    if (extents && extents->size() == 4 * sizeof(std::uint32_t)) {
+        // The window manager's frame may reach further, invisibly.
+        std::array<int, 4> widths{};
+        std::memcpy(widths.data(), extents->data(), extents->size());
+        const auto [left, right, top, bottom] = widths;
+        const Place at = place();
+        return {at.x - left, at.y - top, picture_.width + left + right,
+                picture_.height + top + bottom};
+    }
     xcb_window_t top = window_;
     while (true) {
         const Reply<xcb_query_tree_reply_t> tree(

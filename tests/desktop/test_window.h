@@ -32,6 +32,9 @@ struct TestWindowOptions {
     enum class Decoration { full, none } decoration = Decoration::full;
     /// The pattern differs with it, so that two windows never look alike.
     std::uint32_t seed = 1;
+    /// The values of _NET_WM_WINDOW_TYPE and _NET_WM_STATE that it is mapped with.
+    std::vector<std::string> types{};
+    std::vector<std::string> states{};
 };
 
 /// An ordinary window of another program: shows a pattern in which every place is different, and
@@ -46,7 +49,7 @@ class TestWindow {
     [[nodiscard]] const Picture& picture() const { return picture_; }
     /// Where the window's own area lies on the screen now, decoration not counted.
     [[nodiscard]] Place place() const;
-    /// The whole window with its decoration, native pixels from the top left of the screen.
+    /// The whole window with its visible decoration, native pixels from the top left of the screen.
     [[nodiscard]] Area frame() const;
     /// Gives the window the input focus and waits until it has it.
     void focus();
@@ -57,6 +60,7 @@ class TestWindow {
 
   private:
     void create(const TestWindowOptions& options);
+    void setAtoms(const std::string& property, const std::vector<std::string>& names);
     void paint();
     void handleEvents();
 

@@ -2,8 +2,17 @@
 
 #include <cstring>
 #include <stdexcept>
+#include <string_view>
 
 namespace desktop {
+
+namespace {
+
+/// Instance and class, each with its zero byte.
+constexpr std::string_view overlayClassText{"lumaframe\0Lumaframe\0", 20};
+const std::vector<std::uint8_t> overlayClass(overlayClassText.begin(), overlayClassText.end());
+
+}  // namespace
 
 XClient::XClient(const std::string& displayName) {
     int screenNumber = 0;
@@ -97,7 +106,8 @@ std::vector<xcb_window_t> XClient::mappedOverlays(int x, int y, int width, int h
         const Reply<xcb_get_geometry_reply_t> geometry(
             xcb_get_geometry_reply(connection_, xcb_get_geometry(connection_, window), nullptr));
         if (attributes && geometry && attributes->override_redirect != 0 && geometry->x == x &&
-            geometry->y == y && geometry->width == width && geometry->height == height) {
+            geometry->y == y && geometry->width == width && geometry->height == height &&
+            property(window, "WM_CLASS") == overlayClass) {
             overlays.push_back(window);
         }
     }

@@ -48,8 +48,8 @@ class XClient {
     [[nodiscard]] xcb_window_t inputFocus() const;
     /// The windows that are direct children of the root, bottom to top, mapped ones only.
     [[nodiscard]] std::vector<xcb_window_t> mappedTopLevels() const;
-    /// The mapped override-redirect windows that are exactly as large as the given rectangle: an
-    /// overlay over one display.
+    /// The program's mapped override-redirect windows that are exactly as large as the given
+    /// rectangle: an overlay over one display.
     [[nodiscard]] std::vector<xcb_window_t> mappedOverlays(int x, int y, int width,
                                                            int height) const;
 

@@ -8,6 +8,7 @@
 #include <set>
 #include <stdexcept>
 
+#include "desktop/touch_and_pen.h"
 #include "desktop/x_client.h"
 
 namespace desktop {
@@ -104,10 +105,11 @@ XServer::XServer(const std::filesystem::path& directory, const std::vector<Outpu
     const Output& first = outputs.front();
     if (kind == ServerKind::xwayland) {
         startXwayland(first);
-    } else if (outputs.size() == 1 && first.x == 0 && first.y == 0 && !first.number) {
+    } else if (kind == ServerKind::x11 && outputs.size() == 1 && first.x == 0 && first.y == 0 &&
+               !first.number) {
         startVirtual(first, depth);
     } else {
-        startDummy(outputs, depth);
+        startDummy(outputs, depth, kind);
     }
 }
 
@@ -170,9 +172,12 @@ void XServer::startXwayland(const Output& output) {
     });
 }
 
-void XServer::startDummy(const std::vector<Output>& outputs, int depth) {
+void XServer::startDummy(const std::vector<Output>& outputs, int depth, ServerKind kind) {
     const auto configuration = directory_ / "xorg.conf";
-    std::ofstream(configuration) << dummyConfiguration(outputs.front(), depth);
+    std::ofstream(configuration) << dummyConfiguration(outputs.front(), depth)
+                                 << (kind == ServerKind::x11WithTouchAndPen
+                                         ? touchAndPenConfiguration(directory_)
+                                         : "");
     startAndRead({"Xorg", "-config", configuration, "-logfile", directory_ / "xorg.log",
                   "-novtswitch", "-sharevts", "vt7", "-dpi", "96"});
     modes_ = {modeName(outputs.front())};

@@ -24,8 +24,9 @@ struct Output {
 /// The name of the output at `index` of its list.
 std::string outputName(const Output& output, std::size_t index);
 
-/// Xwayland runs in a Wayland compositor without a screen (weston), which manages its windows.
-enum class ServerKind { x11, xwayland };
+/// Xwayland runs in a Wayland compositor without a screen (weston), which manages its windows. A
+/// touch screen and a pen (touch_and_pen.h) need an Xorg, and so root.
+enum class ServerKind { x11, x11WithTouchAndPen, xwayland };
 
 /// A private X server on a display number of its own choosing: any number of tests may run side by
 /// side.
@@ -56,7 +57,7 @@ class XServer {
 
   private:
     void startVirtual(const Output& output, int depth);
-    void startDummy(const std::vector<Output>& outputs, int depth);
+    void startDummy(const std::vector<Output>& outputs, int depth, ServerKind kind);
     void offerMode(const Output& output, const std::string& name);
     void startXwayland(const Output& output);
     void startAndRead(std::vector<std::string> command);

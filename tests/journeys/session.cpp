@@ -9,11 +9,22 @@ namespace journeys {
 
 namespace key = desktop::key;
 
+namespace {
+
+/// KWin and mutter paint a background of their own behind the windows.
+desktop::Wallpaper::Ground groundOf(const desktop::DesktopOptions& options) {
+    return options.compositor == desktop::Compositor::builtIn
+               ? desktop::Wallpaper::Ground::desktopWindow
+               : desktop::Wallpaper::Ground::root;
+}
+
+}  // namespace
+
 Session::Session(const desktop::DesktopOptions& options, desktop::Wallpaper::Motif motif)
     : options_(options),
       desktop_(options),
       motif_(motif),
-      wallpaper_(std::in_place, desktop_.displayName(), motif),
+      wallpaper_(std::in_place, desktop_.displayName(), motif, groundOf(options)),
       clipboard_(desktop_.displayName()) {
     // Away from every place that a journey looks at.
     input().moveTo({options.outputs.front().x + options.outputs.front().width / 2,
@@ -24,7 +35,7 @@ void Session::arrange(const std::vector<desktop::Output>& outputs,
                       std::optional<std::size_t> primary) {
     desktop_.server().arrange(outputs, primary);
     options_.outputs = outputs;
-    wallpaper_.emplace(desktop_.displayName(), motif_);
+    wallpaper_.emplace(desktop_.displayName(), motif_, groundOf(options_));
 }
 
 std::filesystem::path Session::settingsFile() const {

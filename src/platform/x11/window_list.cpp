@@ -68,8 +68,11 @@ WindowPresence presenceOf(Connection& connection, const TopLevel& topLevel,
                           const std::vector<std::uint32_t>& states,
                           std::optional<std::uint32_t> desktop,
                           std::optional<std::uint32_t> currentDesktop) {
-    const bool isHidden = std::find(states.begin(), states.end(),
-                                    connection.atom("_NET_WM_STATE_HIDDEN")) != states.end();
+    const auto has = [&](const char* state) {
+        return std::find(states.begin(), states.end(), connection.atom(state)) != states.end();
+    };
+    // Of a shaded window the title bar shows, hidden or not.
+    const bool isHidden = has("_NET_WM_STATE_HIDDEN") && !has("_NET_WM_STATE_SHADED");
     const bool isOnOtherDesktop =
         desktop && currentDesktop && *desktop != everyDesktop && *desktop != *currentDesktop;
     return topLevel.mapping == TopLevel::Mapping::unmapped || isHidden || isOnOtherDesktop
@@ -77,19 +80,39 @@ WindowPresence presenceOf(Connection& connection, const TopLevel& topLevel,
                : WindowPresence::onScreen;
 }
 
-/// The windows that the window manager lists, bottom to top, each once.
-std::vector<xcb_window_t> managedWindows(Connection& connection) {
+/// The windows that a list of the window manager names, each once.
+std::vector<xcb_window_t> namedWindows(Connection& connection, PropertyRequest list) {
     std::vector<xcb_window_t> windows;
-    for (const std::uint32_t window :
-         readNumbers(connection,
-                     askForProperty(connection, connection.root(), "_NET_CLIENT_LIST_STACKING",
-                                    longestListBytes),
-                     XCB_ATOM_WINDOW)) {
+    for (const std::uint32_t window : readNumbers(connection, list, XCB_ATOM_WINDOW)) {
         if (std::find(windows.begin(), windows.end(), window) == windows.end()) {
             windows.push_back(window);
         }
     }
     return windows;
+}
+
+/// The windows that the window manager lists; bottom to top as far as it says the order.
+struct ManagedWindows {
+    std::vector<xcb_window_t> windows;
+    enum class Order { known, partly } order = Order::known;
+};
+
+ManagedWindows managedWindows(Connection& connection) {
+    const auto askForList = [&](const char* property) {
+        return askForProperty(connection, connection.root(), property, longestListBytes);
+    };
+    const PropertyRequest stacking = askForList("_NET_CLIENT_LIST_STACKING");
+    const PropertyRequest all = askForList("_NET_CLIENT_LIST");
+    ManagedWindows managed{namedWindows(connection, stacking)};
+    // xfwm4 names no window in the first list before it has restacked one.
+    for (const xcb_window_t window : namedWindows(connection, all)) {
+        auto& windows = managed.windows;
+        if (std::find(windows.begin(), windows.end(), window) == windows.end()) {
+            windows.push_back(window);
+            managed.order = ManagedWindows::Order::partly;
+        }
+    }
+    return managed;
 }
 
 /// The mapped top-level windows in which no listed window lies.
@@ -106,12 +129,26 @@ std::vector<xcb_window_t> unlistedWindows(const std::vector<TopLevel>& tops,
     return windows;
 }
 
+/// Bottom to top, as their top-level windows lie.
+void sortByStack(std::vector<xcb_window_t>& windows, const std::vector<xcb_window_t>& stack,
+                 const std::map<xcb_window_t, xcb_window_t>& topLevelOf) {
+    const auto heightOf = [&](xcb_window_t window) {
+        const auto topLevel = topLevelOf.find(window);
+        return topLevel == topLevelOf.end()
+                   ? stack.end()
+                   : std::find(stack.begin(), stack.end(), topLevel->second);
+    };
+    std::stable_sort(windows.begin(), windows.end(), [&](xcb_window_t first, xcb_window_t second) {
+        return heightOf(first) < heightOf(second);
+    });
+}
+
 }  // namespace
 
 std::vector<ListedWindow> listWindows(Connection& connection) {
     const PropertyRequest currentDesktopRequest =
         askForProperty(connection, connection.root(), "_NET_CURRENT_DESKTOP");
-    const auto managed = managedWindows(connection);
+    auto [managed, orderOfManaged] = managedWindows(connection);
     const auto currentDesktop = readNumber(connection, currentDesktopRequest, XCB_ATOM_CARDINAL);
     const auto tops = topLevels(connection);
     auto topLevelOf = topLevelsOf(connection, managed, tops);
@@ -121,6 +158,9 @@ std::vector<ListedWindow> listWindows(Connection& connection) {
     for (const TopLevel& top : tops) {
         stack.push_back(top.id);
         topOf[top.id] = &top;
+    }
+    if (orderOfManaged == ManagedWindows::Order::partly) {
+        sortByStack(managed, stack, topLevelOf);
     }
     auto order = mergeStacking(managed, unlisted, stack, topLevelOf);
     std::reverse(order.begin(), order.end());

@@ -56,6 +56,13 @@ void X11CaptureService::shareableContent(capture::DesktopWindows desktopWindows,
 void X11CaptureService::captureImage(const capture::ContentFilter& filter,
                                      const capture::StreamConfiguration& configuration,
                                      ImageCompletion completion) {
+    if (configuration.cursor != capture::CursorVisibility::hidden ||
+        configuration.scaling != capture::Scaling::none) {
+        return finish(
+            base::Error{base::ErrorKind::unavailable,
+                        "On X11 pictures are neither scaled nor have the pointer in them."},
+            std::move(completion));
+    }
     if (const auto* display = std::get_if<capture::DisplayFilter>(&filter)) {
         captureDisplay(display->display, configuration, std::move(completion));
     } else {

@@ -56,7 +56,14 @@ std::optional<capture::ShareableWindow> CaptureRig::listed(xcb_window_t window,
 }
 
 base::Result<base::Image> CaptureRig::capture(const capture::ContentFilter& filter,
-                                              const capture::StreamConfiguration& configuration) {
+                                              capture::StreamConfiguration configuration) {
+    configuration.cursor = capture::CursorVisibility::hidden;
+    configuration.scaling = capture::Scaling::none;
+    return captureAsIs(filter, configuration);
+}
+
+base::Result<base::Image> CaptureRig::captureAsIs(
+    const capture::ContentFilter& filter, const capture::StreamConfiguration& configuration) {
     std::optional<base::Result<base::Image>> result;
     service_->captureImage(filter, configuration, [&](auto image, auto error) {
         EXPECT_FALSE(result) << "the completion comes once";

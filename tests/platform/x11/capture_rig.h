@@ -38,8 +38,11 @@ class CaptureRig {
     std::optional<capture::ShareableWindow> listed(
         xcb_window_t window,
         capture::WindowVisibility visibility = capture::WindowVisibility::onScreenOnly);
+    /// Without the pointer, nothing scaled.
     base::Result<base::Image> capture(const capture::ContentFilter& filter,
-                                      const capture::StreamConfiguration& configuration);
+                                      capture::StreamConfiguration configuration);
+    base::Result<base::Image> captureAsIs(const capture::ContentFilter& filter,
+                                          const capture::StreamConfiguration& configuration);
     /// A region of the first display, in points from its upper left corner, at one pixel a point.
     base::Result<base::Image> captureRegion(const base::Rect& rect);
     base::Result<base::Image> captureWindow(xcb_window_t window, capture::WindowShadow shadow);

@@ -47,6 +47,8 @@ xcb_window_t openOverlay(CaptureRig& rig) {
 
 capture::StreamConfiguration regionOf(const Rect& rect) {
     capture::StreamConfiguration configuration;
+    configuration.cursor = capture::CursorVisibility::hidden;
+    configuration.scaling = capture::Scaling::none;
     configuration.sourceRect = rect;
     configuration.width = static_cast<std::int64_t>(rect.size.width);
     configuration.height = static_cast<std::int64_t>(rect.size.height);

@@ -189,4 +189,18 @@ TEST(WindowCapture, of_a_window_that_is_gone_or_minimised_fails_with_a_sentence)
     EXPECT_FALSE(rig.capture(capture::WindowFilter{}, {}));
 }
 
+TEST(WindowCapture, is_refused_with_the_pointer_or_scaled) {
+    CaptureRig rig(with(desktop::WindowManager::none, desktop::Compositor::none));
+    const capture::DisplayFilter display{rig.content().displays.at(0), {}};
+    capture::StreamConfiguration configuration;
+    configuration.cursor = capture::CursorVisibility::hidden;
+    configuration.scaling = capture::Scaling::none;
+    EXPECT_TRUE(rig.captureAsIs(display, configuration));
+    configuration.cursor = capture::CursorVisibility::shown;
+    EXPECT_EQ(rig.captureAsIs(display, configuration).error().kind, base::ErrorKind::unavailable);
+    configuration.cursor = capture::CursorVisibility::hidden;
+    configuration.scaling = capture::Scaling::toFit;
+    EXPECT_EQ(rig.captureAsIs(display, configuration).error().kind, base::ErrorKind::unavailable);
+}
+
 }  // namespace

@@ -244,6 +244,22 @@ TEST(ContentList, lists_the_overlay_as_ours_above_everything) {
     EXPECT_EQ(listed->owningApplication->processID, getpid());
 }
 
+TEST(ContentList, has_the_windows_that_only_the_list_without_order_names) {
+    CaptureRig rig(with(desktop::WindowManager::openbox));
+    const xcb_window_t first = openManaged(rig, {50, 50, 200, 150});
+    const xcb_window_t second = openManaged(rig, {100, 100, 200, 150});
+    const auto& client = rig.desktop().client();
+    // Of the order nothing is said, or of one window only.
+    for (const std::vector<std::uint32_t>& order : {std::vector<std::uint32_t>{}, {second}}) {
+        tests::setNumbers(client, client.root(), "_NET_CLIENT_LIST_STACKING", "WINDOW", order);
+        const auto windows = rig.content().windows;
+        EXPECT_EQ(idsOf(windows, {first, second}), (std::vector<capture::WindowID>{second, first}));
+        EXPECT_TRUE(std::all_of(windows.begin(), windows.end(), [&](const auto& window) {
+            return window.windowID != first || window.owningApplication->processID == getpid();
+        }));
+    }
+}
+
 TEST(ContentList, a_list_that_names_windows_that_are_gone_is_no_trouble) {
     CaptureRig rig(with(desktop::WindowManager::none));
     auto& client = rig.desktop().client();
