@@ -156,12 +156,12 @@ def main():
     chosen = [mistake for mistake in MISTAKES if len(sys.argv) < 2 or sys.argv[1] in mistake[3]]
     with ThreadPoolExecutor() as pool:
         healthy = pool.map(unchanged, sorted({mistake[0] for mistake in chosen}))
-        results = list(pool.map(mistaken, chosen))
-    failures = [failure for failure in healthy if failure]
-    for mistake, (failure, why) in zip(chosen, results):
-        print(f"{mistake[0]}: {mistake[3]}: {why}" if why else failure)
-        failures += [failure] if failure else []
-    print(f"{len(chosen)} mistakes, {sum(1 for _, why in results if why)} refused")
+        failures = []
+        for mistake, (failure, why) in zip(chosen, pool.map(mistaken, chosen)):
+            print(f"{mistake[0]}: {mistake[3]}: {why}" if why else failure, flush=True)
+            failures += [failure] if failure else []
+        print(f"{len(chosen)} mistakes, {len(chosen) - len(failures)} refused")
+        failures += [failure for failure in healthy if failure]
     for failure in failures:
         print(failure)
     return 1 if failures else 0
