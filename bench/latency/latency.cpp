@@ -3,7 +3,7 @@
 // peers in turn. scripts/bench-latency builds and runs it and makes the table.
 //
 //   latency --lumaframe PROGRAM --content DIRECTORY --output FILE.json
-//           [--rounds N] [--compositor none|picom] [--only NAME[,NAME...]]
+//           [--rounds N] [--compositor none|picom|picom-fading] [--only NAME[,NAME...]]
 //           [--idle yes|no]
 #include <cstdio>
 #include <cstdlib>
@@ -31,6 +31,7 @@ constexpr desktop::Output screen{.width = 3840, .height = 2160};
 const latency::Drag region{"1280x800", {1400, 300}, {2679, 1099}};
 /// In the page.
 const latency::Drag text{"text", {150, 220}, {1200, 1200}};
+constexpr desktop::Place insidePage{1000, 1200};
 const latency::Drag whole{"3840x2160", {0, 0}, {3839, 2159}};
 /// Long enough for everything that a program keeps for a while to be given back.
 constexpr std::chrono::milliseconds idleTime{3000};
@@ -66,6 +67,9 @@ Arguments parse(int count, char** values) {
     if (given["--compositor"] == "picom") {
         arguments.compositor = desktop::Compositor::picom;
     }
+    if (given["--compositor"] == "picom-fading") {
+        arguments.compositor = desktop::Compositor::picomFading;
+    }
     if (given["--idle"] == "yes") {
         arguments.idle = Idle::measured;
     }
@@ -83,6 +87,9 @@ void runRound(latency::Program& program, latency::BusyDesktop& desktop, OverlayS
         session.open(program, "warm");
         session.capture(program, region, OverlaySession::Motions::measured);
         session.capture(program, whole, OverlaySession::Motions::few);
+    }
+    if (auto* const ours = dynamic_cast<latency::LumaframeProgram*>(&program)) {
+        session.captureWindow(*ours, insidePage);
     }
     program.stop();
 }

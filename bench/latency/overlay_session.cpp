@@ -88,8 +88,29 @@ bool OverlaySession::capture(Program& program, const Drag& drag, Motions motions
     }
     input_.moveTo(drag.to).send();
     screen_.waitUntilStill(limit);
-    measureRelease(program, drag);
+    measureRelease(program, drag.label);
     rest(pause);
+    dismiss();
+    return true;
+}
+
+bool OverlaySession::captureWindow(LumaframeProgram& program, desktop::Place place) {
+    // Only windows of the application in front can be chosen.
+    input_.moveTo({place.x - 1, place.y}).pressButton().releaseButton().send();
+    screen_.waitUntilStill(limit);
+    screen_.restart(place.y);
+    files_.clean();
+    program.trigger(input_, Program::Purpose::deliver);
+    if (!waitForOverlay(program)) {
+        dismiss();
+        return false;
+    }
+    input_.press(key::space).release(key::space).moveTo(place).send();
+    watchUntil(
+        watches(program), [this] { return screen_.changedAt().has_value(); }, limit);
+    screen_.waitUntilStill(limit);
+    input_.pressButton().send();
+    measureRelease(program, "window");
     dismiss();
     return true;
 }
@@ -164,7 +185,7 @@ void OverlaySession::measureMotions(Program& program, const Drag& drag) {
     }
 }
 
-void OverlaySession::measureRelease(Program& program, const Drag& drag) {
+void OverlaySession::measureRelease(Program& program, const std::string& label) {
     clipboard_.restart();
     files_.restart();
     screen_.drain();
@@ -180,12 +201,11 @@ void OverlaySession::measureRelease(Program& program, const Drag& drag) {
     }
     rest(pause);
     const std::string& who = program.name();
-    samples_.addSpan(who, "release to file closed " + drag.label, begin, files_.closedAt());
-    samples_.addSpan(who, "release to clipboard owned " + drag.label, begin, clipboard_.ownedAt());
-    samples_.addSpan(who, "release to image/png received " + drag.label, begin,
-                     clipboard_.receivedAt());
-    samples_.add(who, "cpu from release " + drag.label, usageOf(program.process()).cpu - cpuBefore);
-    samples_.add(who, "bytes " + drag.label, static_cast<double>(files_.size()));
+    samples_.addSpan(who, "release to file closed " + label, begin, files_.closedAt());
+    samples_.addSpan(who, "release to clipboard owned " + label, begin, clipboard_.ownedAt());
+    samples_.addSpan(who, "release to image/png received " + label, begin, clipboard_.receivedAt());
+    samples_.add(who, "cpu from release " + label, usageOf(program.process()).cpu - cpuBefore);
+    samples_.add(who, "bytes " + label, static_cast<double>(files_.size()));
 }
 
 void OverlaySession::dismiss() {

@@ -34,6 +34,8 @@ class OverlaySession {
     /// taken too, for which the pointer moves at the pace of a hand.
     enum class Motions { few, measured };
     bool capture(Program& program, const Drag& drag, Motions motions);
+    /// Opens the overlay, turns to the choice of a window and clicks on the one at `place`.
+    bool captureWindow(LumaframeProgram& program, desktop::Place place);
     /// As `capture`, but nothing is put down: waits until the picture was delivered.
     bool captureQuickly(Program& program, const Drag& drag);
     /// Selects text to be recognised; does not wait for it.
@@ -44,7 +46,7 @@ class OverlaySession {
     bool selectWhenMapped(Program& program, const Drag& drag);
     void measureFirstDrag(Program& program, const Drag& drag);
     void measureMotions(Program& program, const Drag& drag);
-    void measureRelease(Program& program, const Drag& drag);
+    void measureRelease(Program& program, const std::string& label);
     void dismiss();
     [[nodiscard]] std::vector<Watch*> watches(Program& program);
 

@@ -47,6 +47,7 @@ WAITS = [
     ("Release to image/png received, 4K", "release to image/png received 3840x2160",
      "release to image/png received 3840x2160", None),
     ("CPU from the release on, 4K", "cpu from release 3840x2160", "cpu from release 3840x2160", None),
+    ("Click to file closed, window of 1800x1500", "release to file closed window", None, None),
     ("Start to hot keys registered", "start to hot keys", None, (60, 60)),
 ]
 # Ours is a release in the overlay; theirs a command of its own, which has no overlay to wait for.
