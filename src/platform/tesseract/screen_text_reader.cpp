@@ -8,6 +8,7 @@
 #include "platform/tesseract/figures.h"
 #include "platform/tesseract/line_picture.h"
 #include "platform/tesseract/page_analysis.h"
+#include "platform/tesseract/reading_merge.h"
 #include "platform/tesseract/reading_time.h"
 #include "platform/tesseract/scale_merge.h"
 #include "platform/tesseract/spacing.h"
@@ -21,9 +22,10 @@ namespace {
 constexpr int sureConfidence = 40;
 constexpr std::size_t speckLength = 2;
 
-/// Below this a line is read a second time, drawn wider, and the surer reading counts.
-constexpr int doubtfulConfidence = 50;
-constexpr LinePictureStyle secondStyle{.narrowing = 1.05};
+/// Below this a line is read a second time, drawn wider and higher, and the surer words count: it
+/// takes a sixth more time on pictures of real programs, and above it hardly anything changes.
+constexpr int doubtfulConfidence = 83;
+constexpr LinePictureStyle secondStyle{.narrowing = 1.1, .margin = 0.15};
 
 /// Letters of 6 to 50 pixels are read as they are; with these, up to 450 pixels.
 constexpr int reductions[] = {3, 9};
@@ -149,12 +151,8 @@ base::Result<std::vector<LineReading>> ScreenTextReader::readLines(const PageAna
         }
         LineReading reading = reader.read(painter.paint(lines[index], metrics[index], {}));
         if (reading.confidence < doubtfulConfidence) {
-            LineReading second =
-                reader.read(painter.paint(lines[index], metrics[index], secondStyle));
-            if (second.confidence > reading.confidence) {
-                std::swap(reading, second);
-            }
-            reading.alternatives.push_back(std::move(second.text));
+            reading = mergedReading(
+                reading, reader.read(painter.paint(lines[index], metrics[index], secondStyle)));
         }
         return reading;
     };
