@@ -31,6 +31,48 @@ bool isHexadecimal(const std::string& word) {
            });
 }
 
+/// Digests and identifiers are longer than other words that hold nothing but these digits.
+constexpr std::size_t shortestDigest = 12;
+constexpr int fewestFiguresOfDigest = 4;
+
+/// Zeros with a stroke or a dot, and round ones.
+bool isZeroLike(char character) {
+    return isRound(character) || character == 'Q' || character == '@';
+}
+
+/// Whether a word is a long hexadecimal number in one case, but for signs that look like zeros.
+bool isDigest(const std::string& word) {
+    int figures = 0;
+    bool hasSmall = false;
+    bool hasCapital = false;
+    for (const char character : word) {
+        figures += isFigure(character) ? 1 : 0;
+        hasSmall |= character >= 'a' && character <= 'f';
+        hasCapital |= character >= 'A' && character <= 'F';
+        if (std::isxdigit(static_cast<unsigned char>(character)) == 0 && !isZeroLike(character)) {
+            return false;
+        }
+    }
+    return word.size() >= shortestDigest && figures >= fewestFiguresOfDigest &&
+           hasSmall != hasCapital;
+}
+
+/// The zeros of long hexadecimal numbers, which `text` may have as at signs.
+std::string withZerosOfDigests(std::string text) {
+    const auto isOfDigest = [](char character) {
+        const auto byte = static_cast<unsigned char>(character);
+        return byte >= 0x80 || std::isalnum(byte) != 0 || character == '@' || character == '_';
+    };
+    for (auto first = text.begin(); first != text.end();) {
+        const auto last = std::find_if_not(first, text.end(), isOfDigest);
+        if (isDigest({first, last})) {
+            std::replace_if(first, last, isZeroLike, '0');
+        }
+        first = std::find_if(last, text.end(), isOfDigest);
+    }
+    return text;
+}
+
 /// `word` is nothing but letters and figures.
 void correct(std::string& word, bool isBeforeDecimals) {
     if (isHexadecimal(word)) {
@@ -57,7 +99,8 @@ void correct(std::string& word, bool isBeforeDecimals) {
 
 }  // namespace
 
-std::string withFigures(const std::string& text) {
+std::string withFigures(const std::string& reading) {
+    const std::string text = withZerosOfDigests(reading);
     const auto isOfWord = [](char character) {
         const auto byte = static_cast<unsigned char>(character);
         return byte >= 0x80 || std::isalnum(byte) != 0 || character == '_';
