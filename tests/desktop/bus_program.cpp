@@ -18,11 +18,13 @@
 //   menu-click SERVICE LABEL       clicks the menu item with that label
 //   menu-nonsense SERVICE          asks for items that the menu does not have
 //   tray-item SERVICE              prints what the tray icon says of itself
+//   figures SERVICE                prints how much SERVICE has on the bus (see bus_figures.h)
 #include <QCoreApplication>
 #include <QTimer>
 #include <iostream>
 
 #include "desktop/bus_accessibility.h"
+#include "desktop/bus_figures.h"
 #include "desktop/bus_menu.h"
 #include "desktop/bus_services.h"
 #include "desktop/settings_portal.h"
@@ -110,6 +112,9 @@ int main(int argc, char** argv) {
     }
     if (command == "tray-item") {
         return desktop::printTrayItem(arguments.value(2));
+    }
+    if (command == "figures") {
+        return desktop::printBusFigures(arguments.value(2));
     }
     std::cerr << "Unknown command.\n";
     return 2;

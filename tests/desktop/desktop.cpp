@@ -185,6 +185,35 @@ void Desktop::startCompositor(Compositor compositor) {
 void Desktop::awaitCompositor() {
     require("The start of the compositor",
             [this] { return client_->selectionOwner("_NET_WM_CM_S0") != XCB_WINDOW_NONE; });
+    waitForBlending();
+}
+
+void Desktop::waitForBlending() {
+    // It owns its selection before it takes the screen over, which is black in between. Only a
+    // frame of its own shows a window half transparent.
+    constexpr std::uint32_t white = 0xffffffff;
+    constexpr std::uint32_t halfOpaque = 0x80000000;
+    // Half of white leaves no channel darker than this, whatever is below.
+    constexpr std::uint32_t darkest = 0x70;
+    const auto corner = [this] { return readScreen(*client_, 0, 0, 1, 1).pixels[0]; };
+    const std::uint32_t before = corner();
+    xcb_connection_t* connection = client_->get();
+    const xcb_window_t probe = xcb_generate_id(connection);
+    const std::uint32_t values[] = {client_->screen().white_pixel, 1};
+    xcb_create_window(connection, XCB_COPY_FROM_PARENT, probe, client_->root(), 0, 0, 1, 1, 0,
+                      XCB_WINDOW_CLASS_INPUT_OUTPUT, XCB_COPY_FROM_PARENT,
+                      XCB_CW_BACK_PIXEL | XCB_CW_OVERRIDE_REDIRECT, values);
+    xcb_change_property(connection, XCB_PROP_MODE_REPLACE, probe,
+                        client_->atom("_NET_WM_WINDOW_OPACITY"), XCB_ATOM_CARDINAL, 32, 1,
+                        &halfOpaque);
+    xcb_map_window(connection, probe);
+    require("The first frame of the compositor", [&] {
+        const std::uint32_t shown = corner();
+        return shown != white && (shown & 0xffU) >= darkest && (shown >> 8U & 0xffU) >= darkest &&
+               (shown >> 16U & 0xffU) >= darkest;
+    });
+    xcb_destroy_window(connection, probe);
+    require("The next frame of the compositor", [&] { return corner() == before; });
 }
 
 void Desktop::stopCompositor() {

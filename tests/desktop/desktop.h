@@ -82,6 +82,7 @@ class Desktop {
     /// A file for the environment variable XAUTHORITY: the X server distrusts who connects with it.
     std::string makeUntrustedAuthority();
 
+    /// Returns when it has painted the screen.
     void startCompositor(Compositor compositor);
     void stopCompositor();
     /// Requires that one was started.
@@ -111,6 +112,7 @@ class Desktop {
     void startBus(const std::filesystem::path& services);
     void startWindowManager(WindowManager manager, Compositor compositor);
     void awaitCompositor();
+    void waitForBlending();
     void startAccessibility();
     void startNotifications(NotificationDaemon daemon);
     std::unique_ptr<Process> startBusService(const std::string& role);
