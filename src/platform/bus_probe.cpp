@@ -45,17 +45,66 @@ std::optional<SocketAddress> localSocket(std::string_view address) {
     return socket;
 }
 
-/// Opens the conversation that every bus has to answer, if only with a refusal.
-bool greets(int connection, std::chrono::milliseconds limit) {
-    constexpr std::string_view question("\0AUTH\r\n", 7);
-    if (::send(connection, question.data(), question.size(), MSG_NOSIGNAL) !=
-        static_cast<ssize_t>(question.size())) {
+/// The first call that every program makes: Hello of the bus itself, in little-endian order.
+constexpr std::string_view hello(
+    "l\1\0\1\0\0\0\0\1\0\0\0n\0\0\0"
+    "\1\1o\0\25\0\0\0/org/freedesktop/DBus\0\0\0"
+    "\6\1s\0\24\0\0\0org.freedesktop.DBus\0\0\0\0"
+    "\2\1s\0\24\0\0\0org.freedesktop.DBus\0\0\0\0"
+    "\3\1s\0\5\0\0\0Hello\0\0\0",
+    128);
+
+std::string hexadecimal(std::string_view text) {
+    constexpr std::string_view digits = "0123456789abcdef";
+    std::string encoded;
+    for (const char character : text) {
+        encoded += digits[static_cast<unsigned char>(character) >> 4U];
+        encoded += digits[static_cast<unsigned char>(character) & 0xfU];
+    }
+    return encoded;
+}
+
+/// One conversation with a bus, which has to be over at a fixed time.
+class Conversation {
+  public:
+    Conversation(int connection, std::chrono::milliseconds limit)
+        : connection_(connection), end_(std::chrono::steady_clock::now() + limit) {}
+
+    [[nodiscard]] bool say(std::string_view text) const {
+        return ::send(connection_, text.data(), text.size(), MSG_NOSIGNAL) ==
+               static_cast<ssize_t>(text.size());
+    }
+    /// What comes next, empty when nothing does.
+    [[nodiscard]] std::string answer() const {
+        const auto left = std::chrono::duration_cast<std::chrono::milliseconds>(
+            end_ - std::chrono::steady_clock::now());
+        pollfd readable{connection_, POLLIN, 0};
+        std::string text(64, '\0');
+        if (::poll(&readable, 1, std::max(0, static_cast<int>(left.count()))) != 1) {
+            return {};
+        }
+        const ssize_t length = ::recv(connection_, text.data(), text.size(), 0);
+        text.resize(static_cast<std::size_t>(std::max<ssize_t>(0, length)));
+        return text;
+    }
+
+  private:
+    int connection_;
+    std::chrono::steady_clock::time_point end_;
+};
+
+/// Makes itself known and calls once, since a bus may hang at any step of that.
+bool greets(const Conversation& bus) {
+    const std::string user = hexadecimal(std::to_string(::getuid()));
+    if (!bus.say(std::string_view("\0", 1)) || !bus.say("AUTH EXTERNAL " + user + "\r\n")) {
         return false;
     }
-    pollfd answer{connection, POLLIN, 0};
-    char letter = 0;
-    return ::poll(&answer, 1, static_cast<int>(limit.count())) == 1 &&
-           ::recv(connection, &letter, 1, 0) == 1;
+    const std::string verdict = bus.answer();
+    if (!verdict.starts_with("OK")) {
+        // One that lets programs in by other means is for the library to talk to.
+        return !verdict.empty();
+    }
+    return bus.say("BEGIN\r\n") && bus.say(hello) && !bus.answer().empty();
 }
 
 }  // namespace
@@ -72,7 +121,7 @@ bool busAnswers(const std::string& address, std::chrono::milliseconds limit) {
     const bool isConnected =
         ::connect(connection, reinterpret_cast<const sockaddr*>(&target->address),
                   target->length) == 0;
-    const bool answers = isConnected && greets(connection, limit);
+    const bool answers = isConnected && greets(Conversation(connection, limit));
     ::close(connection);
     return answers;
 }

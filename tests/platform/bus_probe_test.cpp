@@ -37,16 +37,58 @@ class BusProbe : public testing::Test {
     int listener_ = -1;
 };
 
-TEST_F(BusProbe, a_bus_that_answers_is_one) {
+/// Reads until what came ends with `ending`.
+void readUntil(int connection, std::string_view ending) {
+    std::string text;
+    for (char letter = 0; ::recv(connection, &letter, 1, 0) == 1;) {
+        text += letter;
+        if (text.ends_with(ending)) {
+            return;
+        }
+    }
+    ADD_FAILURE() << "The program left after: " << text;
+}
+
+void say(int connection, std::string_view text) {
+    EXPECT_EQ(::send(connection, text.data(), text.size(), MSG_NOSIGNAL),
+              static_cast<ssize_t>(text.size()));
+}
+
+TEST_F(BusProbe, a_bus_that_answers_the_first_call_is_one) {
     std::thread bus([this] {
         const int connection = ::accept(listener_, nullptr, nullptr);
-        char question[7]{};
-        EXPECT_EQ(::recv(connection, question, sizeof question, MSG_WAITALL), 7);
-        EXPECT_EQ(std::string(question, sizeof question), std::string("\0AUTH\r\n", 7));
-        ::send(connection, "REJECTED EXTERNAL\r\n", 19, MSG_NOSIGNAL);
+        readUntil(connection, "\r\n");
+        say(connection, "OK 0123456789abcdef0123456789abcdef\r\n");
+        readUntil(connection, std::string_view("Hello\0\0\0", 8));
+        say(connection, "l");
         ::close(connection);
     });
     EXPECT_TRUE(busAnswers("unix:path=" + path() + ",guid=0123", 10s));
+    bus.join();
+}
+
+TEST_F(BusProbe, a_bus_that_refuses_is_left_to_the_library) {
+    std::thread bus([this] {
+        const int connection = ::accept(listener_, nullptr, nullptr);
+        readUntil(connection, "\r\n");
+        say(connection, "REJECTED ANONYMOUS\r\n");
+        ::close(connection);
+    });
+    EXPECT_TRUE(busAnswers("unix:path=" + path(), 10s));
+    bus.join();
+}
+
+TEST_F(BusProbe, a_bus_that_greets_and_then_hangs_is_none) {
+    std::thread bus([this] {
+        const int connection = ::accept(listener_, nullptr, nullptr);
+        readUntil(connection, "\r\n");
+        say(connection, "OK 0123456789abcdef0123456789abcdef\r\n");
+        readUntil(connection, std::string_view("Hello\0\0\0", 8));
+        char letter = 0;
+        EXPECT_EQ(::recv(connection, &letter, 1, 0), 0) << "The program goes on its way.";
+        ::close(connection);
+    });
+    EXPECT_FALSE(busAnswers("unix:path=" + path(), 200ms));
     bus.join();
 }
 
