@@ -55,8 +55,10 @@ std::unique_ptr<JsonSettingsBackend> JsonSettingsBackend::create(const XdgDirect
     if (!backend->directory_.empty()) {
         backend->refresh(BrokenFile::setAside);
         backend->watch_ = std::make_unique<DirectoryWatch>(
-            backend->directory_, watch,
-            [settings = backend.get()] { settings->refresh(BrokenFile::setAside); });
+            backend->directory_, watch, [settings = backend.get()] {
+                settings->refresh(BrokenFile::setAside);
+                settings->storeUnsaved();
+            });
     }
     return backend;
 }
@@ -148,6 +150,17 @@ void JsonSettingsBackend::refresh(BrokenFile whenBroken) {
         setAside(text.value().empty() ? "is empty" : "is not a JSON object");
     }
     adopt(document.value_or(SettingsDocument()));
+}
+
+void JsonSettingsBackend::storeUnsaved() {
+    if (unsaved_.empty() || unreadable_) {
+        return;
+    }
+    // Writing any of them writes all.
+    const auto [key, value] = *unsaved_.begin();
+    if (const auto status = write(key, value); !status) {
+        log_.line(status.error().sentence);
+    }
 }
 
 void JsonSettingsBackend::adopt(SettingsDocument document) {

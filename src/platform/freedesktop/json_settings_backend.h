@@ -59,6 +59,8 @@ class JsonSettingsBackend final : public app::SettingsBackend {
     [[nodiscard]] std::optional<Version> versionOnDisk() const;
     [[nodiscard]] bool isUpToDate() const;
     void refresh(BrokenFile whenBroken);
+    /// What waited for a file that can be written again.
+    void storeUnsaved();
     void adopt(SettingsDocument document);
     void setAside(const std::string& reason);
     base::Status store(const SettingsDocument& document);

@@ -312,6 +312,21 @@ TEST_F(JsonSettings, what_could_not_be_stored_is_stored_with_the_next_write) {
     EXPECT_EQ(open()->read("playSounds"), std::optional<SettingsValue>(false));
 }
 
+TEST_F(JsonSettings, what_could_not_be_stored_is_stored_as_soon_as_the_file_can_be_read) {
+    writeFile("{}");
+    const auto settings = open();
+    std::filesystem::remove(filePath());
+    ASSERT_EQ(::mkfifo(filePath().c_str(), 0600), 0);
+    ASSERT_FALSE(settings->write("playSounds", false));
+    directory_.write("config/lumaframe/new", R"({"hideDockIcon":true})");
+    std::filesystem::rename(directory_.path("config/lumaframe/new"), filePath());
+    while (file().find("playSounds") == std::string::npos) {
+        ASSERT_TRUE(watch_.dispatch()) << "Nobody told the program of the new file.";
+    }
+    EXPECT_EQ(open()->read("playSounds"), std::optional<SettingsValue>(false));
+    EXPECT_EQ(open()->read("hideDockIcon"), std::optional<SettingsValue>(true));
+}
+
 TEST_F(JsonSettings, a_text_that_is_no_utf8_is_refused_and_harms_nothing_else) {
     const auto settings = open();
     ASSERT_TRUE(settings->write("playSounds", false));
