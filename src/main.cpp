@@ -4,7 +4,7 @@
 
 #include "app/lumaframe_app.h"
 #include "app/notification_center.h"
-#include "base/log.h"
+#include "platform/patient_log.h"
 #include "platform/running_platform.h"
 #include "platform/select_platform.h"
 #include "platform/session.h"
@@ -25,7 +25,7 @@ int main(int, char** argv) {
     if (!system) {
         return fail(system.error());
     }
-    base::StandardOutputLog log;
+    platform::PatientLog log;
     app::NotificationCenter notifications;
     const auto running =
         system.value().create({.arguments = argv, .notifications = notifications, .log = log});

@@ -1,6 +1,8 @@
 #include "platform/session.h"
 
+#include <fcntl.h>
 #include <sys/stat.h>
+#include <unistd.h>
 
 #include <chrono>
 #include <csignal>
@@ -34,6 +36,18 @@ std::string sessionBusAddress() {
     return socket.starts_with('/') && isSocket(socket) ? "unix:path=" + socket : std::string();
 }
 
+/// A program that is started without them would open its files and sockets under the numbers of
+/// the standard streams, and print into them.
+void openMissingStandardStreams() {
+    int descriptor = ::open("/dev/null", O_RDWR);
+    while (descriptor >= 0 && descriptor <= STDERR_FILENO) {
+        descriptor = ::open("/dev/null", O_RDWR);
+    }
+    if (descriptor >= 0) {
+        ::close(descriptor);
+    }
+}
+
 }  // namespace
 
 Session Session::fromEnvironment() {
@@ -45,6 +59,7 @@ Session Session::fromEnvironment() {
 }
 
 void settleEnvironment(const Session& session) {
+    openMissingStandardStreams();
     std::signal(SIGPIPE, SIG_IGN);
     ::unsetenv("DBUS_STARTER_ADDRESS");
     ::unsetenv("DBUS_STARTER_BUS_TYPE");

@@ -179,13 +179,13 @@ void Desktop::startCompositor(Compositor compositor) {
     if (!how.command.empty()) {
         compositor_ = start("picom", how.command, how.environment);
         awaitCompositor();
+        waitForBlending();
     }
 }
 
 void Desktop::awaitCompositor() {
     require("The start of the compositor",
             [this] { return client_->selectionOwner("_NET_WM_CM_S0") != XCB_WINDOW_NONE; });
-    waitForBlending();
 }
 
 void Desktop::waitForBlending() {

@@ -84,6 +84,8 @@ class Desktop {
 
     /// Returns when it has painted the screen.
     void startCompositor(Compositor compositor);
+    /// Ends the session bus under its programs.
+    void stopBus() { dbusDaemon_.reset(); }
     void stopCompositor();
     /// Requires that one was started.
     [[nodiscard]] Process& compositor() { return *compositor_; }

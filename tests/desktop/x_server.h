@@ -46,6 +46,8 @@ class XServer {
     /// The socket of the compositor around an Xwayland, as WAYLAND_DISPLAY has it.
     static constexpr const char* waylandDisplay = "wayland-lumaframe";
 
+    /// Ends it under its programs.
+    void stop() { process_.reset(); }
     /// ":<number>", as DISPLAY has it.
     [[nodiscard]] const std::string& displayName() const { return displayName_; }
     [[nodiscard]] pid_t processId() const { return process_->pid(); }
