@@ -25,7 +25,13 @@ function(lumaframe_make_bundle target)
     MACOSX_BUNDLE_BUNDLE_VERSION ${PROJECT_VERSION}
     MACOSX_BUNDLE_SHORT_VERSION_STRING ${PROJECT_VERSION}
     MACOSX_BUNDLE_ICON_FILE Lumaframe)
-  # The permissions that the user grants are kept for this signature.
+  # The permissions that the user grants are kept for this signature. Only one exception from the hardened
+  # runtime is asked for: the toolkit's libraries carry the signature of whoever built them. There is no
+  # sandbox, in which a program may neither tap the keyboard nor write into any folder. The file that says
+  # so has no comments: signing is said to refuse them.
+  set_property(TARGET ${target} APPEND PROPERTY LINK_DEPENDS
+    ${CMAKE_SOURCE_DIR}/packaging/macos/Info.plist.in
+    ${CMAKE_SOURCE_DIR}/packaging/macos/Lumaframe.entitlements)
   add_custom_command(TARGET ${target} POST_BUILD
     COMMAND codesign --force --sign ${LUMAFRAME_SIGNING_IDENTITY} --options runtime
       --entitlements ${CMAKE_SOURCE_DIR}/packaging/macos/Lumaframe.entitlements

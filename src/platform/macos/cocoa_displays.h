@@ -22,8 +22,19 @@ class CocoaDisplays final : public base::Displays {
 
   private:
     struct Subscription;
+    /// What the handler is called for. The system tells of brightness and colours too.
+    struct Placement {
+        base::DisplayID displayID = 0;
+        base::Rect frame;
+        double backingScaleFactor = 1.0;
+        friend bool operator==(const Placement&, const Placement&) = default;
+    };
+
+    std::vector<Placement> placements();
+    void screensChanged();
 
     std::function<void()> changeHandler_;
+    std::vector<Placement> placements_;
     std::unique_ptr<Subscription> subscription_;
 };
 

@@ -44,11 +44,7 @@ CocoaDisplays::CocoaDisplays() {
                     object:nil
                      queue:NSOperationQueue.mainQueue
                 usingBlock:^(NSNotification*) {
-                  // A copy: the handler may replace itself.
-                  const auto handler = changeHandler_;
-                  if (handler) {
-                      handler();
-                  }
+                  screensChanged();
                 }];
     subscription_ = std::make_unique<Subscription>(Subscription{token});
 }
@@ -67,6 +63,27 @@ std::vector<base::Screen> CocoaDisplays::screens() {
 
 void CocoaDisplays::setChangeHandler(std::function<void()> handler) {
     changeHandler_ = std::move(handler);
+    placements_ = placements();
+}
+
+std::vector<CocoaDisplays::Placement> CocoaDisplays::placements() {
+    std::vector<Placement> list;
+    for (const base::Screen& screen : screens()) {
+        list.push_back({screen.displayID, screen.frame, screen.backingScaleFactor});
+    }
+    return list;
+}
+
+void CocoaDisplays::screensChanged() {
+    auto now = placements();
+    if (std::exchange(placements_, now) == now) {
+        return;
+    }
+    // A copy: the handler may replace itself.
+    const auto handler = changeHandler_;
+    if (handler) {
+        handler();
+    }
 }
 
 }  // namespace platform::macos

@@ -117,9 +117,10 @@ CGImage* createImage(const base::Image& image) {
     const bool hasAlpha = image.alphaChannel() == base::AlphaChannel::premultiplied;
     const std::uint32_t info =
         bitmapInfo(hasAlpha ? kCGImageAlphaPremultipliedFirst : kCGImageAlphaNoneSkipFirst);
+    // Whole rows, or no image is made of them. They are there: `sharedPixels` looks for them, and
+    // drawn pixels have nothing between their rows.
     const Handle<CGDataProviderRef> provider{CGDataProviderCreateWithData(
-        new base::Image(image), image.row(0),
-        image.bytesPerRow() * (height - 1) + width * bytesPerPixel,
+        new base::Image(image), image.row(0), image.bytesPerRow() * height,
         [](void* kept, const void*, std::size_t) { delete static_cast<base::Image*>(kept); })};
     const Handle<CGColorSpaceRef> space{createColorSpace(image.colorSpace().get())};
     return CGImageCreate(width, height, bitsPerChannel, bytesPerPixel * bitsPerChannel,

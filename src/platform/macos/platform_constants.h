@@ -4,7 +4,7 @@
 
 /// The numbers that the adapters hand to the system, by name. Each adapter proves against the
 /// system's own symbols that its numbers are theirs; the tests of other systems hold them against
-/// the figures that the program was specified with, and against those that its decisions pass.
+/// the figures themselves, and against those that its decisions pass.
 /// What a port already names (levels, policies, statuses, modifier masks) is not repeated here.
 namespace platform::macos {
 

@@ -211,8 +211,8 @@ class LSTM::Memory {
   private:
     /// The engine reads and writes whole registers.
     static std::size_t padded(int count) {
-        constexpr int widest = 64;
-        return static_cast<std::size_t>((count / widest + 2) * widest);
+        constexpr std::size_t widest = 64;
+        return (static_cast<std::size_t>(count) / widest + 2) * widest;
     }
     void sum(Weights weights, std::vector<float>& sums) const {
         layer_.weightsOf_[weights].MatrixDotVector(source_.data(), sums.data());
@@ -260,5 +260,3 @@ void LSTM::Forward(bool debug, const NetworkIO& input, const TransposedArray* tr
 }
 
 }  // namespace tesseract
-
-// NOLINTEND(readability-identifier-naming)

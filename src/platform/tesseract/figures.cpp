@@ -57,6 +57,12 @@ bool isDigest(const std::string& word) {
            hasSmall != hasCapital;
 }
 
+/// Whether `word` and what follows it make an address such as "cafe12@feed.de".
+bool isAddress(std::string_view word, std::string_view rest) {
+    return word.find('@') != std::string_view::npos && rest.size() > 1 && rest[0] == '.' &&
+           std::isalpha(static_cast<unsigned char>(rest[1])) != 0;
+}
+
 /// The zeros of long hexadecimal numbers, which `text` may have as at signs.
 std::string withZerosOfDigests(std::string text) {
     const auto isOfDigest = [](char character) {
@@ -65,7 +71,7 @@ std::string withZerosOfDigests(std::string text) {
     };
     for (auto first = text.begin(); first != text.end();) {
         const auto last = std::find_if_not(first, text.end(), isOfDigest);
-        if (isDigest({first, last})) {
+        if (isDigest({first, last}) && !isAddress({first, last}, {last, text.end()})) {
             std::replace_if(first, last, isZeroLike, '0');
         }
         first = std::find_if(last, text.end(), isOfDigest);

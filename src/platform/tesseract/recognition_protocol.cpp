@@ -229,6 +229,10 @@ std::optional<base::Error> decodeFailure(std::string_view payload) {
         !reader.isAtEnd()) {
         return std::nullopt;
     }
+    if (static_cast<base::ErrorKind>(*kind) == base::ErrorKind::notFound) {
+        // To its caller that is a recogniser without an answer, about which nothing is said.
+        return std::nullopt;
+    }
     return base::Error{static_cast<base::ErrorKind>(*kind), std::move(*sentence)};
 }
 

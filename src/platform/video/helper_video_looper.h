@@ -37,7 +37,6 @@ class HelperVideoLooper final : public ui::VideoLooper {
                       std::shared_ptr<FrameMemory> memory, base::MainQueue& mainQueue,
                       const WatchFileDescriptor& watch);
     void receive();
-    base::Result<ui::VideoFrame> frameFor(const FrameAnswer& answer);
     void complete(base::Result<ui::VideoFrame> result);
     void giveUp(const base::Error& error);
     base::Error reasonOfEnd();

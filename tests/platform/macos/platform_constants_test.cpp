@@ -18,7 +18,7 @@ namespace {
 
 using namespace platform::macos;
 
-TEST(PlatformConstants, are_the_figures_that_the_program_was_specified_with) {
+TEST(PlatformConstants, are_the_figures_that_the_system_expects) {
     EXPECT_EQ(panelStyleMask, 0x8080U);
     EXPECT_EQ(panelBacking, 2U);
     EXPECT_EQ(panelLevel, 1000);

@@ -109,6 +109,11 @@ const std::map<std::string, Behaviour> behaviours{
      [](std::uint32_t serial) {
          say(encodeFailure(serial, {base::ErrorKind::failed, "It is too dark to read."}));
      }},
+    // A kind of which the program would say nothing.
+    {"fails_in_silence",
+     [](std::uint32_t serial) {
+         say(encodeFailure(serial, {base::ErrorKind::notFound, "Nothing is here."}));
+     }},
     {"dies_afterwards",
      [](std::uint32_t serial) {
          say(goodAnswer(serial));
@@ -127,7 +132,7 @@ const std::map<std::string, std::function<void()>> startBehaviours{
     {"answers_at_start", [] { say(goodAnswer(0)); }},
     {"fails_at_start",
      [] {
-         say(encodeFailure(0, {base::ErrorKind::notFound, "There is no engine."}));
+         say(encodeFailure(0, {base::ErrorKind::unavailable, "There is no engine."}));
      }},
 };
 

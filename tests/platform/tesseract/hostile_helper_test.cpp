@@ -55,8 +55,9 @@ INSTANTIATE_TEST_SUITE_P(
                     Case{"claims_length", nonsense}, Case{"is_huge", nonsense},
                     Case{"sends_escapes", nonsense}, Case{"sends_bad_text", nonsense},
                     Case{"answers_another", nonsense}, Case{"is_ready_again", nonsense},
-                    Case{"fails", "It is too dark to read."}, Case{"dies_at_start", ended},
-                    Case{"babbles_at_start", nonsense}, Case{"answers_at_start", nonsense},
+                    Case{"fails", "It is too dark to read."}, Case{"fails_in_silence", nonsense},
+                    Case{"dies_at_start", ended}, Case{"babbles_at_start", nonsense},
+                    Case{"answers_at_start", nonsense},
                     Case{"fails_at_start", "There is no engine."},
                     Case{"lacks_a_library",
                          "The text recognition engine is missing; please install the package "
