@@ -190,16 +190,16 @@ void Desktop::awaitCompositor() {
 
 void Desktop::waitForBlending() {
     // It owns its selection before it takes the screen over, which is black in between. Only a
-    // frame of its own shows a window half transparent.
-    constexpr std::uint32_t white = 0xffffffff;
+    // frame of its own shows a window half transparent. The window is of a colour that no desktop
+    // has there: red and blue, without green.
     constexpr std::uint32_t halfOpaque = 0x80000000;
-    // Half of white leaves no channel darker than this, whatever is below.
-    constexpr std::uint32_t darkest = 0x70;
+    const std::uint32_t color =
+        client_->screen().root_depth == deepScreen ? 0x3ff003ffU : 0x00ff00ffU;
     const auto corner = [this] { return readScreen(*client_, 0, 0, 1, 1).pixels[0]; };
-    const std::uint32_t before = corner();
+    std::uint32_t blended = 0;
     xcb_connection_t* connection = client_->get();
     const xcb_window_t probe = xcb_generate_id(connection);
-    const std::uint32_t values[] = {client_->screen().white_pixel, 1};
+    const std::uint32_t values[] = {color, 1};
     xcb_create_window(connection, XCB_COPY_FROM_PARENT, probe, client_->root(), 0, 0, 1, 1, 0,
                       XCB_WINDOW_CLASS_INPUT_OUTPUT, XCB_COPY_FROM_PARENT,
                       XCB_CW_BACK_PIXEL | XCB_CW_OVERRIDE_REDIRECT, values);
@@ -208,12 +208,24 @@ void Desktop::waitForBlending() {
                         &halfOpaque);
     xcb_map_window(connection, probe);
     require("The first frame of the compositor", [&] {
-        const std::uint32_t shown = corner();
-        return shown != white && (shown & 0xffU) >= darkest && (shown >> 8U & 0xffU) >= darkest &&
-               (shown >> 16U & 0xffU) >= darkest;
+        blended = corner();
+        const std::uint32_t red = blended >> 16U & 0xffU;
+        const std::uint32_t green = blended >> 8U & 0xffU;
+        // Without a compositor there is all of the red and no green, over nothing half of the red.
+        return red >= green + 0x60 && red - green < 0xf0;
     });
     xcb_destroy_window(connection, probe);
-    require("The next frame of the compositor", [&] { return corner() == before; });
+    // What it is then is the compositor's affair, which may have a background of its own and may
+    // let the window fade: a colour that stays.
+    constexpr int manyTimes = 10;
+    std::uint32_t last = blended;
+    int repeated = 0;
+    require("The end of the compositor's first window", [&] {
+        const std::uint32_t now = corner();
+        repeated = now == last && now != blended ? repeated + 1 : 0;
+        last = now;
+        return repeated == manyTimes;
+    });
 }
 
 void Desktop::stopCompositor() {
