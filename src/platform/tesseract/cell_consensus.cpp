@@ -276,6 +276,7 @@ std::optional<std::vector<std::string>> CellConsensus::align(const Line& line) c
                          heightOf(cell.shape) >= tallShape * letterHeight_});
     }
     std::vector<std::string> characters;
+    characters.reserve(shown.size());
     for (const ShownCharacter& character : shown) {
         characters.push_back(character.text);
     }

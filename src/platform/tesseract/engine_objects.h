@@ -37,7 +37,7 @@ class StrideMap {
 
   private:
     int sizes_[3];
-    int steps_[3];
+    [[maybe_unused]] int steps_[3];
     std::vector<int> heights_;
     std::vector<int> widths_;
 };
@@ -162,7 +162,7 @@ class LSTM : NetworkBase {
     /// The inputs and what was put out last.
     std::int32_t inputsAndStates_;
     std::int32_t states_;
-    std::int32_t fedBack_;
+    [[maybe_unused]] std::int32_t fedBack_;
     bool isTwoDimensional_;
     WeightMatrix weightsOf_[weightsCount];
     void* softmax_;

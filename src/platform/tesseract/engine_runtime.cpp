@@ -43,7 +43,7 @@ void UnicharAmbigs::LoadUniversal(const UNICHARSET& /*encoder*/, UNICHARSET* /*c
 class BLOCK;
 /// A handle of the engine, passed by value.
 class Image {
-    PIX* picture_;
+    [[maybe_unused]] PIX* picture_;
 };
 
 /// The outlines of the letters, for the engine of old and for finding lines. The neural one reads

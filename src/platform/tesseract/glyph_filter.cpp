@@ -75,8 +75,7 @@ double commonCapitalHeight(const ConnectedComponents& components) {
 
 GlyphFilter::GlyphFilter(const ColorPlane& page, const InkPlane& ink, const Mask& mask,
                          const ConnectedComponents& components, const BackgroundModel& background)
-    : page_(page),
-      ink_(ink),
+    : ink_(ink),
       mask_(mask),
       components_(components),
       background_(background),

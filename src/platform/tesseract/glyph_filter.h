@@ -41,7 +41,6 @@ class GlyphFilter {
 
     [[nodiscard]] bool isBlurred(const Component& component) const;
 
-    const ColorPlane& page_;
     const InkPlane& ink_;
     const Mask& mask_;
     const ConnectedComponents& components_;
