@@ -71,8 +71,9 @@ std::vector<float> SoftShadow::blurred(const std::vector<bool>& row) const {
         const int first = std::max(edge - reach_, 0);
         const int last = std::min(edge + reach_, length);
         for (int x = first; x < last; ++x) {
+            const int distance = x - edge + reach_;
             shares[static_cast<std::size_t>(x)] +=
-                sign * profile_[static_cast<std::size_t>(x - edge + reach_)];
+                sign * profile_[static_cast<std::size_t>(distance)];
         }
         steps[static_cast<std::size_t>(last)] += sign;
     };
