@@ -79,7 +79,7 @@ Bytes header(ColorProfile::Version version) {
     appendNumber(bytes, 0);
     appendNumber(bytes, static_cast<std::size_t>(version) << 24U);
     append(bytes, "mntrRGB XYZ ");
-    for (const std::size_t part : {2026, 1, 2, 3, 4, 5}) {
+    for (const std::size_t part : {2026U, 1U, 2U, 3U, 4U, 5U}) {
         appendNumber(bytes, part, 2);
     }
     append(bytes, "acsp");
