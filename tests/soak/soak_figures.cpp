@@ -16,11 +16,14 @@ long entriesOf(const fs::path& directory) {
     return std::distance(fs::directory_iterator(directory), fs::directory_iterator());
 }
 
+/// Longer than a closed overlay's snapshot is kept, which is 250 ms.
+constexpr std::chrono::milliseconds restTime{500};
+
 void waitForRest(pid_t process) {
     desktop::require("The rest of the program", [process] {
         const auto before = journeys::activityOf(process);
         return desktop::staysTrue([&] { return journeys::activityOf(process) == before; },
-                                  std::chrono::milliseconds(200));
+                                  restTime);
     });
 }
 
