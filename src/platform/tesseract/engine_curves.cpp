@@ -4,19 +4,22 @@
 #include <cmath>
 
 #include "platform/tesseract/engine_function.h"
+#include "platform/tesseract/engine_symbols.h"
 
 namespace platform::tesseract {
 
 namespace {
 
+constexpr std::size_t tableSize = 4096;
+
 /// A curve as the engine has it: interpolated in a table of 256 values for each whole number up to
-/// 16, and 1 beyond. Of a number that is not negative.
+/// 16, and 1 beyond. Of a number that is not negative; what is none stays within the table.
 [[gnu::always_inline]] inline float onCurve(const float* table, float value) {
     constexpr float scale = 256;
     constexpr float end = 4095;
     constexpr float last = 4094.9998F;
     const float place = value * scale;
-    const float inside = std::min(place, last);
+    const float inside = std::min(last, place);
     const int index = static_cast<int>(inside);
     const float low = table[index];
     const float between = low + (table[index + 1] - low) * (inside - static_cast<float>(index));
@@ -24,12 +27,12 @@ namespace {
 }
 
 const float* tangentTable() {
-    static const auto table = engineFunction<const float*>("_ZN9tesseract9TanhTableE");
+    static const auto* const table = engineTable<float>(symbols::tangentTable, tableSize);
     return table;
 }
 
 const float* logisticTable() {
-    static const auto table = engineFunction<const float*>("_ZN9tesseract13LogisticTableE");
+    static const auto* const table = engineTable<float>(symbols::logisticTable, tableSize);
     return table;
 }
 
@@ -55,7 +58,7 @@ const float* logisticTable() {
                                                std::int8_t* quantized) {
     constexpr float largest = 127;
     for (int index = 0; index < count; ++index) {
-        const float scaled = std::min(std::max(values[index] * largest, -largest), largest);
+        const float scaled = std::min(largest, std::max(-largest, values[index] * largest));
         quantized[index] =
             static_cast<std::int8_t>(static_cast<int>(scaled + std::copysign(0.5F, scaled)));
     }
@@ -82,11 +85,15 @@ struct Tables {
     }
 }
 
+CurveLoops chosen = CurveLoops::widest;
+
 #if defined(__x86_64__)
+
+constexpr bool isComparedProcessor = true;
 
 bool isWide() {
     static const bool hasAvx2 = __builtin_cpu_supports("avx2") != 0;
-    return hasAvx2;
+    return hasAvx2 && chosen == CurveLoops::widest;
 }
 
 [[gnu::target("avx2")]] void bendWide(const float* table, float* values, int count) {
@@ -104,6 +111,8 @@ bool isWide() {
 
 #else
 
+constexpr bool isComparedProcessor = false;
+
 bool isWide() {
     return false;
 }
@@ -116,7 +125,11 @@ constexpr auto rememberWide = rememberAll;
 }  // namespace
 
 bool knowsCurves() {
-    return tangentTable() != nullptr && logisticTable() != nullptr;
+    return isComparedProcessor && tangentTable() != nullptr && logisticTable() != nullptr;
+}
+
+void chooseCurveLoops(CurveLoops loops) {
+    chosen = loops;
 }
 
 void bendByTangent(float* values, int count) {

@@ -7,8 +7,15 @@ namespace platform::tesseract {
 // What the layers of the engine's network do to single numbers, to the last bit; on processors with
 // AVX2 eight at a time. Only where `knowsCurves`.
 
-/// Whether the engine has the tables of its curves where they are expected.
+/// Whether the engine has the tables of its curves, in the size that is read here. Never but on
+/// x86-64, where these loops were compared with the engine's own.
 bool knowsCurves();
+
+/// Which of the loops compute: those for any processor, or the widest that this one can run.
+enum class CurveLoops { any, widest };
+
+/// Chooses for the whole process; `widest` from the start. Not while an engine reads.
+void chooseCurveLoops(CurveLoops loops);
 
 /// `values` become their hyperbolic tangents, as the engine's table has them.
 void bendByTangent(float* values, int count);

@@ -1,40 +1,43 @@
 #include "platform/tesseract/engine_layers.h"
 
-#include <tesseract/baseapi.h>
-
 #include <algorithm>
+#include <atomic>
 #include <cstring>
+#include <iterator>
 
 #include "platform/tesseract/engine_curves.h"
 #include "platform/tesseract/engine_function.h"
 #include "platform/tesseract/engine_objects.h"
+#include "platform/tesseract/engine_parts.h"
+#include "platform/tesseract/engine_symbols.h"
 
 // The dynamic linker prefers these layers to the engine's own. They give the same numbers to the
-// last bit, and spend no time on finding the place of each.
+// last bit, and spend no time on finding the place of each. What is not as they expect it goes to
+// the engine's own.
 
 namespace platform::tesseract {
 
 namespace {
 
-/// Those whose sources were compared with what is declared above.
-constexpr const char* knownEngine = "5.3.0";
+std::atomic<long> refused{0};
 
-LayerImplementation chosen = LayerImplementation::ownWhereKnown;
+bool isThere(const char* name) {
+    return engineFunction<void*>(name) != nullptr;
+}
 
-bool isKnownEngine() {
-    static const bool isKnown =
-        std::strcmp(::tesseract::TessBaseAPI::Version(), knownEngine) == 0 && knowsCurves();
-    return isKnown;
+bool isReplaced(const char* name) {
+    return isThere(name) && ::dlsym(RTLD_DEFAULT, name) != engineFunction<void*>(name);
 }
 
 }  // namespace
 
-void chooseLayers(LayerImplementation implementation) {
-    chosen = implementation;
+bool replacesLayers() {
+    return std::all_of(std::begin(symbols::called), std::end(symbols::called), isThere) &&
+           std::all_of(std::begin(symbols::replaced), std::end(symbols::replaced), isReplaced);
 }
 
-bool usesOwnLayers() {
-    return chosen == LayerImplementation::ownWhereKnown && isKnownEngine();
+long refusedCalls() {
+    return refused.load(std::memory_order_relaxed);
 }
 
 }  // namespace platform::tesseract
@@ -42,6 +45,8 @@ bool usesOwnLayers() {
 namespace tesseract {
 
 using platform::tesseract::engineFunction;
+using platform::tesseract::usesOwnParts;
+namespace symbols = platform::tesseract::symbols;
 
 namespace {
 
@@ -49,18 +54,20 @@ template <class Layer>
 using Forward = void (*)(Layer*, bool, const NetworkIO&, const TransposedArray*, NetworkScratch*,
                          NetworkIO*);
 
-/// Whether a layer of this program can take it.
-bool isSimple(const NetworkIO& input) {
-    return input.isInteger() && input.map().isOnePicture() && platform::tesseract::usesOwnLayers();
+/// Counts what the layers of this program cannot take.
+bool accepted(bool isExpected) {
+    if (!isExpected) {
+        platform::tesseract::refused.fetch_add(1, std::memory_order_relaxed);
+    }
+    return isExpected;
 }
 
 }  // namespace
 
 void NetworkIO::WriteTimeStepPart(int position, int offset, int count, const float* input) {
-    if (!isInteger_ || !platform::tesseract::usesOwnLayers()) {
+    if (!isInteger_ || !usesOwnParts() || !accepted(hasRoom(position, offset, count))) {
         using Write = void (*)(NetworkIO*, int, int, int, const float*);
-        static const auto write =
-            engineFunction<Write>("_ZN9tesseract9NetworkIO17WriteTimeStepPartEiiiPKf");
+        static const auto write = engineFunction<Write>(symbols::writeTimeStepPart);
         write(this, position, offset, count, input);
         return;
     }
@@ -69,10 +76,9 @@ void NetworkIO::WriteTimeStepPart(int position, int offset, int count, const flo
 
 // What stands in `values` already is summed up; here it only is bent.
 void FullyConnected::ForwardTimeStep(int position, float* values) {
-    if (type_ != tangentType || !platform::tesseract::usesOwnLayers()) {
+    if (type_ != tangentType || !usesOwnParts() || !accepted(isExpected())) {
         using Step = void (*)(FullyConnected*, int, float*);
-        static const auto step =
-            engineFunction<Step>("_ZN9tesseract14FullyConnected15ForwardTimeStepEiPf");
+        static const auto step = engineFunction<Step>(symbols::forwardTimeStep);
         step(this, position, values);
         return;
     }
@@ -82,18 +88,24 @@ void FullyConnected::ForwardTimeStep(int position, float* values) {
 // Each position takes the features of its neighbours, column by column.
 void Convolve::Forward(bool debug, const NetworkIO& input, const TransposedArray* transposed,
                        NetworkScratch* scratch, NetworkIO* output) {
-    if (debug || !isSimple(input)) {
-        static const auto forward = engineFunction<tesseract::Forward<Convolve>>(
-            "_ZN9tesseract8Convolve7ForwardEbRKNS_9NetworkIOEPKNS_15TransposedArrayEPNS_"
-            "14NetworkScratchEPS1_");
+    if (debug || !usesOwnParts() || !accepted(prepare(input, *output))) {
+        static const auto forward =
+            engineFunction<tesseract::Forward<Convolve>>(symbols::forwardConvolve);
         forward(this, debug, input, transposed, scratch, output);
         return;
     }
-    output->ResizeToMap(true, input.map(), outputs_);
     for (int y = 0; y < input.map().height(); ++y) {
         gather(input, y, *output);
     }
     addNoise(*output);
+}
+
+bool Convolve::prepare(const NetworkIO& input, NetworkIO& output) const {
+    if (!isExpected() || !input.isPicture(inputs_)) {
+        return false;
+    }
+    output.ResizeToMap(true, input.map(), outputs_);
+    return output.isPicture(outputs_, input.map().width(), input.map().height());
 }
 
 void Convolve::gather(const NetworkIO& input, int y, NetworkIO& output) const {
@@ -148,14 +160,12 @@ void Convolve::addNoise(NetworkIO& output) {
 // for in training.
 void Maxpool::Forward(bool debug, const NetworkIO& input, const TransposedArray* transposed,
                       NetworkScratch* scratch, NetworkIO* output) {
-    if (debug || !isSimple(input)) {
-        static const auto forward = engineFunction<tesseract::Forward<Maxpool>>(
-            "_ZN9tesseract7Maxpool7ForwardEbRKNS_9NetworkIOEPKNS_15TransposedArrayEPNS_"
-            "14NetworkScratchEPS1_");
+    if (debug || !usesOwnParts() || !accepted(prepare(input, *output))) {
+        static const auto forward =
+            engineFunction<tesseract::Forward<Maxpool>>(symbols::forwardMaxpool);
         forward(this, debug, input, transposed, scratch, output);
         return;
     }
-    output->ResizeScaled(input, scaleX_, scaleY_, outputs_);
     const int sourceWidth = input.map().width();
     const int width = output->map().width();
     for (int y = 0; y < output->map().height(); ++y) {
@@ -174,6 +184,15 @@ void Maxpool::Forward(bool debug, const NetworkIO& input, const TransposedArray*
             }
         }
     }
+}
+
+bool Maxpool::prepare(const NetworkIO& input, NetworkIO& output) const {
+    if (!isExpected() || !input.isPicture(inputs_)) {
+        return false;
+    }
+    output.ResizeScaled(input, scaleX_, scaleY_, outputs_);
+    return output.isPicture(outputs_, input.map().width() / scaleX_,
+                            input.map().height() / scaleY_);
 }
 
 /// What is remembered from position to position, and what is computed from it.
@@ -228,21 +247,27 @@ class LSTM::Memory {
     std::vector<float> output_;
 };
 
+bool LSTM::prepare(const NetworkIO& input, NetworkIO& output) const {
+    if (!isExpected() || !input.isPicture(inputs_)) {
+        return false;
+    }
+    if (type_ == summaryType) {
+        output.ResizeXTo1(input, outputs_);
+        return output.isPicture(outputs_, 1, input.map().height());
+    }
+    output.ResizeToMap(true, input.map(), outputs_);
+    return output.isPicture(outputs_, input.map().width(), input.map().height());
+}
+
 void LSTM::Forward(bool debug, const NetworkIO& input, const TransposedArray* transposed,
                    NetworkScratch* scratch, NetworkIO* output) {
-    if (debug || !isPlain() || !isSimple(input)) {
-        static const auto forward = engineFunction<tesseract::Forward<LSTM>>(
-            "_ZN9tesseract4LSTM7ForwardEbRKNS_9NetworkIOEPKNS_15TransposedArrayEPNS_"
-            "14NetworkScratchEPS1_");
+    if (debug || !usesOwnParts() || !accepted(prepare(input, *output))) {
+        static const auto forward =
+            engineFunction<tesseract::Forward<LSTM>>(symbols::forwardMemory);
         forward(this, debug, input, transposed, scratch, output);
         return;
     }
     const bool isSummary = type_ == summaryType;
-    if (isSummary) {
-        output->ResizeXTo1(input, outputs_);
-    } else {
-        output->ResizeToMap(true, input.map(), outputs_);
-    }
     Memory memory(*this);
     const int width = input.map().width();
     for (int y = 0; y < input.map().height(); ++y) {

@@ -2,14 +2,12 @@
 
 namespace platform::tesseract {
 
-/// Which of the two computes the engine's layers.
-enum class LayerImplementation { engine, ownWhereKnown };
+/// Whether the engine has all that the layers of this program replace and call, and finds this
+/// program's before its own. Whoever asks has the layers linked.
+bool replacesLayers();
 
-/// Chooses for all engines of this process; `ownWhereKnown` from the start. Not while one reads.
-void chooseLayers(LayerImplementation implementation);
-
-/// Whether the layers of this program are in use: chosen, and the engine is one whose objects are
-/// known to look as they are declared here.
-bool usesOwnLayers();
+/// How often a layer of this program has left to the engine what it could have taken, because it
+/// did not look as declared. Grows on any thread.
+long refusedCalls();
 
 }  // namespace platform::tesseract

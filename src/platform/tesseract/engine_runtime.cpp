@@ -3,6 +3,10 @@
 #include <leptonica/allheaders.h>
 #include <omp.h>
 
+#include "platform/tesseract/engine_function.h"
+#include "platform/tesseract/engine_parts.h"
+#include "platform/tesseract/engine_symbols.h"
+
 namespace platform::tesseract {
 
 void keepEngineOnThisThread() {
@@ -27,6 +31,10 @@ thread_local Sections sections;
 
 namespace tesseract {
 
+using platform::tesseract::engineFunction;
+using platform::tesseract::usesOwnParts;
+namespace symbols = platform::tesseract::symbols;
+
 class UNICHARSET;
 
 /// Of the engine's own classes, as far as it is needed to be the one that the engine finds.
@@ -38,7 +46,14 @@ class UnicharAmbigs {
 
 /// Letters that the engine of old mistook for each other; the neural one never asks for them, and
 /// sorting their list is two thirds of the time that it takes to load.
-void UnicharAmbigs::LoadUniversal(const UNICHARSET& /*encoder*/, UNICHARSET* /*characters*/) {}
+void UnicharAmbigs::LoadUniversal(const UNICHARSET& encoder, UNICHARSET* characters) {
+    if (usesOwnParts()) {
+        return;
+    }
+    using Load = void (*)(UnicharAmbigs*, const UNICHARSET&, UNICHARSET*);
+    static const auto load = engineFunction<Load>(symbols::loadUniversal);
+    load(this, encoder, characters);
+}
 
 class BLOCK;
 /// A handle of the engine, passed by value.
@@ -49,7 +64,14 @@ class Image {
 /// The outlines of the letters, for the engine of old and for finding lines. The neural one reads
 /// the whole picture of a raw line, and without outlines takes one the size of that picture.
 [[gnu::visibility("default")]] void extract_edges(Image picture, BLOCK* block);
-void extract_edges(Image /*picture*/, BLOCK* /*block*/) {}
+void extract_edges(Image picture, BLOCK* block) {
+    if (usesOwnParts()) {
+        return;
+    }
+    using Extract = void (*)(Image, BLOCK*);
+    static const auto extract = engineFunction<Extract>(symbols::extractEdges);
+    extract(picture, block);
+}
 
 }  // namespace tesseract
 

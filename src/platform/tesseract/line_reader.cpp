@@ -4,7 +4,6 @@
 
 #include <algorithm>
 
-#include "platform/tesseract/engine_layers.h"
 #include "platform/tesseract/engine_runtime.h"
 #include "platform/tesseract/language_data.h"
 
@@ -106,7 +105,6 @@ base::Result<std::unique_ptr<LineReader>> LineReader::create(
         }
     }
     engine->configure();
-    chooseLayers(LayerImplementation::ownWhereKnown);
     return std::unique_ptr<LineReader>(new LineReader(std::move(engine), joined(languages)));
 }
 

@@ -1,13 +1,12 @@
 #include "platform/tesseract/engine_layers.h"
 
-#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include <array>
+#include <cstring>
 
+#include "made_layer.h"
+#include "own_parts.h"
 #include "picture_set.h"
-#include "platform/tesseract/engine_curves.h"
-#include "platform/tesseract/engine_function.h"
 #include "platform/tesseract/line_reader.h"
 #include "platform/tesseract/screen_text_reader.h"
 
@@ -15,12 +14,38 @@ namespace platform::tesseract {
 
 namespace {
 
-/// Puts back what other tests expect.
-class EngineLayers : public ::testing::Test {
+/// With the loops for any processor, and with those for this one.
+class EngineLayers : public OwnParts, public ::testing::WithParamInterface<CurveLoops> {
   protected:
-    ~EngineLayers() override { chooseLayers(LayerImplementation::ownWhereKnown); }
+    void SetUp() override {
+        OwnParts::SetUp();
+        chooseCurveLoops(GetParam());
+    }
 };
+INSTANTIATE_TEST_SUITE_P(Loops, EngineLayers, bothLoops, loopsName);
 
+/// In pixels; the narrowest and lowest there are, and odd ones.
+constexpr std::pair<int, int> sizes[] = {{1, 1}, {2, 7}, {5, 2}, {1, 36}, {83, 1}, {17, 12}};
+
+/// What both make of the same numbers, to the last bit; this program's without asking the engine.
+void expectSame(MadeLayer& layer, int features, std::pair<int, int> least = {1, 1}) {
+    std::minstd_rand random(11);
+    for (const auto& [width, height] : sizes) {
+        if (width < least.first || height < least.second) {
+            continue;
+        }
+        Numbers input;
+        input.fill(width, height, features, random);
+        const long refusedBefore = refusedCalls();
+        chooseParts(PartImplementation::ownWhereKnown);
+        const auto own = layer.forward(input);
+        EXPECT_EQ(refusedCalls(), refusedBefore) << width << " x " << height;
+        chooseParts(PartImplementation::engine);
+        EXPECT_EQ(own, layer.forward(input)) << width << " x " << height;
+        EXPECT_FALSE(own.empty());
+    }
+    chooseParts(PartImplementation::ownWhereKnown);
+}
 std::vector<std::vector<std::string>> candidatesOf(ScreenTextReader& reader,
                                                    const base::Image& picture) {
     std::vector<std::vector<std::string>> all;
@@ -58,79 +83,118 @@ InkPlane strokes(int width, unsigned seed) {
 
 }  // namespace
 
-TEST_F(EngineLayers, own_layers_are_used_for_the_engine_that_debian_12_has) {
-    using Version = const char* (*)();
-    const auto version = engineFunction<Version>("_ZN9tesseract11TessBaseAPI7VersionEv");
-    ASSERT_NE(version, nullptr);
-    if (std::string(version()) != "5.3.0") {
-        GTEST_SKIP() << "this engine is " << version() << " and keeps its own layers";
+TEST_P(EngineLayers, neighbours_are_gathered_as_by_the_engine) {
+    for (const auto& [halfX, halfY] : {std::pair{1, 1}, {0, 2}, {3, 0}, {2, 1}}) {
+        MadeLayer layer = madeConvolve(3, halfX, halfY);
+        expectSame(layer, 3);
     }
-    EXPECT_TRUE(usesOwnLayers());
-    chooseLayers(LayerImplementation::engine);
-    EXPECT_FALSE(usesOwnLayers());
 }
 
-TEST_F(EngineLayers, own_layers_read_what_the_engines_own_read) {
+TEST_P(EngineLayers, the_largest_are_taken_as_by_the_engine) {
+    for (const auto& [scaleX, scaleY] : {std::pair{1, 1}, {3, 3}, {2, 1}, {1, 5}}) {
+        MadeLayer layer = madeMaxpool(16, scaleX, scaleY);
+        expectSame(layer, 16, {scaleX, scaleY});
+    }
+}
+
+TEST_P(EngineLayers, memories_remember_as_the_engines_own) {
+    for (const LayerKind kind : {LayerKind::memory, LayerKind::summary}) {
+        for (const auto& [inputs, states] : {std::pair{16, 48}, {7, 13}, {1, 1}, {70, 96}}) {
+            MadeLayer layer = madeMemory(inputs, states, kind);
+            expectSame(layer, inputs);
+        }
+    }
+}
+
+TEST_P(EngineLayers, full_connections_bend_as_the_engines_own) {
+    MadeLayer layer = madeTangents(9, 16);
+    expectSame(layer, 9);
+}
+
+TEST_F(OwnParts, layers_whose_numbers_do_not_add_up_are_left_to_the_engine) {
+    std::minstd_rand random(13);
+    Numbers tooMany;
+    tooMany.fill(17, 12, 5, random);
+    MadeLayer convolve = madeConvolve(3, 1, 1);
+    MadeLayer memory = madeMemory(3, 8, LayerKind::memory);
+    for (MadeLayer* layer : {&convolve, &memory}) {
+        const long refusedBefore = refusedCalls();
+        const auto own = layer->forward(tooMany);
+        EXPECT_GT(refusedCalls(), refusedBefore);
+        chooseParts(PartImplementation::engine);
+        EXPECT_EQ(own, layer->forward(tooMany));
+        chooseParts(PartImplementation::ownWhereKnown);
+    }
+}
+
+TEST_F(OwnParts, numbers_beyond_their_row_are_left_to_the_engine) {
+    std::minstd_rand random(17);
+    Numbers two;
+    two.fill(2, 1, 4, random);
+    const float values[] = {1, -1, 1, -1};
+    const long refusedBefore = refusedCalls();
+    two.io().WriteTimeStepPart(0, 0, 4, values);
+    EXPECT_EQ(refusedCalls(), refusedBefore);
+    two.io().WriteTimeStepPart(0, 2, 4, values);
+    EXPECT_EQ(refusedCalls(), refusedBefore + 1);
+    const auto all = two.all();
+    EXPECT_EQ(std::vector<int>(all.begin(), all.begin() + 6),
+              (std::vector{127, -127, 127, -127, 127, -127}));
+}
+
+#if defined(__x86_64__)
+TEST(KnownEngine, is_the_one_that_debian_12_has) {
+    if (std::strcmp(::tesseract::TessBaseAPI::Version(), "5.3.0") != 0) {
+        GTEST_SKIP() << "engine " << ::tesseract::TessBaseAPI::Version()
+                     << " does all of its work itself";
+    }
+    EXPECT_TRUE(usesOwnParts());
+    chooseParts(PartImplementation::engine);
+    EXPECT_FALSE(usesOwnParts());
+    chooseParts(PartImplementation::ownWhereKnown);
+}
+#endif
+
+TEST_F(OwnParts, take_every_layer_of_the_installed_languages) {
+    auto reader = LineReader::create({"deu", "eng"});
+    ASSERT_TRUE(reader) << reader.error().sentence;
+    const long refusedBefore = refusedCalls();
+    reader.value()->read(strokes(600, 1));
+    EXPECT_EQ(refusedCalls(), refusedBefore);
+}
+
+TEST_F(OwnParts, stay_chosen_or_not_when_an_engine_is_loaded) {
+    chooseParts(PartImplementation::engine);
+    const auto reader = LineReader::create({"eng"});
+    ASSERT_TRUE(reader) << reader.error().sentence;
+    EXPECT_FALSE(usesOwnParts());
+}
+
+TEST_P(EngineLayers, own_layers_read_what_the_engines_own_read) {
     auto reader = ScreenTextReader::create({"deu", "eng"}, CrewSize::one);
     ASSERT_TRUE(reader) << reader.error().sentence;
     for (const char* name : {"table01", "prose01", "accent01", "mixed01"}) {
         const auto picture =
             bench::loadPicture(LUMAFRAME_TEST_DATA "/ocr/" + std::string(name) + ".png");
         ASSERT_TRUE(picture) << name;
-        chooseLayers(LayerImplementation::ownWhereKnown);
+        chooseParts(PartImplementation::ownWhereKnown);
         const auto own = candidatesOf(*reader.value(), picture.value());
-        chooseLayers(LayerImplementation::engine);
+        chooseParts(PartImplementation::engine);
         EXPECT_EQ(own, candidatesOf(*reader.value(), picture.value())) << name;
         EXPECT_FALSE(own.empty()) << name;
     }
 }
 
-TEST_F(EngineLayers, own_layers_are_as_sure_as_the_engines_own) {
+TEST_P(EngineLayers, own_layers_are_as_sure_as_the_engines_own) {
     auto reader = LineReader::create({"eng"});
     ASSERT_TRUE(reader) << reader.error().sentence;
     for (unsigned seed = 0; seed < 40; ++seed) {
         const InkPlane picture = strokes(60 + 23 * static_cast<int>(seed), seed);
-        chooseLayers(LayerImplementation::ownWhereKnown);
+        chooseParts(PartImplementation::ownWhereKnown);
         const auto own = confidencesOf(*reader.value(), picture);
-        chooseLayers(LayerImplementation::engine);
+        chooseParts(PartImplementation::engine);
         EXPECT_EQ(own, confidencesOf(*reader.value(), picture)) << seed;
     }
-}
-
-TEST(EngineCurves, tangents_are_those_of_the_table_and_keep_their_sign) {
-    ASSERT_TRUE(knowsCurves());
-    std::array<float, 9> values{0, 0.5F, -0.5F, 1.001F, -3, 15.99F, -15.999F, 16, -200};
-    const auto before = values;
-    bendByTangent(values.data(), static_cast<int>(values.size()));
-    for (std::size_t index = 0; index < values.size(); ++index) {
-        EXPECT_NEAR(values[index], std::tanh(before[index]), 2e-6F) << before[index];
-    }
-}
-
-TEST(EngineCurves, halves_are_rounded_away_from_zero_and_the_rest_is_cut) {
-    constexpr std::array<float, 9> values{
-        0, 0.5F / 127, -0.5F / 127, 1.4F / 127, -1.6F / 127, 126.5F / 127, 1.5F, -1, -7};
-    std::array<std::int8_t, 9> quantized{};
-    quantize(values.data(), static_cast<int>(values.size()), quantized.data());
-    EXPECT_THAT(quantized, ::testing::ElementsAre(0, 1, -1, 1, -2, 127, 127, -127, -127));
-}
-
-TEST(EngineCurves, a_memory_forgets_and_takes_in_as_its_gates_are_open) {
-    constexpr float open = 20;
-    constexpr float shut = -20;
-    constexpr std::array<float, 3> cell{1, 1, 1};
-    constexpr std::array<float, 3> input{open, shut, open};
-    constexpr std::array<float, 3> forget{shut, open, open};
-    constexpr std::array<float, 3> output{open, open, shut};
-    std::array<float, 3> states{0.25F, 0.25F, 200};
-    std::array<float, 3> outputs{};
-    remember({cell.data(), input.data(), forget.data(), output.data()}, 3, states.data(),
-             outputs.data());
-    EXPECT_NEAR(states[0], std::tanh(1.0F), 1e-5F);
-    EXPECT_NEAR(states[1], 0.25F, 1e-5F);
-    EXPECT_EQ(states[2], 100);
-    EXPECT_NEAR(outputs[0], std::tanh(std::tanh(1.0F)), 1e-5F);
-    EXPECT_NEAR(outputs[2], 0, 1e-5F);
 }
 
 }  // namespace platform::tesseract
