@@ -1,6 +1,7 @@
 // Reads sets of pictures whose text is known and prints how much of it was right and what it took:
 // processor time on one thread, time by the clock on two, and, where the first set has a picture of
-// a single word, the helper's first use and the memory that is left behind.
+// a single word, the helper's first use and the memory that is left behind. The rows "all pictures
+// but those of" say how much of the whole a single program makes; nothing is fitted without it.
 //
 //   ocr [--texts FOLDER] [--pictures] [--no-command-line] SET...
 //
@@ -14,6 +15,7 @@
 
 #include "helper_run.h"
 #include "reading_run.h"
+#include "set_score.h"
 #include "text_score.h"
 
 namespace {
@@ -27,17 +29,12 @@ struct Options {
     std::vector<std::filesystem::path> sets;
 };
 
-/// What one recogniser made of a set, as a whole and by kind of picture and by program.
+/// What one recogniser made of a set, and what it took.
 class Tally {
   public:
     void add(const bench::Sample& sample, const bench::TextScore& score,
              const bench::Reading& reading) {
-        whole_ += score;
-        groups_[sample.category] += score;
-        programs_[sample.program] += score;
-        if (score.characters == 0) {
-            textFromNothing_ += score.wrongCharacters;
-        }
+        score_.add(sample, score);
         cpu_ += reading.cpu;
         wall_ += reading.wall;
         megapixels_ += reading.megapixels;
@@ -47,39 +44,30 @@ class Tally {
         std::printf(
             "%-24s CER %6.2f %%   exact lines %5.1f %%   CPU %6.0f ms/MP   "
             "characters from pictures without text %ld\n",
-            recognizer, 100 * whole_.errorRate(), 100 * whole_.exactShare(), cpuPerMegapixel(),
-            textFromNothing_);
+            recognizer, 100 * score_.whole().errorRate(), 100 * score_.whole().exactShare(),
+            cpuPerMegapixel(), score_.charactersFromNothing());
     }
 
     [[nodiscard]] double cpuPerMegapixel() const { return cpu_ / megapixels_; }
     [[nodiscard]] double wallPerMegapixel() const { return wall_ / megapixels_; }
 
     void printGroups() const {
-        for (const auto& [name, score] : groups_) {
-            printRow(name, score);
-        }
-        std::printf("  without one program:\n");
-        for (const auto& [name, score] : programs_) {
-            bench::TextScore rest = whole_;
-            rest.characters -= score.characters;
-            rest.wrongCharacters -= score.wrongCharacters;
-            rest.lines -= score.lines;
-            rest.exactLines -= score.exactLines;
-            printRow(name, rest);
-        }
+        printRows(score_.categories());
+        std::printf("  of the same reading, all pictures but those of:\n");
+        printRows(score_.withoutOneProgram());
     }
 
   private:
-    static void printRow(const std::string& name, const bench::TextScore& score) {
-        std::printf("  %-22s CER %6.2f %%   exact lines %5.1f %%   (%ld of %ld characters wrong)\n",
-                    name.c_str(), 100 * score.errorRate(), 100 * score.exactShare(),
-                    score.wrongCharacters, score.characters);
+    static void printRows(const std::map<std::string, bench::TextScore>& scores) {
+        for (const auto& [name, score] : scores) {
+            std::printf(
+                "  %-22s CER %6.2f %%   exact lines %5.1f %%   (%ld of %ld characters wrong)\n",
+                name.c_str(), 100 * score.errorRate(), 100 * score.exactShare(),
+                score.wrongCharacters, score.characters);
+        }
     }
 
-    bench::TextScore whole_;
-    std::map<std::string, bench::TextScore> groups_;
-    std::map<std::string, bench::TextScore> programs_;
-    long textFromNothing_ = 0;
+    bench::SetScore score_;
     double cpu_ = 0;
     double wall_ = 0;
     double megapixels_ = 0;

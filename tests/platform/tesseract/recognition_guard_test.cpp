@@ -2,33 +2,57 @@
 
 #include "picture_set.h"
 #include "reading_run.h"
-#include "text_score.h"
+#include "set_score.h"
 
 namespace {
 
-/// What a whole set was read like; pictures without text count what was read on them.
-bench::TextScore scoreSet(const std::filesystem::path& folder) {
-    bench::TextScore whole;
+/// As shares of the characters, and of the lines.
+struct Limits {
+    double wrongCharacters;
+    double wrongCharactersOfOneKind;
+    double exactLines;
+    /// That the set has at least: less text is another set.
+    long characters;
+};
+
+bench::SetScore scoreOf(const std::filesystem::path& folder) {
+    bench::SetScore score;
     const auto samples = bench::loadSamples(folder);
     EXPECT_TRUE(samples) << samples.error().sentence;
     if (!samples) {
-        return whole;
+        return score;
     }
     bench::ReadingRun run(platform::tesseract::CrewSize::two);
     for (const bench::Sample& sample : samples.value()) {
         const auto reading = run.read(sample);
-        EXPECT_TRUE(reading) << reading.error().sentence;
+        EXPECT_TRUE(reading) << sample.name << ": " << reading.error().sentence;
         if (reading) {
-            whole += bench::scoreText(sample.truth, reading.value().text);
+            score.add(sample, bench::scoreText(sample.truth, reading.value().text));
         }
     }
-    return whole;
+    return score;
+}
+
+void expectWithin(const Limits& limits, const bench::SetScore& score) {
+    EXPECT_GE(score.whole().characters, limits.characters);
+    EXPECT_LE(score.whole().errorRate(), limits.wrongCharacters);
+    EXPECT_GE(score.whole().exactShare(), limits.exactLines);
+    EXPECT_EQ(score.charactersFromNothing(), 0);
+    EXPECT_GE(score.categories().size(), 14);
+    for (const auto& [kind, ofKind] : score.categories()) {
+        // A kind may stand exactly at the limit, as 6 characters of 400 do.
+        EXPECT_LE(static_cast<double>(ofKind.wrongCharacters),
+                  limits.wrongCharactersOfOneKind * static_cast<double>(ofKind.characters) + 1e-6)
+            << kind << ": " << ofKind.wrongCharacters << " of " << ofKind.characters;
+    }
 }
 
 TEST(RecognitionGuard, rendered_screen_text_stays_right) {
-    const bench::TextScore score = scoreSet(LUMAFRAME_TEST_DATA "/ocr");
-    EXPECT_GT(score.characters, 9000);
-    EXPECT_LE(score.errorRate(), 0.007);
+    constexpr Limits limits{.wrongCharacters = 0.007,
+                            .wrongCharactersOfOneKind = 0.015,
+                            .exactLines = 0.94,
+                            .characters = 9000};
+    expectWithin(limits, scoreOf(LUMAFRAME_TEST_DATA "/ocr"));
 }
 
 TEST(RecognitionGuard, pictures_of_other_programs_stay_right) {
@@ -36,9 +60,11 @@ TEST(RecognitionGuard, pictures_of_other_programs_stay_right) {
     if (!std::filesystem::exists(folder / "manifest.json")) {
         GTEST_SKIP() << "the pictures of other programs are not beside this checkout";
     }
-    const bench::TextScore score = scoreSet(folder);
-    EXPECT_GT(score.characters, 19000);
-    EXPECT_LE(score.errorRate(), 0.015);
+    constexpr Limits limits{.wrongCharacters = 0.015,
+                            .wrongCharactersOfOneKind = 0.04,
+                            .exactLines = 0.8,
+                            .characters = 19000};
+    expectWithin(limits, scoreOf(folder));
 }
 
 }  // namespace
