@@ -77,6 +77,7 @@ Connection::Connection(xcb_connection_t* connection, const xcb_screen_t* screen,
     : connection_(connection), screen_(screen), screenNumber_(screenNumber) {}
 
 Connection::~Connection() {
+    lateRequests_.sendAll();
     xcb_disconnect(connection_);
 }
 

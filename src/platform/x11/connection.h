@@ -13,6 +13,7 @@
 
 #include "base/result.h"
 #include "platform/dispatch.h"
+#include "platform/x11/late_requests.h"
 
 namespace platform::x11 {
 
@@ -89,6 +90,8 @@ class Connection {
     /// Every event that has arrived, with nothing in between.
     void dispatchPendingEvents();
     void flush();
+    /// What may wait until a picture has reached the clipboard.
+    [[nodiscard]] LateRequests& lateRequests() { return lateRequests_; }
     /// Whether the server is gone.
     [[nodiscard]] bool isLost() const;
 
@@ -120,6 +123,7 @@ class Connection {
     std::list<Reply<xcb_generic_event_t>> queue_;
     xcb_window_t timeWindow_ = XCB_WINDOW_NONE;
     xcb_timestamp_t lastInputTime_ = XCB_CURRENT_TIME;
+    LateRequests lateRequests_;
 };
 
 }  // namespace platform::x11

@@ -2,6 +2,7 @@
 
 #include <xcb/xcb.h>
 
+#include <cstddef>
 #include <functional>
 #include <memory>
 
@@ -81,6 +82,12 @@ class OverlayStage {
     /// Whether the window is one of the overlay's, closed ones that are still on the screen
     /// included.
     [[nodiscard]] virtual bool holds(xcb_window_t window) const = 0;
+
+    /// How much is selected at the moment, while the person still drags.
+    virtual void noteSelection(std::size_t pixels) = 0;
+    using SelectionListener = std::function<void(std::size_t pixels)>;
+    /// Who prepares for the capture; called while the person drags.
+    virtual void onSelection(SelectionListener listener) = 0;
 };
 
 }  // namespace platform::x11

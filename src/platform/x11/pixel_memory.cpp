@@ -14,7 +14,9 @@ namespace platform::x11 {
 namespace {
 
 constexpr std::size_t step = std::size_t{1} << 20U;
-constexpr std::size_t keptSize = 4 * step;
+constexpr std::size_t keptSize = 3 * step;
+/// The server needs some 4 ms for it, in which nobody else is served.
+constexpr std::size_t largestPreparation = 4 * step;
 constexpr std::chrono::milliseconds shrinkDelay{2000};
 
 }  // namespace
@@ -68,6 +70,41 @@ std::optional<PixelMemory::Lease> PixelMemory::take(std::size_t size) {
     return lease(std::move(segment));
 }
 
+std::size_t PixelMemory::screenSize() const {
+    const auto& screen = connection_.screen();
+    return std::size_t{screen.width_in_pixels} * screen.height_in_pixels * 4;
+}
+
+void PixelMemory::prepare(std::size_t size) {
+    if (!idle_) {
+        idle_ = makeSegment(screenSize());
+    }
+    if (!idle_ || idle_->id == XCB_NONE) {
+        return;
+    }
+    const std::size_t whole = std::min((size + step - 1) / step * step, screenSize());
+    const std::size_t wanted = std::min({whole, idle_->usedSize + largestPreparation, idle_->size});
+    if (wanted <= idle_->usedSize) {
+        return;
+    }
+    // Rows of the screen, as many as fill what is missing. A screen of fewer bits fills less, and
+    // nothing past the end.
+    const auto& screen = connection_.screen();
+    const std::size_t row = std::size_t{screen.width_in_pixels} * 4;
+    const std::size_t rows = (wanted - idle_->usedSize) / row;
+    if (rows == 0) {
+        return;
+    }
+    const auto cookie =
+        xcb_shm_get_image(connection_.get(), screen.root, 0, 0, screen.width_in_pixels,
+                          static_cast<std::uint16_t>(rows), ~0U, XCB_IMAGE_FORMAT_Z_PIXMAP,
+                          idle_->id, static_cast<std::uint32_t>(idle_->usedSize));
+    xcb_discard_reply(connection_.get(), cookie.sequence);
+    idle_->usedSize += rows * row;
+    ++useNumber_;
+    shrinkLater();
+}
+
 bool PixelMemory::canShare() {
     if (sharing_ == Sharing::untried) {
         sharing_ = Sharing::impossible;
@@ -86,7 +123,8 @@ bool PixelMemory::canShare() {
 }
 
 std::shared_ptr<PixelMemory::Segment> PixelMemory::makeSegment(std::size_t size) {
-    const std::size_t rounded = (size + step - 1) / step * step;
+    // Room for the whole screen: pages that nobody has written to cost nothing.
+    const std::size_t rounded = (std::max(size, screenSize()) + step - 1) / step * step;
     const int descriptor = memfd_create("lumaframe-picture", MFD_CLOEXEC);
     if (descriptor < 0) {
         return nullptr;
@@ -156,6 +194,10 @@ void PixelMemory::takeBack(std::shared_ptr<Segment> segment) {
         detach(*idle_);
     }
     idle_ = std::move(segment);
+    shrinkLater();
+}
+
+void PixelMemory::shrinkLater() {
     mainQueue_.postAfter(shrinkDelay,
                          alive_.guard([this, number = useNumber_] { shrink(number); }));
 }

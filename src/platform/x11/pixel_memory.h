@@ -16,8 +16,9 @@ namespace platform::x11 {
 /// The memory that the server writes pictures into. Main thread.
 ///
 /// One segment, shared with the server, is kept and grown on demand, because the first write into
-/// fresh memory costs ten times as much as the copy itself. Two seconds after its last use only its
-/// first 4 MiB (a region of 1280 x 800) stay; the rest goes back to the system. While a picture of
+/// fresh memory costs ten times as much as the copy itself: while a selection grows the server
+/// fills as much of it as the picture will take. Two seconds after its last use only its first
+/// 3 MiB stay; the rest goes back to the system. While a picture of
 /// it is held, another capture gets a segment of its own, and the larger one is kept afterwards.
 class PixelMemory {
   public:
@@ -38,6 +39,10 @@ class PixelMemory {
 
     /// At least `size` bytes, with anything in them; none when there is not so much memory.
     std::optional<Lease> take(std::size_t size);
+    /// Has the server write into the first `size` bytes, at most as many as its screen has, without
+    /// waiting for it. What it has written into before costs nothing, and much comes in several
+    /// calls.
+    void prepare(std::size_t size);
     /// How many bytes are kept while no picture is held.
     [[nodiscard]] std::size_t idleSize() const;
 
@@ -52,6 +57,8 @@ class PixelMemory {
     void takeBack(std::shared_ptr<Segment> segment);
     void detach(const Segment& segment);
     void shrink(std::uint64_t useNumber);
+    void shrinkLater();
+    [[nodiscard]] std::size_t screenSize() const;
 
     Connection& connection_;
     base::MainQueue& mainQueue_;

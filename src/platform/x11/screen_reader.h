@@ -54,6 +54,9 @@ class ScreenReader {
     base::Result<Canvas> read(const NativeRect& area, const std::vector<PixelSource>& sources,
                               Backdrop backdrop);
 
+    /// A picture of this many bytes will probably be read soon.
+    void prepare(std::size_t size) { memory_.prepare(size); }
+
   private:
     bool readPart(const PixelSource& source, const NativeRect& part,
                   const PixelMemory::Lease& lease, std::size_t offset);

@@ -39,8 +39,10 @@ void SnapshotShelf::close(xcb_window_t window) {
     if (found == shown_.end()) {
         return;
     }
-    xcb_destroy_window(connection_.get(), window);
-    connection_.flush();
+    connection_.lateRequests().add([&connection = connection_, window] {
+        xcb_destroy_window(connection.get(), window);
+        connection.flush();
+    });
     const std::uint64_t number = nextNumber_++;
     kept_.push_back({number, std::move(found->snapshot)});
     shown_.erase(found);

@@ -25,7 +25,7 @@ class SnapshotShelf {
     [[nodiscard]] bool isShowing() const { return !shown_.empty(); }
     /// The displays over which windows are up.
     [[nodiscard]] std::vector<NativeRect> shownFrames() const;
-    /// Destroys the window at once.
+    /// Destroys the window, after a picture that is on its way to the clipboard.
     void close(xcb_window_t window);
     /// The snapshot of the display that is in use, or was until a moment ago; else null.
     [[nodiscard]] std::shared_ptr<const Snapshot> find(const NativeRect& frame) const;

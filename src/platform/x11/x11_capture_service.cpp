@@ -35,7 +35,10 @@ X11CaptureService::X11CaptureService(Connection& connection, base::MainQueue& ma
       stage_(stage),
       layout_(std::move(layout)),
       reader_(connection, mainQueue),
-      windowCapture_(connection, reader_) {}
+      windowCapture_(connection, reader_) {
+    stage_.onSelection(alive_.guard(
+        [this](std::size_t pixels) { reader_.prepare(pixels * sizeof(std::uint32_t)); }));
+}
 
 void X11CaptureService::shareableContent(capture::DesktopWindows desktopWindows,
                                          capture::WindowVisibility visibility,
@@ -169,6 +172,8 @@ std::vector<PixelSource> X11CaptureService::sourcesOf(const std::vector<DisplayB
 }
 
 void X11CaptureService::finish(ImageResult result, ImageCompletion completion) {
+    // The completion comes in the next turn and has the picture delivered in the one after.
+    auto hold = connection_.lateRequests().hold();
     mainQueue_.post(alive_.guard([result = std::move(result), completion = std::move(completion)] {
         if (result) {
             completion(result.value(), std::nullopt);
@@ -176,6 +181,9 @@ void X11CaptureService::finish(ImageResult result, ImageCompletion completion) {
             completion(std::nullopt, result.error());
         }
     }));
+    mainQueue_.post([hold = std::move(hold), &queue = mainQueue_]() mutable {
+        queue.post([hold = std::move(hold)] {});
+    });
 }
 
 }  // namespace platform::x11

@@ -45,8 +45,12 @@ PaintPermission X11OverlayStage::requestPaint(xcb_window_t window) {
 
 void X11OverlayStage::windowClosed(xcb_window_t window) {
     snapshotShelf_.close(window);
-    if (!snapshotShelf_.isShowing()) {
-        redirectedWindows_.reset();
+    if (!snapshotShelf_.isShowing() && redirectedWindows_) {
+        // After the window that hides it.
+        connection_.lateRequests().add(
+            [redirected = std::exchange(redirectedWindows_, nullptr)]() mutable {
+                redirected.reset();
+            });
     }
     liveWindows_.close(window);
 }
@@ -67,6 +71,12 @@ void X11OverlayStage::whenClear(const NativeRect& region, std::function<void()> 
 
 std::shared_ptr<const Snapshot> X11OverlayStage::snapshotInUse(const NativeRect& frame) const {
     return snapshotShelf_.find(frame);
+}
+
+void X11OverlayStage::noteSelection(std::size_t pixels) {
+    if (onSelection_) {
+        onSelection_(pixels);
+    }
 }
 
 bool X11OverlayStage::holds(xcb_window_t window) const {

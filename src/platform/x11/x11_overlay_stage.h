@@ -4,6 +4,7 @@
 #include <functional>
 #include <memory>
 #include <optional>
+#include <utility>
 
 #include "base/alive.h"
 #include "base/main_queue.h"
@@ -39,6 +40,8 @@ class X11OverlayStage final : public OverlayStage {
         return redirectedWindows_;
     }
     [[nodiscard]] bool holds(xcb_window_t window) const override;
+    void noteSelection(std::size_t pixels) override;
+    void onSelection(SelectionListener listener) override { onSelection_ = std::move(listener); }
 
   private:
     void redirectWindows();
@@ -46,6 +49,7 @@ class X11OverlayStage final : public OverlayStage {
     Connection& connection_;
     base::MainQueue& mainQueue_;
     FrontProcess frontProcess_;
+    SelectionListener onSelection_;
     LiveWindows liveWindows_;
     SnapshotShelf snapshotShelf_;
     /// Only while a snapshot is shown.

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <cstdlib>
 #include <utility>
 
 #include "overlay/keyboard_tap.h"
@@ -203,6 +204,7 @@ Connection::EventVerdict X11OverlaySurface::handle(const xcb_generic_event_t& ev
 void X11OverlaySurface::handlePress(const xcb_button_press_event_t& event) {
     if (event.detail == XCB_BUTTON_INDEX_1) {
         button_ = Button::down;
+        pressedAt_ = {event.event_x, event.event_y};
         input_.mouseDown(mouseEvent(event.event_x, event.event_y, event.state));
     }
 }
@@ -220,9 +222,15 @@ void X11OverlaySurface::handleMotion(const xcb_motion_notify_event_t& event) {
         case Button::up:
             input_.mouseMoved(mouse);
             break;
-        case Button::down:
+        case Button::down: {
+            const auto pixels = static_cast<std::size_t>(std::abs(event.event_x - pressedAt_.x)) *
+                                static_cast<std::size_t>(std::abs(event.event_y - pressedAt_.y));
+            OverlayStage& stage = services_.stage;
             input_.mouseDragged(mouse);
+            // Behind the painting, which is waited for.
+            stage.noteSelection(pixels);
             break;
+        }
     }
 }
 

@@ -63,6 +63,8 @@ class X11OverlaySurface final : public overlay::OverlaySurface {
     std::vector<Figure> figures_;
     State state_ = State::created;
     Button button_ = Button::up;
+    /// Where it went down, in the window.
+    NativePoint pressedAt_{};
     Connection::Subscription subscription_;
 };
 

@@ -45,6 +45,7 @@
 #include "platform/x11/connection.h"
 #include "platform/x11/gone_overlay_surface.h"
 #include "platform/x11/system_tray_watch.h"
+#include "platform/x11/uncovered_text_recognizer.h"
 #include "platform/x11/window_manager_client.h"
 #include "platform/x11/x11_access.h"
 #include "platform/x11/x11_capture_service.h"
@@ -140,6 +141,8 @@ class X11Platform final : public RunningPlatform {
     png::PngEncoder imageEncoder_;
     tesseract::HelperTextRecognizer textRecognizer_{resources_.textHelper, *foundation_.mainQueue,
                                                     qt::fileDescriptorWatch()};
+    UncoveredTextRecognizer uncoveredTextRecognizer_{textRecognizer_,
+                                                     foundation_.connection->lateRequests()};
     video::FilmResources films_{resources_.videos, resources_.videoHelper, *foundation_.mainQueue,
                                 qt::fileDescriptorWatch()};
     WindowManagerClient windowManager_{*foundation_.connection};
@@ -196,7 +199,7 @@ X11Platform::X11Platform(const StartOptions& options, Foundation foundation,
              .captureService = screen_->captureService,
              .pasteboard = *foundation_.pasteboard,
              .imageEncoder = imageEncoder_,
-             .textRecognizer = textRecognizer_,
+             .textRecognizer = uncoveredTextRecognizer_,
              .soundPlayer = soundPlayer_,
              .userNotifications = notifications_,
              .loginItems = loginItems_,

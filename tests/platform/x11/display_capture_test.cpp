@@ -221,6 +221,41 @@ TEST(FrozenDisplayCapture, an_overlay_that_came_after_the_list_is_not_in_the_pic
     EXPECT_EQ(pictureOf(image.value()), below.picture().cut(10, 10, 50, 50));
 }
 
+/// Whether what may wait until a picture is on the clipboard waits now.
+bool isHeld(CaptureRig& rig) {
+    const auto isSent = std::make_shared<bool>(false);
+    rig.connection().lateRequests().add([isSent] { *isSent = true; });
+    return !*isSent;
+}
+
+TEST(FrozenDisplayCapture, keeps_the_overlay_s_end_back_until_the_picture_is_delivered) {
+    CaptureRig rig(with(desktop::Compositor::none));
+    const xcb_window_t overlay = openOverlay(rig);
+    const auto shown = rig.content().displays.at(0);
+    bool isDelivered = false;
+    rig.service().captureImage(capture::DisplayFilter{shown, {}}, regionOf({{0, 0}, {9, 9}}),
+                               [&](const auto&, const auto&) {
+                                   rig.queue().post([&] {
+                                       EXPECT_TRUE(isHeld(rig))
+                                           << "in the turn in which the picture is delivered";
+                                       isDelivered = true;
+                                   });
+                               });
+    EXPECT_TRUE(isHeld(rig));
+    rig.stage().windowClosed(overlay);
+    EXPECT_TRUE(rig.runUntil([&] { return isDelivered; }));
+    const desktop::XClient client(rig.desktop().displayName());
+    const auto isThere = [&] {
+        return desktop::Reply<xcb_get_geometry_reply_t>(xcb_get_geometry_reply(
+                   client.get(), xcb_get_geometry(client.get(), overlay), nullptr)) != nullptr;
+    };
+    rig.queue().runAll();
+    EXPECT_FALSE(isHeld(rig));
+    (void)rig.connection().serverTime();
+    EXPECT_FALSE(isThere());
+    rig.queue().advance(std::chrono::milliseconds{250});
+}
+
 TEST(DisplayCaptureService, gives_the_colour_space_of_the_display_whose_pixels_it_gives) {
     CaptureRig rig(with(desktop::Compositor::none));
     const auto space =

@@ -175,9 +175,9 @@ TEST_F(PixelMemoryTest, keeps_little_two_seconds_after_the_last_use) {
     queue.advance(std::chrono::milliseconds{1999});
     EXPECT_EQ(memory->idleSize(), 32 * mebibyte);
     queue.advance(std::chrono::milliseconds{1});
-    EXPECT_EQ(memory->idleSize(), 4 * mebibyte);
+    EXPECT_EQ(memory->idleSize(), 3 * mebibyte);
     lease = memory->take(32 * mebibyte);
-    EXPECT_EQ(lease->bytes[3 * mebibyte], 7) << "the kept part is still there";
+    EXPECT_EQ(lease->bytes[2 * mebibyte], 7) << "the kept part is still there";
     EXPECT_EQ(lease->bytes[5 * mebibyte], 0) << "the rest went back to the system";
 }
 
@@ -188,7 +188,27 @@ TEST_F(PixelMemoryTest, a_use_in_between_starts_the_two_seconds_anew) {
     queue.advance(std::chrono::milliseconds{1500});
     EXPECT_EQ(memory->idleSize(), 32 * mebibyte);
     queue.advance(std::chrono::milliseconds{500});
-    EXPECT_EQ(memory->idleSize(), 4 * mebibyte);
+    EXPECT_EQ(memory->idleSize(), 3 * mebibyte);
+}
+
+TEST_F(PixelMemoryTest, is_filled_ahead_by_the_server_as_far_as_its_screen_goes) {
+    Connection& connection = server.connection();
+    tests::fill(connection.get(), connection.root(), {0, 0, 64, 48}, 0x123456);
+    memory->prepare(mebibyte);
+    (void)connection.serverTime();
+    EXPECT_EQ(memory->idleSize(), 64U * 48 * 4);
+    const auto lease = memory->take(64U * 48 * 4);
+    EXPECT_EQ(lease->bytes[0], 0x56);
+    EXPECT_EQ(lease->bytes[64 * 48 * 4 - 2], 0x12);
+}
+
+TEST_F(PixelMemoryTest, is_filled_ahead_once) {
+    Connection& connection = server.connection();
+    memory->prepare(mebibyte);
+    tests::fill(connection.get(), connection.root(), {0, 0, 64, 48}, 0xffffff);
+    memory->prepare(mebibyte);
+    (void)connection.serverTime();
+    EXPECT_EQ(memory->take(mebibyte)->bytes[0], 0);
 }
 
 TEST_F(PixelMemoryTest, may_be_given_back_on_another_thread) {
