@@ -13,7 +13,7 @@ constexpr int topPadding = 8;
 /// The mark of the focus stays within it.
 constexpr int focusMargin = 4;
 /// Who clicks sooner after a change has aimed at the button before it: the click that brings the
-/// window back to the front also refreshes it.
+/// window back to the front also refreshes it. The keyboard and assistive programs do not aim.
 constexpr std::chrono::milliseconds glance{400};
 
 struct ButtonLook {
@@ -42,7 +42,8 @@ ActionRow::ActionRow(FirstRun& firstRun)
     row->setContentsMargins(0, topPadding, 0, 0);
     row->setSpacing(spacing);
     row->addWidget(button_, 0, Qt::AlignCenter);
-    connect(button_, &QPushButton::clicked, this, [this] { perform(); });
+    connect(button_, &QPushButton::clicked, this, [this] { firstRun_.perform(action_); });
+    button_->installEventFilter(this);
     // Also before the first drawing: the window gets its size from it.
     chooseAction();
     changedAt_.reset();
@@ -58,12 +59,17 @@ void ActionRow::paintEvent(QPaintEvent* event) {
     }
 }
 
-void ActionRow::perform() {
-    const auto now = std::chrono::steady_clock::now();
-    if (changedAt_ && now - *changedAt_ < glance) {
-        return;
+bool ActionRow::eventFilter(QObject* object, QEvent* event) {
+    if (object != button_ || event->type() != QEvent::MouseButtonRelease || !hasJustChanged()) {
+        return QWidget::eventFilter(object, event);
     }
-    firstRun_.perform(action_);
+    // Pressed no longer, and not clicked.
+    button_->setDown(false);
+    return true;
+}
+
+bool ActionRow::hasJustChanged() const {
+    return changedAt_ && std::chrono::steady_clock::now() - *changedAt_ < glance;
 }
 
 void ActionRow::chooseAction() {

@@ -16,12 +16,15 @@ class ActionRow final : public QWidget {
     /// `firstRun` outlives the row.
     explicit ActionRow(FirstRun& firstRun);
 
+    /// Lets no click of the pointer through to the button that has just become another one.
+    bool eventFilter(QObject* object, QEvent* event) override;
+
   protected:
     void paintEvent(QPaintEvent* event) override;
 
   private:
     void chooseAction();
-    void perform();
+    [[nodiscard]] bool hasJustChanged() const;
 
     FirstRun& firstRun_;
     FirstRunAction action_ = FirstRunAction::refreshStatus;

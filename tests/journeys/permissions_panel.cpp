@@ -71,7 +71,7 @@ desktop::Accessible PermissionsPanel::action() {
 
 void PermissionsPanel::waitForAction(const std::string& name) {
     session_.require("The button " + name, [&] { return action().name == name; });
-    // It may be laid out anew, and takes no press before a person can have seen it.
+    // It may be laid out anew, and takes no click before a person can have seen it.
     session_.waitUntilStill();
     desktop::staysTrue([] { return true; }, std::chrono::milliseconds(400));
 }

@@ -3,9 +3,11 @@
 #include <gmock/gmock.h>
 
 #include <QAbstractButton>
+#include <QAccessible>
 #include <QApplication>
 #include <QKeyEvent>
 #include <QLabel>
+#include <QMouseEvent>
 #include <memory>
 
 #include "platform/qt/qt_session.h"
@@ -54,6 +56,16 @@ class PermissionsWindow : public testing::Test {
             }
         }
         return texts;
+    }
+    /// As the pointer does.
+    void clickAction() {
+        const QPointF place = action().rect().center();
+        for (const auto type : {QEvent::MouseButtonPress, QEvent::MouseButtonRelease}) {
+            QMouseEvent event(type, place, action().mapToGlobal(place), Qt::LeftButton,
+                              type == QEvent::MouseButtonPress ? Qt::LeftButton : Qt::NoButton,
+                              Qt::NoModifier);
+            QCoreApplication::sendEvent(&action(), &event);
+        }
     }
     void activateAgain() { world_.notifications.post(app::applicationDidBecomeActiveNotification); }
 
@@ -169,12 +181,39 @@ TEST_F(PermissionsWindow, a_click_that_was_meant_for_the_button_before_is_ignore
     world_.fileManager.downloads = {"/home/someone/Downloads"};
     activateAgain();
     EXPECT_TRUE(runUntil([this] { return action().text() == "Get Started"; }));
-    action().click();
+    clickAction();
+    EXPECT_FALSE(action().isDown());
     EXPECT_FALSE(world_.settings.boolForKey(app::keys::hasCompletedFirstRun));
     EXPECT_TRUE(runUntil([this] {
-        action().click();
+        clickAction();
         return world_.settings.boolForKey(app::keys::hasCompletedFirstRun);
     }));
+}
+
+TEST_F(PermissionsWindow, the_keyboard_presses_the_new_button_at_once) {
+    world_.fileManager.downloads.clear();
+    shown();
+    world_.fileManager.downloads = {"/home/someone/Downloads"};
+    activateAgain();
+    EXPECT_TRUE(runUntil([this] { return action().text() == "Get Started"; }));
+    for (const auto type : {QEvent::KeyPress, QEvent::KeyRelease}) {
+        QKeyEvent event(type, Qt::Key_Space, Qt::NoModifier);
+        QCoreApplication::sendEvent(&action(), &event);
+    }
+    EXPECT_TRUE(world_.settings.boolForKey(app::keys::hasCompletedFirstRun));
+}
+
+TEST_F(PermissionsWindow, an_assistive_program_presses_the_new_button_at_once) {
+    world_.fileManager.downloads.clear();
+    shown();
+    world_.fileManager.downloads = {"/home/someone/Downloads"};
+    activateAgain();
+    EXPECT_TRUE(runUntil([this] { return action().text() == "Get Started"; }));
+    QAccessible::queryAccessibleInterface(&action())->actionInterface()->doAction(
+        QAccessibleActionInterface::pressAction());
+    // The toolkit shows the button pressed for a moment, of 100 ms.
+    EXPECT_TRUE(
+        runUntil([this] { return world_.settings.boolForKey(app::keys::hasCompletedFirstRun); }));
 }
 
 TEST_F(PermissionsWindow, a_row_opens_its_page_by_the_keyboard) {
