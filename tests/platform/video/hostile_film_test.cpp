@@ -1,4 +1,5 @@
 // Files that were made to harm: each is played or refused, soon, and costs nothing but its film.
+#include <algorithm>
 #include <array>
 #include <fstream>
 #include <iterator>
@@ -28,6 +29,26 @@ std::string box(const std::string& type, const std::string& content) {
     return bigEndian(static_cast<std::uint32_t>(content.size() + 8)) + type + content;
 }
 
+std::uint32_t number(const std::string& bytes, std::size_t place) {
+    std::uint32_t value = 0;
+    for (std::size_t index = 0; index < 4; ++index) {
+        value = value << 8U | static_cast<std::uint8_t>(bytes[place + index]);
+    }
+    return value;
+}
+
+/// The box of a film whose data are in another file: an alias of the Macintosh, whose many fields
+/// say nothing but the absolute path.
+std::string referenceTo(const std::filesystem::path& file) {
+    constexpr std::size_t fixedLength = 150;
+    constexpr std::uint32_t absolutePath = 2;
+    const std::string path = file.string() + std::string(file.string().size() % 2, '\0');
+    const std::string entry =
+        bigEndian(absolutePath << 16U | static_cast<std::uint32_t>(path.size())) + path;
+    return box("alis",
+               bigEndian(0) + std::string(fixedLength, '\0') + entry + bigEndian(0xffff0000));
+}
+
 class HostileFilm : public VideoFixture {
   protected:
     void write(const std::string& bytes) const {
@@ -42,6 +63,18 @@ class HostileFilm : public VideoFixture {
         const std::size_t place = bytes.rfind(type);
         EXPECT_NE(place, std::string::npos);
         return place + type.size();
+    }
+    /// The film with this box in the place of the one that says that its data are its own.
+    static std::string withReference(std::string bytes, const std::string& reference) {
+        const std::size_t own = bytes.rfind("url ") - 4;
+        constexpr std::size_t ownLength = 12;
+        for (const char* const outer : {"moov", "trak", "mdia", "minf", "dinf", "dref"}) {
+            const std::size_t length = inside(bytes, outer) - 8;
+            bytes.replace(length, 4,
+                          bigEndian(static_cast<std::uint32_t>(number(bytes, length) +
+                                                               reference.size() - ownLength)));
+        }
+        return bytes.replace(own, ownLength, reference);
     }
     /// Why the film is not played; empty when it is.
     std::string errorOf(const std::string& bytes) {
@@ -186,10 +219,7 @@ TEST_F(HostileFilm, of_ten_thousand_tracks_is_refused) {
     const std::string bytes = goodFilm();
     const std::size_t movie = inside(bytes, "moov");
     const std::size_t track = inside(bytes, "trak") - 8;
-    std::uint32_t length = 0;
-    for (std::size_t index = 0; index < 4; ++index) {
-        length = length << 8U | static_cast<std::uint8_t>(bytes[track + index]);
-    }
+    const std::uint32_t length = number(bytes, track);
     std::string content = bytes.substr(movie, track - movie);
     for (int copy = 0; copy < 10000; ++copy) {
         content += bytes.substr(track, length);
@@ -214,10 +244,21 @@ TEST_F(HostileFilm, of_a_million_million_bytes_is_not_read_to_its_end) {
 }
 
 TEST_F(HostileFilm, that_names_another_file_does_not_get_it) {
-    std::string bytes = goodFilm();
-    // The reference to the film itself: flags 1 say that the data are in this file.
-    bytes.replace(inside(bytes, "url "), 4, bigEndian(0));
-    playSome(bytes);
+    const std::string good = goodFilm();
+    EXPECT_EQ(errorOf(good), "");
+    // Its pictures are in the other file alone.
+    std::ofstream(film("other"), std::ios::binary) << good;
+    std::string bytes = good;
+    const std::size_t pictures = inside(bytes, "mdat");
+    const std::size_t tables = inside(bytes, "moov") - 8;
+    ASSERT_LT(pictures, tables);
+    std::fill(bytes.begin() + static_cast<std::ptrdiff_t>(pictures),
+              bytes.begin() + static_cast<std::ptrdiff_t>(tables), '\0');
+    const std::string absolute = referenceTo(film("other"));
+    EXPECT_NE(errorOf(withReference(bytes, absolute)), "");
+    // What looks for the other file has found its name: with its own pictures, too, the film has
+    // none.
+    EXPECT_NE(errorOf(withReference(good, absolute)), "");
 }
 
 TEST_F(HostileFilm, in_a_codec_that_is_not_for_films_is_refused) {
