@@ -128,9 +128,9 @@ TEST_F(PermissionsFilm, every_picture_comes_again_one_length_of_the_film_later) 
     std::cout << seen.size() << " pictures seen, the next round " << median << " s later ("
               << rounds.front() << " to " << rounds.back() << ")\n";
     EXPECT_GT(seen.size(), 60U);
-    // A busy machine shows some pictures late, and may let the film pause.
+    // A busy machine shows some pictures late, and may let the film pause; not all the time.
     EXPECT_GT(median, filmSeconds - 0.2);
-    EXPECT_LT(median, filmSeconds + 3);
+    EXPECT_LT(rounds.front(), filmSeconds + 0.25);
     EXPECT_EQ(session.program().errorLines(), std::vector<std::string>());
 }
 
