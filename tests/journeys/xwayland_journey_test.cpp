@@ -13,6 +13,20 @@ using testing::HasSubstr;
 
 enum class WaylandDisplay { told, hidden };
 
+/// What `./run` asks before it starts the program.
+std::optional<int> statusOfIsXwayland(desktop::Desktop& desktop, WaylandDisplay display) {
+    desktop::Environment environment;
+    if (display == WaylandDisplay::hidden) {
+        environment["WAYLAND_DISPLAY"] = "";
+    }
+    return desktop
+        .start(
+            "is-xwayland",
+            {"bash", "-c", ". " LUMAFRAME_SOURCE_DIRECTORY "/scripts/lib/session.sh; is_xwayland"},
+            environment)
+        ->waitForExit();
+}
+
 class Xwayland : public testing::TestWithParam<WaylandDisplay> {
   protected:
     void SetUp() override {
@@ -81,6 +95,15 @@ TEST_P(Xwayland, screen_and_keys_are_not_granted_and_the_rows_say_why) {
     }
     EXPECT_EQ(explanations, 2U);
     keepPicture("permissions-xwayland");
+}
+
+TEST_P(Xwayland, the_command_that_starts_the_program_knows_it) {
+    EXPECT_EQ(statusOfIsXwayland(session_->desktop(), GetParam()), 0);
+}
+
+TEST(XServer, of_its_own_is_no_xwayland_to_the_command_that_starts_the_program) {
+    desktop::Desktop desktop({.windowManager = desktop::WindowManager::none});
+    EXPECT_EQ(statusOfIsXwayland(desktop, WaylandDisplay::hidden), 1);
 }
 
 INSTANTIATE_TEST_SUITE_P(, Xwayland, testing::Values(WaylandDisplay::told, WaylandDisplay::hidden),
