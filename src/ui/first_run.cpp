@@ -96,12 +96,20 @@ void FirstRun::openSettingsPage(Permission permission) {
 }
 
 std::string FirstRun::help(Permission permission) const {
-    std::string text = explanation(permission);
-    if (!isGranted(permission) && permission != Permission::filesAndFolders) {
-        const std::string limit = mediator_.permissions.sessionLimit();
-        text += limit.empty() ? "" : " " + limit;
+    const std::string limit = isGranted(permission) ? std::string() : sessionLimit(permission);
+    return explanation(permission) + (limit.empty() ? limit : " " + limit);
+}
+
+std::string FirstRun::sessionLimit(Permission permission) const {
+    switch (permission) {
+        case Permission::screenRecording:
+            return mediator_.permissions.screenCaptureLimit();
+        case Permission::accessibility:
+            return mediator_.permissions.accessibilityLimit();
+        case Permission::filesAndFolders:
+            return {};
     }
-    return text;
+    return {};
 }
 
 }  // namespace ui

@@ -53,6 +53,8 @@ class FirstRun {
     [[nodiscard]] std::string help(Permission permission) const;
 
   private:
+    [[nodiscard]] std::string sessionLimit(Permission permission) const;
+
     Mediator mediator_;
     std::function<void()> onRefreshed_;
     bool screenRecordingStatus_ = false;

@@ -20,7 +20,8 @@ class FakePermissions final : public base::Permissions, public Recorder {
         record("is accessibility trusted");
         return accessibilityIsTrusted;
     }
-    std::string sessionLimit() const override { return limit; }
+    std::string screenCaptureLimit() const override { return screenLimit; }
+    std::string accessibilityLimit() const override { return keyboardLimit; }
     void openSettingsPage(const std::string& url) override {
         record("settings page: " + url);
         openedPages.push_back(url);
@@ -28,7 +29,8 @@ class FakePermissions final : public base::Permissions, public Recorder {
 
     bool screenIsAllowed = true;
     bool accessibilityIsTrusted = true;
-    std::string limit;
+    std::string screenLimit;
+    std::string keyboardLimit;
     std::vector<std::string> openedPages;
 };
 

@@ -4,6 +4,7 @@
 #include <sys/prctl.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <cstring>
 #include <fstream>
 
@@ -53,7 +54,55 @@ class Permissions : public testing::Test {
         }
         return false;
     }
-    /// The help of a row as it is shown while the pointer rests on it.
+    /// Rests the pointer on a row until its help is shown; it has to end like this.
+    void waitForHelp(const std::string& permission, const std::string& end) {
+        const auto all = panel.objects();
+        const auto label = std::ranges::find(all, permission, &desktop::Accessible::name);
+        if (label == all.end()) {
+            throw std::runtime_error("There is no row " + permission + ".");
+        }
+        const desktop::Place place = label->center();
+        session.input().moveTo(place);
+        session.input().moveTo({place.x + 2, place.y});
+        session.require("The help of " + permission, [&] {
+            const auto objects = session.desktop().accessibles();
+            return std::ranges::any_of(objects, [&](const desktop::Accessible& object) {
+                return object.isShowing() && object.name.starts_with("Lumaframe ") &&
+                       object.name.ends_with(end);
+            });
+        });
+    }
+    /// What "Open Settings" has opened.
+    std::string openedPage() {
+        std::string page;
+        // The file is there before what is written into it.
+        session.require("An opened page", [&] {
+            std::ifstream opened(openedFile());
+            return static_cast<bool>(std::getline(opened, page)) && !opened.eof();
+        });
+        return page;
+    }
+    void expectHelpPage() {
+        const std::string page = openedPage();
+        EXPECT_THAT(page, testing::EndsWith("/help/permissions.html"));
+        EXPECT_TRUE(fs::exists(page)) << page;
+    }
+    /// As another program.
+    void holdEveryKey() {
+        // One by one: those that the window manager holds cannot be had.
+        auto& other = session.desktop().client();
+        for (unsigned code = 8; code <= 255; ++code) {
+            xcb_grab_key(other.get(), 0, other.root(), XCB_MOD_MASK_ANY,
+                         static_cast<xcb_keycode_t>(code), XCB_GRAB_MODE_ASYNC,
+                         XCB_GRAB_MODE_ASYNC);
+        }
+        other.synchronize();
+    }
+    void letKeysGo() {
+        auto& other = session.desktop().client();
+        xcb_ungrab_key(other.get(), XCB_GRAB_ANY, other.root(), XCB_MOD_MASK_ANY);
+        other.synchronize();
+    }
     void keepPicture(const std::string& name) {
         desktop::writePng(Session::pictureFile(name),
                           desktop::readScreen(session.desktop().client()));
@@ -114,20 +163,13 @@ TEST_F(Permissions, a_downloads_folder_that_cannot_be_read_is_not_granted) {
 }
 
 TEST_F(Permissions, while_another_program_holds_every_key_accessibility_is_not_granted) {
-    // One by one: those that the window manager holds cannot be had.
-    auto& other = session.desktop().client();
-    for (unsigned code = 8; code <= 255; ++code) {
-        xcb_grab_key(other.get(), 0, other.root(), XCB_MOD_MASK_ANY,
-                     static_cast<xcb_keycode_t>(code), XCB_GRAB_MODE_ASYNC, XCB_GRAB_MODE_ASYNC);
-    }
-    other.synchronize();
+    holdEveryKey();
     start();
     panel.waitUntilOpen();
     expectGranted("Screen Recording");
     expectRefused("Accessibility");
     expectGranted("Files and Folders");
-    xcb_ungrab_key(other.get(), XCB_GRAB_ANY, other.root(), XCB_MOD_MASK_ANY);
-    other.synchronize();
+    letKeysGo();
 
     // By the keyboard alone.
     const auto focusedName = [this] {
@@ -145,13 +187,26 @@ TEST_F(Permissions, while_another_program_holds_every_key_accessibility_is_not_g
     }
     session.input().tap(key::space);
     panel.waitForStatus("Accessibility", "Granted");
-    panel.waitForAction("Get Started");
+    session.require("The new button", [this] { return panel.action().name == "Get Started"; });
     // The same button, so the focus is where it was.
     EXPECT_EQ(focusedName(), "Get Started");
     session.input().tap(key::returnKey);
     session.require("The closing of the permissions window",
                     [this] { return !session.windowWithRole("permissions"); });
     EXPECT_EQ(session.readSettings().at("hasCompletedFirstRun"), true);
+}
+
+TEST_F(Permissions, that_another_program_holds_every_key_is_said_by_the_row_and_by_the_help) {
+    holdEveryKey();
+    // On a desktop whose own page would change nothing.
+    start({{"XDG_CURRENT_DESKTOP", "XFCE"}});
+    panel.waitUntilOpen();
+    expectRefused("Accessibility");
+    waitForHelp("Accessibility", "Another program holds every key: end its hold on the keyboard.");
+    keepPicture("permissions-held-keys");
+    waitForHelp("Screen Recording", "Lumaframe reads the screen to take pictures of it.");
+    session.input().click(panel.settingsButton("Accessibility").center());
+    expectHelpPage();
 }
 
 TEST_F(Permissions, an_untrusted_program_has_neither_screen_nor_keys_and_opens_the_help) {
@@ -161,15 +216,12 @@ TEST_F(Permissions, an_untrusted_program_has_neither_screen_nor_keys_and_opens_t
     expectRefused("Accessibility");
     expectGranted("Files and Folders");
     EXPECT_EQ(panel.action().name, "Refresh Status");
+    waitForHelp("Screen Recording", "untrusted program, as after ssh -X: use ssh -Y.");
+    keepPicture("permissions-untrusted");
+    waitForHelp("Accessibility", "untrusted program, as after ssh -X: use ssh -Y.");
+    waitForHelp("Files and Folders", "Lumaframe saves into your Downloads folder.");
     session.input().click(panel.settingsButton("Screen Recording").center());
-    std::string page;
-    // The file is there before what is written into it.
-    session.require("The help page", [&] {
-        std::ifstream opened(openedFile());
-        return static_cast<bool>(std::getline(opened, page));
-    });
-    EXPECT_THAT(page, testing::EndsWith("/help/permissions.html"));
-    EXPECT_TRUE(fs::exists(page)) << page;
+    expectHelpPage();
 }
 
 TEST_F(Permissions, a_file_in_the_place_of_the_downloads_folder_is_not_granted) {
@@ -213,26 +265,17 @@ TEST_F(Permissions, inside_a_wayland_session_the_rows_say_why_they_are_refused) 
     expectRefused("Screen Recording");
     expectRefused("Accessibility");
     expectGranted("Files and Folders");
+    std::size_t explained = 0;
     for (const auto& object : session.desktop().accessibles()) {
-        if (object.name == "Screen Recording" && object.role != "label") {
-            EXPECT_THAT(object.description, HasSubstr("Wayland"));
+        if ((object.name == "Screen Recording" || object.name == "Accessibility") &&
+            object.role != "label") {
+            EXPECT_THAT(object.description, HasSubstr("Wayland")) << object.name;
+            ++explained;
         }
     }
-    // The help while the pointer rests on a row.
-    const auto row = panel.objects();
-    const auto label =
-        std::ranges::find(row, std::string("Accessibility"), &desktop::Accessible::name);
-    ASSERT_NE(label, row.end());
-    session.input().moveTo(label->center());
-    session.input().moveTo({label->center().x + 2, label->center().y});
-    session.require("The help of the row", [this] {
-        for (const auto& object : session.desktop().accessibles()) {
-            if (object.name.find("shortcuts in every program") != std::string::npos) {
-                return true;
-            }
-        }
-        return false;
-    });
+    EXPECT_EQ(explained, 2U);
+    waitForHelp("Screen Recording", "only X11 windows: log in to an X11 session.");
+    waitForHelp("Accessibility", "only X11 windows: log in to an X11 session.");
     keepPicture("permissions-help");
 }
 

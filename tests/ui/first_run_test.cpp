@@ -8,7 +8,7 @@
 namespace {
 
 using testing::ElementsAre;
-using testing::HasSubstr;
+using testing::EndsWith;
 using ui::FirstRunAction;
 using ui::Permission;
 
@@ -132,16 +132,19 @@ TEST_F(FirstRun, each_row_opens_its_own_page_of_the_settings) {
 }
 
 TEST_F(FirstRun, the_help_says_why_the_session_refuses) {
-    permissions_.limit = "This session does not.";
+    permissions_.screenLimit = "This session does not.";
+    permissions_.keyboardLimit = "Somebody else has them.";
     fileManager_.downloads.clear();
-    EXPECT_THAT(firstRun_.help(Permission::screenRecording), HasSubstr(" This session does not."));
-    EXPECT_THAT(firstRun_.help(Permission::accessibility), HasSubstr(" This session does not."));
+    EXPECT_THAT(firstRun_.help(Permission::screenRecording), EndsWith(" This session does not."));
+    EXPECT_THAT(firstRun_.help(Permission::accessibility), EndsWith(" Somebody else has them."));
     // The session has no part in the files.
     EXPECT_EQ(firstRun_.help(Permission::filesAndFolders),
               "Lumaframe saves into your Downloads folder.");
     firstRun_.refreshStatus();
     EXPECT_EQ(firstRun_.help(Permission::screenRecording),
               "Lumaframe reads the screen to take pictures of it.");
+    EXPECT_EQ(firstRun_.help(Permission::accessibility),
+              "Lumaframe listens for its shortcuts in every program.");
 }
 
 }  // namespace

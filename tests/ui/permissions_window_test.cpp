@@ -229,12 +229,16 @@ TEST_F(PermissionsWindow, a_row_opens_its_page_by_the_keyboard) {
 
 TEST_F(PermissionsWindow, each_row_says_what_it_is_for_and_why_it_is_refused) {
     world_.permissions.screenIsAllowed = false;
-    world_.permissions.limit = "Not <here>.";
+    world_.permissions.accessibilityIsTrusted = false;
+    world_.permissions.screenLimit = "Not <here>.";
+    world_.permissions.keyboardLimit = "Held.";
     shown();
     for (const char* row : {"Screen Recording", "Accessibility", "Files and Folders"}) {
         EXPECT_THAT(named(row).toolTip().toStdString(), HasSubstr("Lumaframe ")) << row;
     }
     EXPECT_THAT(named("Screen Recording").toolTip().toStdString(), HasSubstr("Not &lt;here&gt;."));
+    EXPECT_EQ(named("Accessibility").toolTip(),
+              "Lumaframe listens for its shortcuts in every program. Held.");
 }
 
 TEST_F(PermissionsWindow, a_long_text_is_wrapped_and_never_widens_the_window) {

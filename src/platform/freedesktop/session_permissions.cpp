@@ -2,8 +2,6 @@
 
 #include <utility>
 
-#include "platform/freedesktop/settings_pages.h"
-
 namespace platform::freedesktop {
 
 SessionPermissions::SessionPermissions(Probes probes, Pages pages)
@@ -17,7 +15,7 @@ bool SessionPermissions::isAccessibilityTrusted() const {
     return !probes_.isNested() && probes_.canGrabKeys();
 }
 
-std::string SessionPermissions::sessionLimit() const {
+std::string SessionPermissions::screenCaptureLimit() const {
     if (probes_.isNested()) {
         return "In a Wayland session it reaches only X11 windows: log in to an X11 session.";
     }
@@ -28,13 +26,35 @@ std::string SessionPermissions::sessionLimit() const {
     return {};
 }
 
+std::string SessionPermissions::accessibilityLimit() const {
+    std::string limit = screenCaptureLimit();
+    if (limit.empty() && !probes_.canGrabKeys()) {
+        limit = "Another program holds every key: end its hold on the keyboard.";
+    }
+    return limit;
+}
+
+bool SessionPermissions::canSettingsChange(SettingsPage page) const {
+    switch (page) {
+        case SettingsPage::screen:
+            return screenCaptureLimit().empty();
+        case SettingsPage::keyboard:
+            return accessibilityLimit().empty();
+        case SettingsPage::files:
+            return true;
+        case SettingsPage::unknown:
+            return false;
+    }
+    return false;
+}
+
 void SessionPermissions::openSettingsPage(const std::string& url) {
     const SettingsPage page = settingsPageOf(url);
     if (page == SettingsPage::unknown) {
         return;
     }
     std::vector<ProgramCommand> commands;
-    if (page == SettingsPage::files || sessionLimit().empty()) {
+    if (canSettingsChange(page)) {
         commands = settingsPageCommands(page, pages_.currentDesktops);
     }
     commands.push_back({"xdg-open", pages_.helpPage});

@@ -6,6 +6,7 @@
 
 #include "base/permissions.h"
 #include "platform/freedesktop/program_starter.h"
+#include "platform/freedesktop/settings_pages.h"
 
 namespace platform::freedesktop {
 
@@ -34,11 +35,14 @@ class SessionPermissions final : public base::Permissions {
 
     [[nodiscard]] bool canCaptureScreen() const override;
     [[nodiscard]] bool isAccessibilityTrusted() const override;
-    [[nodiscard]] std::string sessionLimit() const override;
+    [[nodiscard]] std::string screenCaptureLimit() const override;
+    [[nodiscard]] std::string accessibilityLimit() const override;
     /// The desktop's page, or the help page where it has none or none could change anything.
     void openSettingsPage(const std::string& url) override;
 
   private:
+    [[nodiscard]] bool canSettingsChange(SettingsPage page) const;
+
     Probes probes_;
     Pages pages_;
 };

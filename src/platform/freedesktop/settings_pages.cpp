@@ -20,9 +20,11 @@ const std::array<Row, 9>& table() {
         {"GNOME", SettingsPage::screen, {{"gnome-control-center", "applications"}}},
         {"GNOME", SettingsPage::keyboard, {{"gnome-control-center", "keyboard"}}},
         {"GNOME", SettingsPage::files, {{"gnome-control-center", "applications"}}},
+        // Plasma 5 has both names of the program, and opens its first page for a page that it does
+        // not know; Plasma 6 has the first name alone, and another name for the page.
         {"KDE",
          SettingsPage::screen,
-         {{"systemsettings", "kcm_app-permissions"}, {"systemsettings5", "kcm_flatpak"}}},
+         {{"systemsettings5", "kcm_flatpak"}, {"systemsettings", "kcm_app-permissions"}}},
         {"KDE",
          SettingsPage::keyboard,
          {{"systemsettings", "kcm_keys"}, {"systemsettings5", "kcm_keys"}}},

@@ -11,7 +11,9 @@ class PrivacyPermissions final : public base::Permissions {
     [[nodiscard]] bool canCaptureScreen() const override;
     [[nodiscard]] bool isAccessibilityTrusted() const override;
     /// Empty: the user can grant everything.
-    [[nodiscard]] std::string sessionLimit() const override;
+    [[nodiscard]] std::string screenCaptureLimit() const override;
+    /// Empty, too.
+    [[nodiscard]] std::string accessibilityLimit() const override;
     void openSettingsPage(const std::string& url) override;
 };
 

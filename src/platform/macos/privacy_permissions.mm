@@ -17,7 +17,11 @@ bool PrivacyPermissions::isAccessibilityTrusted() const {
     return AXIsProcessTrustedWithOptions((__bridge CFDictionaryRef)options) != 0;
 }
 
-std::string PrivacyPermissions::sessionLimit() const {
+std::string PrivacyPermissions::screenCaptureLimit() const {
+    return {};
+}
+
+std::string PrivacyPermissions::accessibilityLimit() const {
     return {};
 }
 

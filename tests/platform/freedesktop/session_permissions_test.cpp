@@ -71,11 +71,18 @@ TEST_F(SessionPermissionsTest, what_the_session_lets_the_program_do_is_granted) 
     const auto& session = permissions({});
     EXPECT_TRUE(session.canCaptureScreen());
     EXPECT_TRUE(session.isAccessibilityTrusted());
-    EXPECT_EQ(session.sessionLimit(), "");
+    EXPECT_EQ(session.screenCaptureLimit(), "");
+    EXPECT_EQ(session.accessibilityLimit(), "");
+}
+
+TEST_F(SessionPermissionsTest, keys_that_another_program_holds_keep_only_the_keys) {
     canGrabKeys_ = false;
+    const auto& session = permissions({});
     EXPECT_TRUE(session.canCaptureScreen());
     EXPECT_FALSE(session.isAccessibilityTrusted());
-    EXPECT_EQ(session.sessionLimit(), "");
+    EXPECT_EQ(session.screenCaptureLimit(), "");
+    EXPECT_EQ(session.accessibilityLimit(),
+              "Another program holds every key: end its hold on the keyboard.");
 }
 
 TEST_F(SessionPermissionsTest, an_untrusted_program_learns_why) {
@@ -83,7 +90,8 @@ TEST_F(SessionPermissionsTest, an_untrusted_program_learns_why) {
     const auto& session = permissions({});
     EXPECT_FALSE(session.canCaptureScreen());
     EXPECT_FALSE(session.isAccessibilityTrusted());
-    EXPECT_THAT(session.sessionLimit(), testing::HasSubstr("untrusted"));
+    EXPECT_THAT(session.screenCaptureLimit(), testing::HasSubstr("untrusted"));
+    EXPECT_EQ(session.accessibilityLimit(), session.screenCaptureLimit());
 }
 
 TEST_F(SessionPermissionsTest, a_server_inside_another_session_grants_neither) {
@@ -91,7 +99,8 @@ TEST_F(SessionPermissionsTest, a_server_inside_another_session_grants_neither) {
     const auto& session = permissions({});
     EXPECT_FALSE(session.canCaptureScreen());
     EXPECT_FALSE(session.isAccessibilityTrusted());
-    EXPECT_THAT(session.sessionLimit(), testing::HasSubstr("Wayland"));
+    EXPECT_THAT(session.screenCaptureLimit(), testing::HasSubstr("Wayland"));
+    EXPECT_EQ(session.accessibilityLimit(), session.screenCaptureLimit());
 }
 
 TEST_F(SessionPermissionsTest, the_running_desktop_opens_the_page_that_matters) {
@@ -110,6 +119,13 @@ TEST_F(SessionPermissionsTest, the_running_desktop_opens_the_page_that_matters) 
     EXPECT_EQ(opened({"XFCE"}, filesPage), "xfce4-settings-manager\n");
 }
 
+TEST_F(SessionPermissionsTest, plasma_5_gets_the_page_by_the_name_that_it_has_there) {
+    install("systemsettings5");
+    install("systemsettings");
+    EXPECT_EQ(opened({"KDE"}, screenPage), "systemsettings5 kcm_flatpak\n");
+    EXPECT_EQ(opened({"KDE"}, keyboardPage), "systemsettings kcm_keys\n");
+}
+
 TEST_F(SessionPermissionsTest, another_desktop_gets_the_help_page) {
     install("xdg-open");
     EXPECT_EQ(opened({"openbox"}, screenPage), "xdg-open /help.html\n");
@@ -123,7 +139,12 @@ TEST_F(SessionPermissionsTest, where_no_setting_could_change_anything_the_help_p
     install("xdg-open");
     isNested_ = true;
     EXPECT_EQ(opened({"GNOME"}, screenPage), "xdg-open /help.html\n");
+    EXPECT_EQ(opened({"GNOME"}, keyboardPage), "xdg-open /help.html\n");
     EXPECT_EQ(opened({"GNOME"}, filesPage), "gnome-control-center applications\n");
+    isNested_ = false;
+    canGrabKeys_ = false;
+    EXPECT_EQ(opened({"GNOME"}, keyboardPage), "xdg-open /help.html\n");
+    EXPECT_EQ(opened({"GNOME"}, screenPage), "gnome-control-center applications\n");
 }
 
 TEST_F(SessionPermissionsTest, without_a_browser_the_program_shows_the_page_itself) {
