@@ -5,6 +5,7 @@
 #include "ui/appearance.h"
 #include "ui/folder_chooser.h"
 #include "ui/folder_label.h"
+#include "ui/tool_tip.h"
 
 namespace ui {
 
@@ -38,7 +39,7 @@ void FolderButton::showPath() {
     // Not the button's text, in which an ampersand would mark a key.
     label_ = QString::fromStdString(folderLabel(path));
     setAccessibleName(label_);
-    setToolTip(QString::fromStdString(path).toHtmlEscaped());
+    setToolTip(toolTipOf(QString::fromStdString(path)));
     updateGeometry();
     update();
 }

@@ -7,6 +7,7 @@
 #include "ui/granted_label.h"
 #include "ui/push_button.h"
 #include "ui/text_label.h"
+#include "ui/tool_tip.h"
 
 namespace ui {
 
@@ -63,7 +64,7 @@ void PermissionRow::showStatus() {
     granted_->setVisible(isGranted);
     refusal_->setVisible(!isGranted);
     const QString help = QString::fromStdString(firstRun_.help(permission_));
-    setToolTip(help.toHtmlEscaped());
+    setToolTip(toolTipOf(help));
     setAccessibleDescription(help);
 }
 
