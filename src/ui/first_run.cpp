@@ -97,7 +97,7 @@ void FirstRun::openSettingsPage(Permission permission) {
 
 std::string FirstRun::help(Permission permission) const {
     const std::string limit = isGranted(permission) ? std::string() : sessionLimit(permission);
-    return explanation(permission) + (limit.empty() ? limit : " " + limit);
+    return explanation(permission) + (limit.empty() ? limit : "\n" + limit);
 }
 
 std::string FirstRun::sessionLimit(Permission permission) const {

@@ -49,7 +49,8 @@ class FirstRun {
 
     /// Opens the page of the system's settings on which the user can grant the permission.
     void openSettingsPage(Permission permission);
-    /// What the permission is for, in one line, and why it is missing, if the session is why.
+    /// What the permission is for, in one line, and in another why it is missing, if the session is
+    /// why.
     [[nodiscard]] std::string help(Permission permission) const;
 
   private:

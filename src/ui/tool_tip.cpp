@@ -7,7 +7,7 @@ QString toolTipOf(const QString& text) {
         return {};
     }
     // Blanks are part of a name.
-    return QStringLiteral("<div style='white-space:pre-wrap'>") + text.toHtmlEscaped() +
+    return QStringLiteral("<div style='white-space:pre'>") + text.toHtmlEscaped() +
            QStringLiteral("</div>");
 }
 

@@ -4,9 +4,8 @@
 
 namespace ui {
 
-/// The tool tip that shows exactly `text`, in several lines where it is long; none for an empty
-/// text. The toolkit guesses whether a tool tip is markup: some names are, and an escaped name may
-/// not be.
+/// The tool tip that shows exactly `text`, in its own lines; none for an empty text. The toolkit
+/// guesses whether a tool tip is markup: some names are, and an escaped name may not be.
 QString toolTipOf(const QString& text);
 
 }  // namespace ui

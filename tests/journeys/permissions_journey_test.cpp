@@ -57,6 +57,9 @@ class Permissions : public testing::Test {
     /// Rests the pointer on a row until its help is shown; it has to end like this.
     void waitForHelp(const std::string& permission, const std::string& end) {
         const auto all = panel.objects();
+        // The help of another row may lie over this one.
+        session.input().moveTo(all.front().center());
+        session.require("No help", [this] { return shownHelp().empty(); });
         const auto label = std::ranges::find(all, permission, &desktop::Accessible::name);
         if (label == all.end()) {
             throw std::runtime_error("There is no row " + permission + ".");
@@ -64,13 +67,17 @@ class Permissions : public testing::Test {
         const desktop::Place place = label->center();
         session.input().moveTo(place);
         session.input().moveTo({place.x + 2, place.y});
-        session.require("The help of " + permission, [&] {
-            const auto objects = session.desktop().accessibles();
-            return std::ranges::any_of(objects, [&](const desktop::Accessible& object) {
-                return object.isShowing() && object.name.starts_with("Lumaframe ") &&
-                       object.name.ends_with(end);
-            });
-        });
+        session.require("The help of " + permission, [&] { return shownHelp().ends_with(end); });
+    }
+    /// The hover help of the moment, empty without one.
+    std::string shownHelp() {
+        for (const desktop::Accessible& object : session.desktop().accessibles()) {
+            if (object.isShowing() && object.name.starts_with("Lumaframe ") &&
+                object.name.ends_with(".")) {
+                return object.name;
+            }
+        }
+        return {};
     }
     /// What "Open Settings" has opened.
     std::string openedPage() {

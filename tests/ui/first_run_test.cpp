@@ -135,8 +135,8 @@ TEST_F(FirstRun, the_help_says_why_the_session_refuses) {
     permissions_.screenLimit = "This session does not.";
     permissions_.keyboardLimit = "Somebody else has them.";
     fileManager_.downloads.clear();
-    EXPECT_THAT(firstRun_.help(Permission::screenRecording), EndsWith(" This session does not."));
-    EXPECT_THAT(firstRun_.help(Permission::accessibility), EndsWith(" Somebody else has them."));
+    EXPECT_THAT(firstRun_.help(Permission::screenRecording), EndsWith("\nThis session does not."));
+    EXPECT_THAT(firstRun_.help(Permission::accessibility), EndsWith("\nSomebody else has them."));
     // The session has no part in the files.
     EXPECT_EQ(firstRun_.help(Permission::filesAndFolders),
               "Lumaframe saves into your Downloads folder.");

@@ -239,7 +239,7 @@ TEST_F(PermissionsWindow, each_row_says_what_it_is_for_and_why_it_is_refused) {
     }
     EXPECT_THAT(named("Screen Recording").toolTip().toStdString(), HasSubstr("Not &lt;here&gt;."));
     EXPECT_EQ(named("Accessibility").toolTip(),
-              ui::toolTipOf("Lumaframe listens for its shortcuts in every program. Held."));
+              ui::toolTipOf("Lumaframe listens for its shortcuts in every program.\nHeld."));
 }
 
 TEST_F(PermissionsWindow, a_long_text_is_wrapped_and_never_widens_the_window) {

@@ -24,8 +24,9 @@ TEST(ToolTip, shows_names_as_they_are) {
     }
 }
 
-TEST(ToolTip, may_have_several_lines_when_it_is_long) {
-    EXPECT_TRUE(Qt::mightBeRichText(ui::toolTipOf(QStringLiteral("a plain sentence"))));
+TEST(ToolTip, keeps_its_lines) {
+    const QString text = QStringLiteral("What it is for.\nWhy it is missing.");
+    EXPECT_EQ(shownText(ui::toolTipOf(text)), text);
 }
 
 TEST(ToolTip, of_nothing_is_none) {
