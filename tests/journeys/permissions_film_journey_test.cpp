@@ -30,9 +30,12 @@ std::size_t numberOf(const Picture& picture) {
 
 class PermissionsFilm : public testing::Test {
   protected:
-    PermissionsFilm() {
+    explicit PermissionsFilm(int displayScale = 1)
+        : scale(displayScale),
+          session({.outputs = {{.width = 1280 * displayScale, .height = 800 * displayScale}},
+                   .tray = desktop::Tray::host}) {
         session.writeSettings(nlohmann::json::object());
-        session.start();
+        session.start(SettingsWindow::closed, {{"QT_SCALE_FACTOR", std::to_string(scale)}});
         session.require("The tray icon's registration",
                         [this] { return !session.desktop().trayItems().empty(); });
     }
@@ -43,7 +46,7 @@ class PermissionsFilm : public testing::Test {
             window = session.windowWithRole("permissions").value_or(XCB_WINDOW_NONE);
             return window != XCB_WINDOW_NONE && session.activeWindow() == window;
         });
-        area = session.filmArea();
+        area = session.filmArea(scale);
         session.require("A picture of the film", [this] { return isShown(); });
     }
     /// The film's sky is bluer than anything else here, all along its upper edge.
@@ -90,7 +93,8 @@ class PermissionsFilm : public testing::Test {
         session.require("Another picture of the film", [&] { return film() != before; });
     }
 
-    Session session{{.tray = desktop::Tray::host}};
+    int scale;
+    Session session;
     xcb_window_t window = XCB_WINDOW_NONE;
     Area area;
 };
@@ -158,7 +162,12 @@ TEST_F(PermissionsFilm, while_the_window_is_minimised_nothing_moves_and_nothing_
     requireMotion();
 }
 
-TEST_F(PermissionsFilm, the_memory_is_given_back_when_the_window_closes) {
+class PermissionsFilmMemory : public PermissionsFilm, public testing::WithParamInterface<int> {
+  protected:
+    PermissionsFilmMemory() : PermissionsFilm(GetParam()) {}
+};
+
+TEST_P(PermissionsFilmMemory, is_given_back_when_the_window_closes) {
     const long before = residentMemory(program());
     open();
     for (int motion = 0; motion < 60; ++motion) {
@@ -178,6 +187,10 @@ TEST_F(PermissionsFilm, the_memory_is_given_back_when_the_window_closes) {
     EXPECT_LE(after, before + 2048);
     EXPECT_GT(helperDuring, 0);
 }
+
+INSTANTIATE_TEST_SUITE_P(, PermissionsFilmMemory, testing::Values(1, 2), [](const auto& parameter) {
+    return "at_scale_" + std::to_string(parameter.param);
+});
 
 }  // namespace
 }  // namespace journeys

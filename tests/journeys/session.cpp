@@ -291,13 +291,15 @@ Picture Session::screenWithoutFilm() {
     return screen;
 }
 
-Area Session::filmArea() {
+Area Session::filmArea(int scale) {
     const desktop::XClient& client = desktop_.client();
     const xcb_window_t window = windowWithRole("permissions").value_or(XCB_WINDOW_NONE);
     const desktop::Reply<xcb_translate_coordinates_reply_t> origin(xcb_translate_coordinates_reply(
         client.get(), xcb_translate_coordinates(client.get(), window, client.root(), 0, 0),
         nullptr));
-    return origin ? Area{origin->dst_x + 48, origin->dst_y + 172, 404, 250} : Area{};
+    return origin ? Area{origin->dst_x + 48 * scale, origin->dst_y + 172 * scale, 404 * scale,
+                         250 * scale}
+                  : Area{};
 }
 
 std::filesystem::path Session::pictureFile(const std::string& name) {

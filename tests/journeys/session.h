@@ -107,8 +107,8 @@ class Session {
     /// time after the focus has moved. The film of the permissions window, which never rests, does
     /// not count.
     void waitUntilStill();
-    /// Where the permissions window, which is open and of scale 1, shows its film.
-    [[nodiscard]] Area filmArea();
+    /// Where the permissions window, which is open, shows its film.
+    [[nodiscard]] Area filmArea(int scale = 1);
     /// Where the journeys keep the pictures that people should look at.
     static std::filesystem::path pictureFile(const std::string& name);
 
