@@ -27,6 +27,7 @@ VISIBLE_FILES = {
     "content_header", "mode_column", "general_switches", "appearance", "card", "divider",
     "text_label", "icon_label", "check_box", "bound_check_box", "folder_button", "folder_chooser",
     "focus_ring", "first_run_header", "permission_row", "action_row", "granted_label", "push_button",
+    "tool_tip",
 }
 
 # The leaves of app/ that every subsystem may use.
