@@ -49,7 +49,7 @@ LumaframeApp::LumaframeApp(const platform::Platform& platform, NotificationCente
                       .settings = settings_,
                       .mainQueue = platform.mainQueue,
                       .log = log,
-                      .mainBundleIdentifier = platform::applicationIdentifier}),
+                      .mainBundleIdentifier = platform.bundle.identifier}),
       delegate_({.settings = settings_,
                  .permissions = platform.permissions,
                  .fileManager = platform.fileManager,

@@ -52,7 +52,7 @@ struct Platform {
     capture::UserNotifications& userNotifications;
     ui::LoginItemService& loginItems;
     ui::VideoLooperFactory& videoLoopers;
-    base::Bundle bundle{};
+    base::Bundle bundle;
 };
 
 }  // namespace platform

@@ -80,7 +80,8 @@ struct Program {
                            .soundPlayer = soundPlayer,
                            .userNotifications = userNotifications,
                            .loginItems = loginItems,
-                           .videoLoopers = videoLoopers},
+                           .videoLoopers = videoLoopers,
+                           .bundle = {.identifier = "app.lumaframe.Lumaframe"}},
                           notifications,
                           log};
 };

@@ -26,10 +26,15 @@ static_assert(shortcuts::noErr == ::noErr);
 static_assert(shortcuts::eventHotKeyExistsErr == ::eventHotKeyExistsErr);
 static_assert(sizeof(::EventHotKeyID) == 8);
 
-/// Whoever is told of presses; one, because the callback gets no user data.
-shortcuts::HotKeyService::Handler& installedHandler() {
-    static shortcuts::HotKeyService::Handler handler;
-    return handler;
+struct Installed {
+    ::EventHandlerRef ref = nullptr;
+    shortcuts::HotKeyService::Handler handler;
+};
+
+/// Whoever is told of presses; the newest one, because the callback gets no user data.
+Installed& installed() {
+    static Installed newest;
+    return newest;
 }
 
 /// Main thread.
@@ -39,14 +44,14 @@ shortcuts::HotKeyService::Handler& installedHandler() {
     GetEventParameter(event, hotKeyParameterName, hotKeyParameterType, nullptr, sizeof(hotKeyID),
                       nullptr, &hotKeyID);
     // A copy: the handler may replace itself.
-    const auto handler = installedHandler();
+    const auto handler = installed().handler;
     return handler ? handler({hotKeyID.signature, hotKeyID.id}) : ::OSStatus{::noErr};
 }
 
 }  // namespace
 
 CarbonHotKeyService::~CarbonHotKeyService() {
-    installedHandler() = {};
+    installed() = {};
 }
 
 shortcuts::HotKeyService::Registration<shortcuts::HotKeyRef> CarbonHotKeyService::registerHotKey(
@@ -69,14 +74,17 @@ CarbonHotKeyService::installEventHandler(Handler handler) {
     const ::OSStatus status =
         InstallEventHandler(GetApplicationEventTarget(), handlePress, 1, &pressed, nullptr, &ref);
     if (status == ::noErr) {
-        installedHandler() = std::move(handler);
+        installed() = {.ref = ref, .handler = std::move(handler)};
     }
     return {status, std::bit_cast<std::uint64_t>(ref)};
 }
 
 shortcuts::OSStatus CarbonHotKeyService::removeEventHandler(shortcuts::EventHandlerRef ref) {
-    installedHandler() = {};
-    return RemoveEventHandler(std::bit_cast<::EventHandlerRef>(ref));
+    const auto installedRef = std::bit_cast<::EventHandlerRef>(ref);
+    if (installed().ref == installedRef) {
+        installed() = {};
+    }
+    return RemoveEventHandler(installedRef);
 }
 
 }  // namespace platform::macos

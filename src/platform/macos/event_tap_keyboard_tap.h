@@ -10,7 +10,7 @@
 namespace platform::macos {
 
 /// An active event tap of the session, ahead of all others, whose source is on the main run loop.
-/// At most one at a time: the callback of the system gets no user data.
+/// The newest decides: the callback of the system gets no user data.
 class EventTapKeyboardTap final : public overlay::KeyboardTap {
   public:
     // Main thread, as every method here and the calls of the handlers.

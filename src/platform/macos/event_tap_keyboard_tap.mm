@@ -17,10 +17,15 @@ static_assert(tapPlacement == kCGHeadInsertEventTap);
 static_assert(tapOptions == kCGEventTapOptionDefault);
 static_assert(tapEventMask == CGEventMaskBit(kCGEventKeyDown));
 
-/// Who decides; one, because the callback gets no user data.
-overlay::KeyboardTap::Handler& installedHandler() {
-    static overlay::KeyboardTap::Handler handler;
-    return handler;
+struct Deciding {
+    CFMachPortRef port = nullptr;
+    overlay::KeyboardTap::Handler handler;
+};
+
+/// The newest tap decides; one, because the callback gets no user data.
+Deciding& deciding() {
+    static Deciding newest;
+    return newest;
 }
 
 /// Main thread, by the tap's source. Null swallows the event.
@@ -33,7 +38,7 @@ CGEventRef handleTapEvent(CGEventTapProxy /*proxy*/, CGEventType type, CGEventRe
                     .keyCode = static_cast<std::uint32_t>(keyCode)};
     }
     // A copy: the handler may take the tap down.
-    const auto handler = installedHandler();
+    const auto handler = deciding().handler;
     const bool isSwallowed = handler && handler(tapEvent) == overlay::TapVerdict::swallow;
     return isSwallowed ? nullptr : event;
 }
@@ -42,14 +47,18 @@ class InstalledTap final : public overlay::EventTap {
   public:
     // Main thread, as every method here.
     /// Takes over one reference of the port.
-    explicit InstalledTap(CFMachPortRef port)
+    InstalledTap(CFMachPortRef port, overlay::KeyboardTap::Handler handler)
         : port_(port), source_(CFMachPortCreateRunLoopSource(kCFAllocatorDefault, port, 0)) {
+        deciding() = {.port = port, .handler = std::move(handler)};
         if (source_ != nullptr) {
             CFRunLoopAddSource(CFRunLoopGetMain(), source_, kCFRunLoopCommonModes);
         }
         CGEventTapEnable(port_, true);
     }
     ~InstalledTap() override {
+        if (deciding().port == port_) {
+            deciding() = {};
+        }
         CGEventTapEnable(port_, false);
         CFMachPortInvalidate(port_);
         CFRelease(port_);
@@ -57,7 +66,6 @@ class InstalledTap final : public overlay::EventTap {
             CFRunLoopRemoveSource(CFRunLoopGetMain(), source_, kCFRunLoopCommonModes);
             CFRelease(source_);
         }
-        installedHandler() = {};
     }
     InstalledTap(const InstalledTap&) = delete;
     InstalledTap& operator=(const InstalledTap&) = delete;
@@ -78,8 +86,8 @@ base::Result<std::unique_ptr<overlay::EventTap>> EventTapKeyboardTap::create(Han
         return base::Error{base::ErrorKind::notPermitted,
                            "The system refuses an event tap without Accessibility access."};
     }
-    installedHandler() = std::move(handler);
-    return std::unique_ptr<overlay::EventTap>(std::make_unique<InstalledTap>(port));
+    return std::unique_ptr<overlay::EventTap>(
+        std::make_unique<InstalledTap>(port, std::move(handler)));
 }
 
 void EventTapKeyboardTap::whenAvailable(std::chrono::milliseconds /*limit*/,

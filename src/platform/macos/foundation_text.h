@@ -2,6 +2,7 @@
 
 #import <Foundation/Foundation.h>
 
+#include <optional>
 #include <string>
 
 namespace platform::macos {
@@ -10,6 +11,11 @@ namespace platform::macos {
 inline std::string textFrom(NSString* _Nullable string) {
     const char* const bytes = string.UTF8String;
     return bytes == nullptr ? std::string() : std::string(bytes);
+}
+
+/// UTF-8; none for no string. Any thread.
+inline std::optional<std::string> knownTextFrom(NSString* _Nullable string) {
+    return string == nil ? std::nullopt : std::optional(textFrom(string));
 }
 
 /// Empty for bytes that are no UTF-8. Any thread.

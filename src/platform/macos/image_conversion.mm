@@ -81,15 +81,14 @@ std::optional<base::Image> sharedPixels(CGImageRef image) {
                        colorSpaceFrom(CGImageGetColorSpace(image)));
 }
 
-std::optional<base::Image> drawnPixels(CGImageRef image) {
+/// None when a bitmap cannot have that space: only three colours fit.
+std::optional<base::Image> drawnPixels(CGImageRef image, CGColorSpaceRef space) {
     const std::size_t width = CGImageGetWidth(image);
     const std::size_t height = CGImageGetHeight(image);
-    const auto colorSpace = colorSpaceFrom(CGImageGetColorSpace(image));
-    const Handle<CGColorSpaceRef> space{createColorSpace(colorSpace.get())};
     std::vector<std::uint8_t> pixels(width * height * bytesPerPixel);
     const Handle<CGContextRef> context{
         CGBitmapContextCreate(pixels.data(), width, height, bitsPerChannel, width * bytesPerPixel,
-                              space.get(), bitmapInfo(kCGImageAlphaPremultipliedFirst))};
+                              space, bitmapInfo(kCGImageAlphaPremultipliedFirst))};
     if (!context) {
         return std::nullopt;
     }
@@ -98,7 +97,17 @@ std::optional<base::Image> drawnPixels(CGImageRef image) {
                        image);
     return base::Image::fromPixels(static_cast<int>(width), static_cast<int>(height),
                                    std::move(pixels), base::AlphaChannel::premultiplied,
-                                   colorSpace);
+                                   colorSpaceFrom(space));
+}
+
+std::optional<base::Image> drawnPixels(CGImageRef image) {
+    const CGColorSpaceRef own = CGImageGetColorSpace(image);
+    auto drawn = own != nullptr ? drawnPixels(image, own) : std::nullopt;
+    if (drawn) {
+        return drawn;
+    }
+    const Handle<CGColorSpaceRef> standard{CGColorSpaceCreateWithName(kCGColorSpaceSRGB)};
+    return drawnPixels(image, standard.get());
 }
 
 }  // namespace

@@ -8,7 +8,8 @@ namespace platform::macos {
 
 base::Bundle mainBundle() {
     NSBundle* const bundle = NSBundle.mainBundle;
-    return {.location = textFrom(bundle.bundlePath),
+    return {.identifier = knownTextFrom(bundle.bundleIdentifier),
+            .location = textFrom(bundle.bundlePath),
             .icon = textFrom([bundle pathForResource:@"app.lumaframe.Lumaframe" ofType:@"png"])};
 }
 

@@ -31,8 +31,9 @@ std::optional<capture::RunningApplication> applicationFrom(SCRunningApplication*
     if (application == nil) {
         return std::nullopt;
     }
-    return capture::RunningApplication{.bundleIdentifier = textFrom(application.bundleIdentifier),
-                                       .processID = application.processID};
+    return capture::RunningApplication{
+        .bundleIdentifier = knownTextFrom(application.bundleIdentifier),
+        .processID = application.processID};
 }
 
 /// In the service's order; the frames as the service gives them. Any thread.

@@ -204,7 +204,9 @@ X11Platform::X11Platform(const StartOptions& options, Foundation foundation,
              .userNotifications = notifications_,
              .loginItems = loginItems_,
              .videoLoopers = films_,
-             .bundle = {.location = resources_.bundle, .icon = resources_.icon}},
+             .bundle = {.identifier = applicationIdentifier,
+                        .location = resources_.bundle,
+                        .icon = resources_.icon}},
       toolkitEvents_([this](const void* event) {
           const auto verdict =
               foundation_.keyMonitor->handle(*static_cast<const xcb_generic_event_t*>(event));
