@@ -84,6 +84,16 @@ class HotPlug : public testing::TestWithParam<desktop::Compositor> {
                                       {"one gets another size", smaller},
                                       {"another one becomes primary", two, 1}};
 
+    /// `happens` leaves the displays as the change has them; what is selected there is right.
+    void forEachChange(const std::function<void(const Change& change)>& happens) {
+        for (const Change& change : changes) {
+            SCOPED_TRACE(change.what);
+            happens(change);
+            checkSelection(change.displays);
+            session->arrange(two);
+        }
+    }
+
     std::unique_ptr<Session> session;
 };
 
@@ -100,12 +110,8 @@ TEST_P(HotPlug, before_a_selection_counts_at_its_opening) {
         {.setUp = setUp("Hot-plug before a selection"),
          .tested = "a display goes, comes, moves, gets another size, becomes primary: "
                    "overlay frames and pixels of the next selection"});
-    for (const Change& change : changes) {
-        SCOPED_TRACE(change.what);
-        session->arrange(change.displays, change.primary);
-        checkSelection(change.displays);
-        session->arrange(two);
-    }
+    forEachChange(
+        [this](const Change& change) { session->arrange(change.displays, change.primary); });
 }
 
 TEST_P(HotPlug, while_the_overlay_is_open_closes_it_and_the_next_one_is_right) {
@@ -115,17 +121,14 @@ TEST_P(HotPlug, while_the_overlay_is_open_closes_it_and_the_next_one_is_right) {
          .tested = "the same five changes: the overlay closes without a picture, the "
                    "next selection",
          .result = "closed; exact"});
-    for (const Change& change : changes) {
-        SCOPED_TRACE(change.what);
+    forEachChange([this](const Change& change) {
         open(two);
         const std::size_t before = session->mark();
         session->desktop().server().arrange(change.displays, change.primary);
         waitUntilClosed();
         EXPECT_EQ(session->countSince(before, line::saved), 0U);
         session->arrange(change.displays, change.primary);
-        checkSelection(change.displays);
-        session->arrange(two);
-    }
+    });
 }
 
 TEST_P(HotPlug, in_the_middle_of_a_drag_ends_it_without_a_picture) {
@@ -135,8 +138,7 @@ TEST_P(HotPlug, in_the_middle_of_a_drag_ends_it_without_a_picture) {
          .tested = "the same five changes with the button held: no picture, the next "
                    "selection",
          .result = "closed; exact"});
-    for (const Change& change : changes) {
-        SCOPED_TRACE(change.what);
+    forEachChange([this](const Change& change) {
         open(two);
         const std::size_t before = session->mark();
         session->input().moveTo({100, 100});
@@ -151,9 +153,7 @@ TEST_P(HotPlug, in_the_middle_of_a_drag_ends_it_without_a_picture) {
                                std::chrono::milliseconds(100)));
         EXPECT_EQ(session->countSince(before, "Error"), 0U);
         session->arrange(change.displays, change.primary);
-        checkSelection(change.displays);
-        session->arrange(two);
-    }
+    });
 }
 
 TEST_P(HotPlug, right_after_a_selection_leaves_a_program_that_takes_the_next_one) {

@@ -1,15 +1,16 @@
 #include "platform/png/deflater.h"
 
 #include <gtest/gtest.h>
-#include <zlib.h>
 
 #include <algorithm>
 
+#include "deflate_reader.h"
 #include "sample_pictures.h"
 
 namespace {
 
 using platform::png::Deflater;
+using png_reader::inflated;
 using Bytes = std::vector<std::uint8_t>;
 
 Bytes noise(std::size_t size) {
@@ -17,21 +18,6 @@ Bytes noise(std::size_t size) {
     Bytes bytes(size);
     std::ranges::generate(bytes, [&random] { return static_cast<std::uint8_t>(random()); });
     return bytes;
-}
-
-/// What zlib makes of a raw deflate stream; empty unless it is one whole stream and nothing more.
-Bytes inflated(const Bytes& stream, std::size_t size) {
-    Bytes bytes(size);
-    z_stream reader{};
-    inflateInit2(&reader, -MAX_WBITS);
-    reader.next_in = const_cast<std::uint8_t*>(stream.data());
-    reader.avail_in = static_cast<uInt>(stream.size());
-    reader.next_out = bytes.data();
-    reader.avail_out = static_cast<uInt>(bytes.size());
-    const bool isWhole =
-        inflate(&reader, Z_FINISH) == Z_STREAM_END && reader.avail_in == 0 && reader.avail_out == 0;
-    inflateEnd(&reader);
-    return isWhole ? bytes : Bytes{};
 }
 
 TEST(Deflater, ends_well_also_where_the_last_piece_is_exactly_full) {

@@ -1,13 +1,14 @@
 #include "platform/png/sparse_compressor.h"
 
 #include <gtest/gtest.h>
-#include <zlib.h>
 
+#include "deflate_reader.h"
 #include "sample_pictures.h"
 
 namespace {
 
 using platform::png::SparseCompressor;
+using png_reader::inflated;
 using Bytes = std::vector<std::uint8_t>;
 
 constexpr std::size_t rowSize = 1201;
@@ -25,21 +26,6 @@ Bytes rowsWith(std::size_t count, const std::vector<std::size_t>& changed) {
         }
     }
     return rows;
-}
-
-/// What zlib makes of a raw deflate stream; empty unless it is one whole stream and nothing more.
-Bytes inflated(const Bytes& stream, std::size_t size) {
-    Bytes bytes(size);
-    z_stream reader{};
-    inflateInit2(&reader, -MAX_WBITS);
-    reader.next_in = const_cast<std::uint8_t*>(stream.data());
-    reader.avail_in = static_cast<uInt>(stream.size());
-    reader.next_out = bytes.data();
-    reader.avail_out = static_cast<uInt>(bytes.size());
-    const bool isWhole =
-        inflate(&reader, Z_FINISH) == Z_STREAM_END && reader.avail_in == 0 && reader.avail_out == 0;
-    inflateEnd(&reader);
-    return isWhole ? bytes : Bytes{};
 }
 
 /// Given in blocks of `rowsAtOnce` rows.
