@@ -21,6 +21,9 @@ constexpr std::uint16_t farAway = 60000;
 constexpr int sidewaysCost = 2;
 constexpr int verticalCost = 3;
 
+/// Of a pass over the rows and over each of them.
+enum class Direction { forwards, backwards };
+
 }  // namespace
 
 BackgroundModel::BackgroundModel(const ColorPlane& page)
@@ -31,10 +34,14 @@ BackgroundModel::BackgroundModel(const ColorPlane& page)
     separateSurfaces(page);
     dropSmallSurfaces();
     for (int y = 0; y < page.height(); ++y) {
+        const std::uint8_t* isFlat = flat_.row(y);
+        const Color* from = page.row(y);
+        Color* colors = colors_.row(y);
+        std::uint16_t* distances = distances_.row(y);
         for (int x = 0; x < page.width(); ++x) {
-            if (flat_.at(x, y) != 0) {
-                colors_.at(x, y) = page.at(x, y);
-                distances_.at(x, y) = 0;
+            if (isFlat[x] != 0) {
+                colors[x] = from[x];
+                distances[x] = 0;
                 hasSurfaces_ = true;
             }
         }
@@ -55,6 +62,8 @@ void BackgroundModel::markFlatBlocks(const ColorPlane& page) {
     std::vector<int> rowsBelow(static_cast<std::size_t>(width), 0);
     for (int y = 0; y < page.height(); ++y) {
         const Color* row = page.row(y);
+        const Color* above = page.row(std::max(0, y - 1));
+        std::uint8_t* isCorner = flat_.row(y);
         int run = 0;
         for (int x = 0; x < width; ++x) {
             run = x > 0 && same(row[x], row[x - 1]) ? run + 1 : 1;
@@ -63,8 +72,8 @@ void BackgroundModel::markFlatBlocks(const ColorPlane& page) {
                 rows = 0;
                 continue;
             }
-            rows = rows > 0 && same(row[x], page.at(x, y - 1)) ? rows + 1 : 1;
-            flat_.at(x, y) = rows >= blockHeight ? 1 : 0;
+            rows = rows > 0 && same(row[x], above[x]) ? rows + 1 : 1;
+            isCorner[x] = rows >= blockHeight ? 1 : 0;
         }
     }
     // So far only the lower right corner of each block is marked.
@@ -134,67 +143,70 @@ void BackgroundModel::dropSmallSurfaces() {
     }
 }
 
+// Both pass over what lies on a surface, most of a page, as fast as they can: nobody reads meanwhile.
+
 void BackgroundModel::grow(const ColorPlane& page) {
-    const auto takeFrom = [&](int x, int y, int fromX, int fromY) {
-        if (distances_.at(fromX, fromY) == 0 &&
-            distance(page.at(x, y), page.at(fromX, fromY)) <= growthTolerance) {
-            colors_.at(x, y) = page.at(x, y);
-            distances_.at(x, y) = 0;
-        }
-    };
     const int width = page.width();
     const int height = page.height();
-    for (int y = 0; y < height; ++y) {
-        for (int x = 0; x < width; ++x) {
-            if (distances_.at(x, y) != 0 && x > 0) {
-                takeFrom(x, y, x - 1, y);
+    const auto growRow = [&](int y, int fromY, Direction direction) {
+        const Color* from = page.row(y);
+        const Color* beside = page.row(fromY);
+        const std::uint16_t* distancesBeside = distances_.row(fromY);
+        Color* colors = colors_.row(y);
+        std::uint16_t* distances = distances_.row(y);
+        const int step = direction == Direction::forwards ? 1 : -1;
+        const int first = direction == Direction::forwards ? 0 : width - 1;
+        for (int x = first; x >= 0 && x < width; x += step) {
+            if (distances[x] == 0) {
+                continue;
             }
-            if (distances_.at(x, y) != 0 && y > 0) {
-                takeFrom(x, y, x, y - 1);
+            const bool isSame =
+                (x != first && distances[x - step] == 0 &&
+                 distance(from[x], from[x - step]) <= growthTolerance) ||
+                (distancesBeside[x] == 0 && distance(from[x], beside[x]) <= growthTolerance);
+            if (isSame) {
+                colors[x] = from[x];
+                distances[x] = 0;
             }
         }
+    };
+    for (int y = 0; y < height; ++y) {
+        growRow(y, std::max(0, y - 1), Direction::forwards);
     }
     for (int y = height - 1; y >= 0; --y) {
-        for (int x = width - 1; x >= 0; --x) {
-            if (distances_.at(x, y) != 0 && x + 1 < width) {
-                takeFrom(x, y, x + 1, y);
-            }
-            if (distances_.at(x, y) != 0 && y + 1 < height) {
-                takeFrom(x, y, x, y + 1);
-            }
-        }
+        growRow(y, std::min(height - 1, y + 1), Direction::backwards);
     }
 }
 
 void BackgroundModel::spread() {
-    const auto relax = [&](int x, int y, int fromX, int fromY, int cost) {
-        const int candidate = distances_.at(fromX, fromY) + cost;
-        if (candidate < distances_.at(x, y)) {
-            distances_.at(x, y) = static_cast<std::uint16_t>(candidate);
-            colors_.at(x, y) = colors_.at(fromX, fromY);
-        }
-    };
     const int width = colors_.width();
     const int height = colors_.height();
-    for (int y = 0; y < height; ++y) {
-        for (int x = 0; x < width; ++x) {
-            if (x > 0) {
-                relax(x, y, x - 1, y, sidewaysCost);
+    const auto spreadRow = [&](int y, int fromY, Direction direction) {
+        const Color* colorsBeside = colors_.row(fromY);
+        const std::uint16_t* distancesBeside = distances_.row(fromY);
+        Color* colors = colors_.row(y);
+        std::uint16_t* distances = distances_.row(y);
+        const int step = direction == Direction::forwards ? 1 : -1;
+        const int first = direction == Direction::forwards ? 0 : width - 1;
+        for (int x = first; x >= 0 && x < width; x += step) {
+            if (distances[x] == 0) {
+                continue;
             }
-            if (y > 0) {
-                relax(x, y, x, y - 1, verticalCost);
+            if (x != first && distances[x - step] + sidewaysCost < distances[x]) {
+                distances[x] = static_cast<std::uint16_t>(distances[x - step] + sidewaysCost);
+                colors[x] = colors[x - step];
+            }
+            if (distancesBeside[x] + verticalCost < distances[x]) {
+                distances[x] = static_cast<std::uint16_t>(distancesBeside[x] + verticalCost);
+                colors[x] = colorsBeside[x];
             }
         }
+    };
+    for (int y = 0; y < height; ++y) {
+        spreadRow(y, std::max(0, y - 1), Direction::forwards);
     }
     for (int y = height - 1; y >= 0; --y) {
-        for (int x = width - 1; x >= 0; --x) {
-            if (x + 1 < width) {
-                relax(x, y, x + 1, y, sidewaysCost);
-            }
-            if (y + 1 < height) {
-                relax(x, y, x, y + 1, verticalCost);
-            }
-        }
+        spreadRow(y, std::min(height - 1, y + 1), Direction::backwards);
     }
 }
 

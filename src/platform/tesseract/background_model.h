@@ -17,6 +17,8 @@ class BackgroundModel {
 
     [[nodiscard]] const ColorPlane& colors() const { return colors_; }
     [[nodiscard]] bool isSurface(int x, int y) const { return distances_.at(x, y) == 0; }
+    /// Of a row: how far away the nearest surface is; 0 on one.
+    [[nodiscard]] const std::uint16_t* distances(int y) const { return distances_.row(y); }
     [[nodiscard]] bool hasSurfaces() const { return hasSurfaces_; }
 
   private:

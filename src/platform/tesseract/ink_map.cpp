@@ -25,11 +25,13 @@ bool isBetweenSurfaces(const BackgroundModel& background, int x, int y) {
     const int right = std::min(colors.width() - 1, x + edgeReach);
     const Color* first = nullptr;
     for (int row = std::max(0, y - edgeReach); row <= bottom; ++row) {
+        const std::uint16_t* distances = background.distances(row);
+        const Color* colorsOfRow = colors.row(row);
         for (int column = std::max(0, x - edgeReach); column <= right; ++column) {
-            if (!background.isSurface(column, row)) {
+            if (distances[column] != 0) {
                 continue;
             }
-            const Color& color = colors.at(column, row);
+            const Color& color = colorsOfRow[column];
             if (first == nullptr) {
                 first = &color;
             } else if (distance(*first, color) > differentSurfaces) {
@@ -64,19 +66,21 @@ InkPlane measureInk(const ColorPlane& page, const BackgroundModel& background) {
     for (int y = 0; y < page.height(); ++y) {
         const Color* colors = page.row(y);
         const Color* surfaces = background.colors().row(y);
+        const std::uint16_t* distances = background.distances(y);
+        std::uint8_t* inkOfRow = ink.row(y);
         for (int x = 0; x < page.width(); ++x) {
-            if (colors[x] == surfaces[x]) {
+            // What belongs to a surface has its colour.
+            if (distances[x] == 0 || colors[x] == surfaces[x]) {
                 continue;
             }
             const int difference = distance(colors[x], surfaces[x]);
             if (difference <= noise) {
                 continue;
             }
-            if (background.hasSurfaces() && !background.isSurface(x, y) &&
-                isBetweenSurfaces(background, x, y)) {
+            if (background.hasSurfaces() && isBetweenSurfaces(background, x, y)) {
                 continue;
             }
-            ink.at(x, y) = static_cast<std::uint8_t>(std::min(255, difference / 2));
+            inkOfRow[x] = static_cast<std::uint8_t>(std::min(255, difference / 2));
         }
     }
     return ink;
