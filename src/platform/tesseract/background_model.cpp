@@ -143,7 +143,8 @@ void BackgroundModel::dropSmallSurfaces() {
     }
 }
 
-// Both pass over what lies on a surface, most of a page, as fast as they can: nobody reads meanwhile.
+// Both pass as fast as they can over what lies on a surface, most of a page: nobody reads
+// meanwhile.
 
 void BackgroundModel::grow(const ColorPlane& page) {
     const int width = page.width();
