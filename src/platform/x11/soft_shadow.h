@@ -1,5 +1,7 @@
 #pragma once
 
+#include <cstdint>
+#include <deque>
 #include <vector>
 
 #include "platform/x11/native_geometry.h"
@@ -26,11 +28,14 @@ class SoftShadow {
     struct Band {
         int begin;
         int end;
+        /// Where they begin to cast one and end to, in turn.
+        std::vector<int> edges;
         /// How much of a row's blurred pixels falls on each column of the canvas, 0 to 1.
         std::vector<float> shares;
     };
 
-    [[nodiscard]] std::vector<float> blurred(const std::vector<bool>& row) const;
+    [[nodiscard]] std::vector<float> blurred(const std::vector<int>& edges, int length) const;
+    void drawRow(std::uint8_t* row, int y, const std::deque<Band>& bands) const;
     [[nodiscard]] double inside(double edge, double place) const;
 
     double blur_;
