@@ -36,10 +36,12 @@ class PixelLayout {
     /// Whether the rows are already what `convertRow` would make of them; the fourth byte of a
     /// visual without alpha is then anything.
     [[nodiscard]] bool isDirect() const;
+    [[nodiscard]] int bitsPerPixel() const { return format_.bitsPerPixel; }
     [[nodiscard]] bool hasAlpha() const { return format_.depth == 32; }
     /// The same pixels, whatever their alpha says.
     [[nodiscard]] PixelLayout withoutAlpha() const;
     /// Writes `width * 4` bytes; without an alpha channel the fourth byte of each pixel is 255.
+    /// Pixels of 32 bits may be moved forwards inside of one buffer, towards its beginning.
     void convertRow(const std::uint8_t* source, std::uint8_t* target, int width) const;
 
   private:

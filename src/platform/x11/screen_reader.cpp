@@ -25,6 +25,38 @@ bool fitsInPlace(const PixelSource& source, const NativeRect& part, const Native
            (backdrop == Backdrop::opaqueBlack || source.layout.hasAlpha());
 }
 
+/// Where in the memory the parts are written that the server cannot write into the picture itself,
+/// and how large that memory has to be.
+struct Aside {
+    std::size_t offset = 0;
+    std::size_t memorySize = 0;
+};
+
+Aside placeAside(const NativeRect& area, const std::vector<PixelSource>& sources,
+                 Backdrop backdrop) {
+    std::size_t size = 0;
+    int partCount = 0;
+    bool hasWords = true;
+    for (const PixelSource& source : sources) {
+        const NativeRect part = intersection(source.place, area);
+        if (part.isEmpty()) {
+            continue;
+        }
+        ++partCount;
+        if (!fitsInPlace(source, part, area, backdrop)) {
+            size = std::max(size, source.layout.bytesPerRow(part.width) *
+                                      static_cast<std::size_t>(part.height));
+            hasWords = hasWords && source.layout.bitsPerPixel() == 32;
+        }
+    }
+    const std::size_t picture = imageSize(area);
+    // A part that is alone lies at the end of the picture: its rows are moved towards the
+    // beginning, the first one first, and none of them onto one that is still to be moved. Fresh
+    // memory costs more than the pixels.
+    return partCount == 1 && hasWords ? Aside{picture - size, picture}
+                                      : Aside{picture, picture + size};
+}
+
 void fill(const Canvas& canvas, const NativeRect& area, const NativeRegion& region,
           Backdrop backdrop) {
     const std::uint8_t alpha = backdrop == Backdrop::opaqueBlack ? 255 : 0;
@@ -56,15 +88,8 @@ base::Result<Canvas> ScreenReader::read(const NativeRect& area,
         return base::Error{base::ErrorKind::invalid,
                            "The picture would be empty or larger than any screen."};
     }
-    std::size_t asideSize = 0;
-    for (const PixelSource& source : sources) {
-        const NativeRect part = intersection(source.place, area);
-        if (!part.isEmpty() && !fitsInPlace(source, part, area, backdrop)) {
-            asideSize = std::max(asideSize, source.layout.bytesPerRow(part.width) *
-                                                static_cast<std::size_t>(part.height));
-        }
-    }
-    const auto lease = memory_.take(imageSize(area) + asideSize);
+    const Aside aside = placeAside(area, sources, backdrop);
+    const auto lease = memory_.take(aside.memorySize);
     if (!lease) {
         return base::Error{base::ErrorKind::failed, "There is not enough memory for the picture."};
     }
@@ -79,7 +104,7 @@ base::Result<Canvas> ScreenReader::read(const NativeRect& area,
         const bool isInPlace = fitsInPlace(source, part, area, backdrop);
         const std::size_t offset =
             isInPlace ? static_cast<std::size_t>(part.y - area.y) * canvas.bytesPerRow()
-                      : imageSize(area);
+                      : aside.offset;
         if (!readPart(source, part, *lease, offset)) {
             return base::Error{base::ErrorKind::failed, "The X server did not give the pixels."};
         }

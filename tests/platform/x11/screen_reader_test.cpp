@@ -127,6 +127,60 @@ TEST(ScreenReader, puts_several_sources_side_by_side_on_black) {
     }
 }
 
+std::uint32_t colorOfPlace(int x, int y) {
+    return static_cast<std::uint32_t>(x) << 16U | static_cast<std::uint32_t>(y) << 8U | 0x7fU;
+}
+
+/// How many pixels of `area` are not what they should be when `place`, which shows the screen from
+/// its corner on, is read alone.
+int wrongPixels(ScreenReader& reader, Connection& connection, const NativeRect& place,
+                const NativeRect& area, Backdrop backdrop) {
+    const auto layout = *PixelLayout::ofVisual(connection, connection.screen().root_visual);
+    const auto canvas = reader.read(area, {{connection.root(), layout, place, {0, 0}}}, backdrop);
+    const auto picture =
+        tests::pictureOf(canvas.value().image(base::AlphaChannel::premultiplied, nullptr));
+    const std::uint32_t empty = backdrop == Backdrop::transparent ? 0U : 0xff000000U;
+    // The fourth byte has no meaning there.
+    const std::uint32_t meaning = backdrop == Backdrop::transparent ? ~0U : 0xffffffU;
+    int wrong = 0;
+    for (int y = 0; y < area.height; ++y) {
+        for (int x = 0; x < area.width; ++x) {
+            const int sourceX = x + area.x - place.x;
+            const int sourceY = y + area.y - place.y;
+            const bool isInside =
+                sourceX >= 0 && sourceX < place.width && sourceY >= 0 && sourceY < place.height;
+            const auto expected = isInside ? colorOfPlace(sourceX, sourceY) | 0xff000000U : empty;
+            wrong += (picture.at(x, y) & meaning) == (expected & meaning) ? 0 : 1;
+        }
+    }
+    return wrong;
+}
+
+TEST(ScreenReader, moves_no_row_of_a_single_source_onto_another) {
+    BareServer server({"-screen", "0", "64x48x24"});
+    Connection& connection = server.connection();
+    doubles::ManualMainQueue queue;
+    queue.allowLeftovers();
+    for (int y = 0; y < 48; ++y) {
+        for (int x = 0; x < 64; ++x) {
+            tests::fill(connection.get(), connection.root(), {x, y, 1, 1}, colorOfPlace(x, y));
+        }
+    }
+    ScreenReader reader(connection, queue);
+    constexpr NativeRect place{100, 100, 20, 15};
+    for (const Backdrop backdrop : {Backdrop::opaqueBlack, Backdrop::transparent}) {
+        for (int margins = 0; margins < 81; ++margins) {
+            // From a part that is cut off to one with room around it.
+            const auto margin = [&](int divisor) { return (margins / divisor % 3 - 1) * 4; };
+            const NativeRect area{place.x - margin(1), place.y - margin(3),
+                                  place.width + margin(1) + margin(9),
+                                  place.height + margin(3) + margin(27)};
+            ASSERT_EQ(wrongPixels(reader, connection, place, area, backdrop), 0)
+                << "margins " << margins;
+        }
+    }
+}
+
 TEST(ScreenReader, fails_with_a_sentence_where_there_is_nothing_to_read) {
     BareServer server({"-screen", "0", "64x48x24"});
     doubles::ManualMainQueue queue;
