@@ -13,9 +13,20 @@ namespace platform::x11 {
 
 namespace {
 
-/// How long a clearing waits for a screen that nobody repaints. A compositor needs 2 to 30 ms for
-/// both frames, in software on a busy machine some 100.
-constexpr std::chrono::milliseconds repaintLimit{300};
+/// The windows below have so long to repaint what an unmapped one covered.
+constexpr std::chrono::milliseconds unmappedPause{300};
+
+/// When the compositor has painted nothing for so long, the clearing is repeated: mutter was seen
+/// to miss one that came while it composed. A frame takes 2 to 15 ms, in software on a busy machine
+/// some 60.
+constexpr std::chrono::milliseconds silence{100};
+/// So many silences are a screen that nobody repaints.
+constexpr int mostSilences = 10;
+
+/// After so many frames that do not show the witness it will not be seen: the compositor changes
+/// colours (fades the window in), or something lies above the overlay. mutter was seen to be three
+/// frames behind.
+constexpr int mostStaleFrames = 8;
 
 bool overlap(const NativeRect& first, const NativeRect& second) {
     return !intersection(first, second).isEmpty();
@@ -49,8 +60,8 @@ LiveWindows::~LiveWindows() {
 }
 
 bool LiveWindows::isClearing(const Window& window) {
-    return window.trace == Trace::unmapped || window.trace == Trace::clearedOnce ||
-           window.trace == Trace::clearedTwice;
+    return window.trace == Trace::unmapped || window.trace == Trace::cleared ||
+           window.trace == Trace::witnessCleared;
 }
 
 LiveWindows::Window* LiveWindows::find(xcb_window_t window) {
@@ -109,8 +120,8 @@ bool LiveWindows::isClear(const Window& window, const NativeRect& region) {
             return holdsAll(window.area, common);
         case Trace::painted:
         case Trace::unmapped:
-        case Trace::clearedOnce:
-        case Trace::clearedTwice:
+        case Trace::cleared:
+        case Trace::witnessCleared:
             break;
     }
     return common.isEmpty();
@@ -160,7 +171,6 @@ void LiveWindows::advance() {
 }
 
 void LiveWindows::beginClearing(Window& window, const NativeRect& area) {
-    window.clearNumber = nextClearNumber_++;
     if (isCompositorRunning(connection_)) {
         if (!watch_) {
             watch_ = std::make_unique<DamageWatch>(
@@ -168,18 +178,30 @@ void LiveWindows::beginClearing(Window& window, const NativeRect& area) {
                     notePainting(rect, sequence);
                 });
         }
-        window.trace = Trace::clearedOnce;
+        window.trace = Trace::cleared;
         window.area = area;
-        window.pending = NativeRegion(area);
+        window.staleFrames = 0;
+        window.silences = 0;
         window.clearing = clear(window, area);
+        window.witness = std::make_unique<FrameWitness>(connection_, window.id, window.frame, area,
+                                                        nextWaitNumber_);
+        window.witness->paint();
+        std::vector<NativeRect> parts = window.witness->pixels();
+        parts.push_back(area);
+        window.pending = NativeRegion(parts);
     } else {
         // It went away while the overlay was up, and nobody blends a cleared window any more.
         window.trace = Trace::unmapped;
         window.area = window.frame;
         xcb_unmap_window(connection_.get(), window.id);
     }
-    mainQueue_.postAfter(repaintLimit,
-                         alive_.guard([this, number = window.clearNumber] { giveUp(number); }));
+    awaitFrame(window);
+}
+
+void LiveWindows::awaitFrame(Window& window) {
+    window.waitNumber = nextWaitNumber_++;
+    mainQueue_.postAfter(window.trace == Trace::unmapped ? unmappedPause : silence,
+                         alive_.guard([this, number = window.waitNumber] { noteSilence(number); }));
 }
 
 xcb_void_cookie_t LiveWindows::clear(const Window& window, const NativeRect& area) {
@@ -197,14 +219,9 @@ void LiveWindows::notePainting(const NativeRect& rect, std::uint32_t sequence) {
             continue;
         }
         window.pending.subtract(rect);
-        if (!window.pending.isEmpty()) {
-            continue;
-        }
-        if (window.trace == Trace::clearedOnce) {
-            clearCorners(window);
-        } else {
-            finishClearing(window);
-            isAnyDone = true;
+        if (window.pending.isEmpty()) {
+            judgeFrame(window);
+            isAnyDone = isAnyDone || !isClearing(window);
         }
     }
     connection_.flush();
@@ -213,28 +230,53 @@ void LiveWindows::notePainting(const NativeRect& rect, std::uint32_t sequence) {
     }
 }
 
-void LiveWindows::clearCorners(Window& window) {
-    const NativeRect& area = window.area;
-    const NativeRect first{area.x, area.y, 1, 1};
-    const NativeRect last{area.x + area.width - 1, area.y + area.height - 1, 1, 1};
-    window.trace = Trace::clearedTwice;
-    window.pending = NativeRegion({first, last});
-    // The compositor may get its turn between the two.
-    window.clearing = clear(window, first);
-    clear(window, last);
+/// The compositor has painted what was pending: either that is what was waited for, or the next
+/// frame is asked for.
+void LiveWindows::judgeFrame(Window& window) {
+    FrameWitness& witness = *window.witness;
+    const bool isLast = ++window.staleFrames == mostStaleFrames;
+    if (window.trace == Trace::cleared) {
+        if (!isLast && witness.sight() != FrameWitness::Sight::both) {
+            window.clearing = witness.paint();
+        } else if (witness.place() == FrameWitness::Place::insideOfArea) {
+            window.trace = Trace::witnessCleared;
+            window.staleFrames = 0;
+            window.clearing = witness.clear();
+        } else {
+            return finishClearing(window);
+        }
+    } else if (isLast || witness.sight() == FrameWitness::Sight::none) {
+        return finishClearing(window);
+    } else {
+        window.clearing = witness.clear();
+    }
+    window.pending = NativeRegion(witness.pixels());
+    awaitFrame(window);
 }
 
 void LiveWindows::finishClearing(Window& window) {
     window.trace = window.area == window.frame ? Trace::none : Trace::outsideOfArea;
 }
 
-void LiveWindows::giveUp(std::uint64_t clearNumber) {
+void LiveWindows::noteSilence(std::uint64_t waitNumber) {
     for (Window& window : windows_) {
-        if (isClearing(window) && window.clearNumber == clearNumber) {
-            finishClearing(window);
-            runWaiters();
-            return;
+        if (!isClearing(window) || window.waitNumber != waitNumber) {
+            continue;
         }
+        const bool isOver = window.trace == Trace::unmapped || ++window.silences == mostSilences ||
+                            !isCompositorRunning(connection_);
+        if (window.trace == Trace::cleared && !isOver) {
+            clear(window, window.area);
+            window.witness->paint();
+        } else if (window.trace != Trace::unmapped) {
+            window.witness->clear();
+        }
+        connection_.flush();
+        if (!isOver) {
+            return awaitFrame(window);
+        }
+        finishClearing(window);
+        return runWaiters();
     }
 }
 

@@ -9,6 +9,7 @@
 #include "base/main_queue.h"
 #include "platform/x11/connection.h"
 #include "platform/x11/damage_watch.h"
+#include "platform/x11/frame_witness.h"
 #include "platform/x11/native_region.h"
 #include "platform/x11/overlay_stage.h"
 
@@ -18,11 +19,10 @@ namespace platform::x11 {
 ///
 /// A window is taken off the screen by having the server clear it to transparent. It stays mapped:
 /// unmapping starts the fading of the compositor. The compositor then paints the screen anew,
-/// which the damage of the root window tells. That first painting may be of a frame which the
-/// compositor had begun before the clearing (seen in up to 16 % of the captures, even on a still
-/// screen). So when it has been seen, two corners of the area are cleared once more: the painting
-/// of both comes from a frame that was begun after the first clearing, and what lies between the
-/// corners is then painted too.
+/// which the damage of the root window tells. Its first paintings may be of frames which it had
+/// composed before the clearing, even on a still screen; so two pixels beside the area are painted
+/// after the clearing, and the area is clear when they are seen on the screen (see FrameWitness).
+/// Where they are inside of the area, for want of room, they have to leave the screen again.
 ///
 /// A capture has its own region cleared first, the rest of the window follows at its closing: a
 /// compositor without a graphics processor takes ten times as long for a 4K display.
@@ -49,10 +49,10 @@ class LiveWindows {
         /// The windows below have not had the time to repaint what it covered, which no event
         /// tells.
         unmapped,
-        /// `area` is cleared, the compositor has not painted all of it since.
-        clearedOnce,
-        /// The corners of `area` are cleared once more, the compositor has not painted both since.
-        clearedTwice,
+        /// `area` is cleared and the witness painted, which the screen has not shown since.
+        cleared,
+        /// The witness was in `area`, and is cleared; the screen may still show it.
+        witnessCleared,
         /// Nothing in `area`.
         outsideOfArea,
     };
@@ -64,10 +64,17 @@ class LiveWindows {
         Trace trace = Trace::none;
         Repaint repaint = Repaint::unneeded;
         NativeRect area{};
+        std::unique_ptr<FrameWitness> witness{};
+        /// What the next frame has to paint.
         NativeRegion pending{};
         /// The clearing after which `pending` has to be painted.
         xcb_void_cookie_t clearing{};
-        std::uint64_t clearNumber = 0;
+        /// How often that was painted and did not show what was waited for.
+        int staleFrames = 0;
+        /// How often nothing was painted for some time.
+        int silences = 0;
+        /// Of the wait for the next frame.
+        std::uint64_t waitNumber = 0;
     };
     struct Waiter {
         NativeRect region;
@@ -81,9 +88,10 @@ class LiveWindows {
     [[nodiscard]] bool isAwaited(const NativeRect& frame) const;
     void beginClearing(Window& window, const NativeRect& area);
     xcb_void_cookie_t clear(const Window& window, const NativeRect& area);
-    void clearCorners(Window& window);
+    void awaitFrame(Window& window);
     void notePainting(const NativeRect& rect, std::uint32_t sequence);
-    void giveUp(std::uint64_t clearNumber);
+    void judgeFrame(Window& window);
+    void noteSilence(std::uint64_t waitNumber);
     static void finishClearing(Window& window);
     void advance();
     void runWaiters();
@@ -94,7 +102,7 @@ class LiveWindows {
     std::vector<Window> windows_;
     std::vector<Waiter> waiters_;
     std::unique_ptr<DamageWatch> watch_;
-    std::uint64_t nextClearNumber_ = 1;
+    std::uint64_t nextWaitNumber_ = 1;
     base::Alive alive_;
 };
 

@@ -1,10 +1,10 @@
 // The overlay of a session that changes under it: the compositor ends, the screen grows.
 #include <gtest/gtest.h>
-#include <xcb/composite.h>
 
 #include <chrono>
 
 #include "overlay_stage_rig.h"
+#include "pretended_compositor.h"
 
 namespace {
 
@@ -36,44 +36,17 @@ TEST(OverlayStage, a_compositor_that_ends_during_a_capture_keeps_no_other_captur
     rig.stage().whenClear(region, [&] { ++first; });
     rig.stage().whenClear(display, [&] { ++second; });
     rig.desktop().stopCompositor();
-    rig.queue().advance(300ms);
+    rig.queue().advance(100ms);
     rig.queue().advance(300ms);
     EXPECT_EQ(first, 1);
     EXPECT_EQ(second, 1);
     rig.stage().windowClosed(window);
 }
 
-/// Has the test in the place of a compositor: nothing paints the screen but `paint`.
-class PretendedCompositor {
-  public:
-    explicit PretendedCompositor(OverlayStageRig& rig) : rig_(rig) {
-        auto& client = rig.desktop().client();
-        xcb_composite_query_version(client.get(), 0, 4);
-        xcb_composite_redirect_subwindows(client.get(), client.root(),
-                                          XCB_COMPOSITE_REDIRECT_MANUAL);
-        xcb_set_selection_owner(client.get(), rig.below(), client.atom("_NET_WM_CM_S0"),
-                                XCB_CURRENT_TIME);
-        client.synchronize();
-    }
-    void paint(const NativeRect& area) {
-        auto& client = rig_.desktop().client();
-        // The server may take two programs' requests in any order: what was cleared comes first.
-        (void)rig_.connection().serverTime();
-        tests::fill(client.get(), client.root(), area, tests::gray);
-        client.synchronize();
-        (void)rig_.connection().serverTime();
-        rig_.connection().dispatchPendingEvents();
-        rig_.queue().runAll();
-    }
-
-  private:
-    OverlayStageRig& rig_;
-};
-
 TEST(OverlayStage, a_display_that_came_after_the_start_is_waited_for_as_any_other) {
     OverlayStageRig rig(desktop::Compositor::none, {{0, 0, 800, 600}, {100, 100, 400, 300}});
     rig.desktop().server().configure({"--output", "DUMMY1", "--pos", "800x0"});
-    PretendedCompositor compositor(rig);
+    tests::PretendedCompositor compositor(rig);
     const NativeRect added{800, 0, 400, 300};
     const xcb_window_t window = tests::makeWindow(
         rig.connection().get(), {.frame = added, .depth = tests::PixelDepth::withAlpha});
@@ -81,12 +54,15 @@ TEST(OverlayStage, a_display_that_came_after_the_start_is_waited_for_as_any_othe
     EXPECT_EQ(rig.paint(window), platform::x11::PaintPermission::granted);
     int calls = 0;
     rig.stage().whenClear(added, [&] { ++calls; });
+    compositor.compose(window, added);
     for (int frame = 0; frame < 3; ++frame) {
         compositor.paint({800, 0, 1, 1});
         compositor.paint({1199, 299, 1, 1});
     }
     EXPECT_EQ(calls, 0) << "what lies between the corners was not painted";
     compositor.paint(added);
+    EXPECT_EQ(calls, 0);
+    compositor.compose(window, added);
     compositor.paint(added);
     EXPECT_EQ(calls, 1);
 }

@@ -134,7 +134,7 @@ TEST(OverlayStage, a_screen_that_nobody_repaints_is_waited_for_only_so_long) {
     int calls = 0;
     rig.stage().whenClear(region, [&] { ++calls; });
     rig.stage().windowClosed(window);
-    rig.queue().advance(std::chrono::milliseconds{299});
+    rig.queue().advance(std::chrono::milliseconds{999});
     EXPECT_EQ(calls, 0);
     rig.queue().advance(std::chrono::milliseconds{1});
     EXPECT_EQ(calls, 1);
