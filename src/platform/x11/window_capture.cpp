@@ -5,6 +5,7 @@
 
 #include "platform/x11/frame_corners.h"
 #include "platform/x11/native_region.h"
+#include "platform/x11/round_decoration.h"
 #include "platform/x11/soft_shadow.h"
 
 namespace platform::x11 {
@@ -136,6 +137,8 @@ void WindowCapture::addDecorationFromScreen(Material& material,
                                part.height};
         material.sources.push_back({connection_.root(), *screenLayout, place, {part.x, part.y}});
     }
+    material.corners = Material::Corners::perhapsOpen;
+    material.barHeight = frame.decoration.top;
 }
 
 std::vector<PixelSource> WindowCapture::sourcesFrom(const WindowPixmap& pixmap,
@@ -213,7 +216,10 @@ base::Result<base::Image> WindowCapture::picture(
     }
     const bool isRound = material.corners == Material::Corners::perhapsUnpainted &&
                          hasUnpaintedCorners(canvas.value(), inCanvas);
-    if (backdrop == Backdrop::opaqueBlack && !isRound) {
+    const auto radius = material.corners == Material::Corners::perhapsOpen
+                            ? decorationRadius(canvas.value(), inCanvas, material.barHeight)
+                            : std::nullopt;
+    if (backdrop == Backdrop::opaqueBlack && !isRound && !radius) {
         return canvas.value().image(base::AlphaChannel::none, colorSpace);
     }
     if (backdrop == Backdrop::opaqueBlack) {
@@ -222,6 +228,9 @@ base::Result<base::Image> WindowCapture::picture(
     material.shape.clip(canvas.value(), area);
     if (isRound) {
         clearUnpaintedCorners(canvas.value(), inCanvas);
+    }
+    if (radius) {
+        cutRoundDecoration(canvas.value(), inCanvas, *radius);
     }
     if (lacksShadow) {
         softShadow.draw(canvas.value(), inCanvas);

@@ -48,7 +48,15 @@ class WindowCapture {
         std::vector<PixelSource> sources;
         WindowShape shape;
         double scale = 1;
-        enum class Corners { painted, perhapsUnpainted } corners = Corners::painted;
+        enum class Corners {
+            painted,
+            /// Black where the compositor is to cut them off.
+            perhapsUnpainted,
+            /// Read from the screen, where what is behind the window shows.
+            perhapsOpen,
+        } corners = Corners::painted;
+        /// Of the decoration.
+        std::int32_t barHeight = 0;
     };
 
     [[nodiscard]] std::vector<PixelSource> sourcesFrom(const WindowPixmap& pixmap,
