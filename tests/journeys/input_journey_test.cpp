@@ -223,15 +223,22 @@ TEST_P(Buttons, a_shortcut_that_is_held_opens_one_overlay) {
     expectCapture(before, {100, 110, 200, 100});
 }
 
-TEST(DragOutside, of_every_display_ends_where_the_pointer_stops) {
+class DragOutside : public testing::TestWithParam<Compositor> {};
+
+INSTANTIATE_TEST_SUITE_P(Desktops, DragOutside,
+                         testing::Values(Compositor::none, Compositor::picom), compositorName);
+
+TEST_P(DragOutside, of_every_display_ends_where_the_pointer_stops) {
     if (::geteuid() != 0) {
         GTEST_SKIP() << "A server with several displays needs root.";
     }
+    const std::string blending = GetParam() == Compositor::none ? "" : ", with a compositor";
     const TableRow row(TableGroup::input,
-                       {"A drag that ends outside every display",
+                       {"A drag that ends outside every display" + blending,
                         "released in a corner of the screen that no display shows",
                         "the display's part of it, the rest black; the overlay closes"});
-    Session session({.outputs = {{0, 0, 1280, 1024}, {1280, 0, 800, 600}}});
+    Session session(
+        {.outputs = {{0, 0, 1280, 1024}, {1280, 0, 800, 600}}, .compositor = GetParam()});
     session.writeSettings(nlohmann::json::object());
     session.start();
     session.openOverlay();

@@ -21,14 +21,6 @@ int captures() {
     return asked == nullptr ? 15 : std::atoi(asked);
 }
 
-/// mutter composes frames ahead of what it has read, and on a busy machine without a graphics
-/// processor the overlay was seen in one of some 30 regions.
-std::vector<SetUp> setUpsButMutter() {
-    std::vector<SetUp> setUps = everySetUp();
-    std::erase_if(setUps, [](const SetUp& setUp) { return setUp.name == "mutter"; });
-    return setUps;
-}
-
 class Purity : public testing::TestWithParam<SetUp> {
   protected:
     Purity() {
@@ -48,6 +40,23 @@ class Purity : public testing::TestWithParam<SetUp> {
                    undisturbed.at(place.x, place.y);
         });
     }
+    /// Once in some 300 times a busy mutter misses what was painted until it is painted anew.
+    void awaitHighlight(Place place, const Picture& undisturbed) {
+        const auto isSeen = [&] {
+            return isHighlighted(session.screen({place.x, place.y, 1, 1}).pixels[0],
+                                 undisturbed.at(place.x, place.y));
+        };
+        if (!desktop::waitUntil(isSeen, std::chrono::seconds(2))) {
+            const std::size_t before = session.mark();
+            session.input().tap(key::space);
+            session.input().tap(key::space);
+            session.require("The second toggling",
+                            [&] { return session.countSince(before, line::toggled) == 2; });
+            session.input().moveTo({place.x - 1, place.y});
+            session.input().moveTo(place);
+            session.require("The highlight", isSeen);
+        }
+    }
     void waitUntilGone(const Picture& undisturbed) {
         session.waitUntilClosed();
         session.require("The screen as it was", [&] {
@@ -60,7 +69,7 @@ class Purity : public testing::TestWithParam<SetUp> {
     std::unique_ptr<desktop::TestWindow> window;
 };
 
-INSTANTIATE_TEST_SUITE_P(Desktops, Purity, testing::ValuesIn(setUpsButMutter()), setUpName);
+INSTANTIATE_TEST_SUITE_P(Desktops, Purity, testing::ValuesIn(everySetUp()), setUpName);
 
 TEST_P(Purity, of_a_region_in_many_captures) {
     const TableRow row(TableGroup::windowManagers,
@@ -100,9 +109,7 @@ TEST_P(Purity, of_a_window_in_many_captures) {
         session.input().tap(key::space);
         session.program().waitForLine(line::toggled, before);
         session.input().moveTo({521 + capture % 100, 330 + capture % 100});
-        session.require("The highlight", [&] {
-            return isHighlighted(session.screen({620, 390, 1, 1}).pixels[0], screen.at(620, 390));
-        });
+        awaitHighlight({620, 390}, screen);
         session.input().pressButton();
         session.input().releaseButton();
         session.waitForLine(line::windowCopied, before);

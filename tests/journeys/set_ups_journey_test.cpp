@@ -2,6 +2,8 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <cstring>
+
 #include "journeys/desktops_table.h"
 #include "journeys/overlay_colors.h"
 #include "journeys/session.h"
@@ -65,6 +67,25 @@ class SetUps : public testing::TestWithParam<SetUp> {
         return release(line::windowCopied);
     }
 
+    /// For a quarter of a second an overlay leaves its snapshot to the next one.
+    void waitForFreshSnapshots(std::size_t closed) {
+        EXPECT_TRUE(
+            desktop::staysTrue([&] { return session.countSince(closed, line::cursorSet) == 0; },
+                               std::chrono::milliseconds(350)));
+    }
+    bool isSupported(const char* name) {
+        const auto& client = session.desktop().client();
+        const xcb_atom_t wanted = client.atom(name);
+        const auto atoms =
+            client.property(client.root(), "_NET_SUPPORTED").value_or(std::vector<std::uint8_t>{});
+        for (std::size_t index = 0; index + 4 <= atoms.size(); index += 4) {
+            if (std::memcmp(atoms.data() + index, &wanted, 4) == 0) {
+                return true;
+            }
+        }
+        return false;
+    }
+
     // Where no window is there is nothing to read, which takes no time.
     Session session{
         {.windowManager = GetParam().windowManager, .compositor = GetParam().compositor},
@@ -76,11 +97,12 @@ class SetUps : public testing::TestWithParam<SetUp> {
 INSTANTIATE_TEST_SUITE_P(Desktops, SetUps, testing::ValuesIn(everySetUp()), setUpName);
 
 TEST_P(SetUps, give_regions_and_windows_and_let_go) {
-    const TableRow row(TableGroup::windowManagers,
-                       {GetParam().title,
-                        "a region, the window in front, a covered window, text, Escape in a drag, "
-                        "full-screen, panel and notification windows below the overlay",
-                        "exact"});
+    const TableRow row(
+        TableGroup::windowManagers,
+        {GetParam().title,
+         "a region, the window in front, a covered window, text, Escape in a drag, "
+         "always-on-top, full-screen, panel and notification windows below the overlay",
+         "exact"});
     using enum desktop::TestWindowOptions::Management;
     using enum desktop::TestWindowOptions::Decoration;
     const Picture undisturbed = session.screen({0, 0, 1280, 800});
@@ -142,6 +164,35 @@ TEST_P(SetUps, give_regions_and_windows_and_let_go) {
         EXPECT_THAT(front->takeKeys(), ElementsAre(key::a));
     }
     {
+        SCOPED_TRACE("a window that is always on top");
+        const std::size_t closed = session.mark();
+        const auto onTop = open({.x = 500,
+                                 .y = 350,
+                                 .width = 220,
+                                 .height = 180,
+                                 .seed = 24,
+                                 .states = {"_NET_WM_STATE_ABOVE"}});
+        waitForFreshSnapshots(closed);
+        if (isSupported("_NET_WM_STATE_ABOVE")) {
+            front->focus();
+        }
+        session.waitUntilStill();
+        const Place overlap{onTop->place().x + 30, onTop->place().y + 30};
+        ASSERT_LT(overlap.x, front->place().x + front->picture().width);
+        ASSERT_LT(overlap.y, front->place().y + front->picture().height);
+        EXPECT_EQ(pixel(overlap), onTop->picture().at(30, 30));
+        const Area area{380, 280, 400, 300};
+        const Picture expected = session.screen(area);
+        session.openOverlay();
+        session.input().moveTo({area.x, area.y});
+        session.input().pressButton();
+        session.input().moveTo({area.x + 20, area.y + 20});
+        session.require("The dimming",
+                        [&] { return isDimmed(pixel(overlap), onTop->picture().at(30, 30)); });
+        session.input().moveTo({area.x + area.width, area.y + area.height});
+        EXPECT_EQ(difference(expected, release(line::regionCopied)), "equal");
+    }
+    {
         SCOPED_TRACE("windows that lie above others");
         const std::size_t closed = session.mark();
         const auto fullScreen = open({.x = 0,
@@ -165,10 +216,7 @@ TEST_P(SetUps, give_regions_and_windows_and_let_go) {
                                         .management = unmanaged,
                                         .seed = 23,
                                         .types = {"_NET_WM_WINDOW_TYPE_NOTIFICATION"}});
-        // For a quarter of a second an overlay leaves its snapshot to the next one.
-        EXPECT_TRUE(
-            desktop::staysTrue([&] { return session.countSince(closed, line::cursorSet) == 0; },
-                               std::chrono::milliseconds(350)));
+        waitForFreshSnapshots(closed);
         session.waitUntilStill();
         const Area area{400, 20, 860, 770};
         const Picture expected = session.screen(area);

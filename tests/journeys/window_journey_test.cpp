@@ -2,6 +2,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include "journeys/desktops_table.h"
 #include "journeys/overlay_colors.h"
 #include "journeys/session.h"
 
@@ -175,6 +176,30 @@ TEST_P(WindowCapture, an_occluded_window_is_taken_whole) {
     session.require("The highlight",
                     [&] { return isHighlighted(pixel(free), left->picture().at(20, 20)); });
     EXPECT_EQ(difference(expected, clickAndRead(*left).picture), "equal");
+}
+
+TEST_P(WindowCapture, a_window_with_a_menu_open_above_it_is_taken_without_the_menu) {
+    const TableRow row(
+        TableGroup::windows,
+        {GetParam() == desktop::Compositor::none ? "openbox" : "openbox, picom (xrender)",
+         "a window below an open menu of its own program", "whole, without the menu"});
+    right->focus();
+    session.waitUntilStill();
+    const Picture expected = session.screen(right->frame());
+    const auto menu = open({.x = right->place().x + 60,
+                            .y = right->place().y + 20,
+                            .width = 120,
+                            .height = 150,
+                            .management = desktop::TestWindowOptions::Management::unmanaged,
+                            .seed = 14,
+                            .types = {"_NET_WM_WINDOW_TYPE_POPUP_MENU"}});
+    session.waitUntilStill();
+    openInWindowMode();
+    const Place free{right->place().x + 20, right->place().y + 20};
+    session.input().moveTo(free);
+    session.require("The highlight",
+                    [&] { return isHighlighted(pixel(free), right->picture().at(20, 20)); });
+    EXPECT_EQ(difference(expected, clickAndRead(*right).picture), "equal");
 }
 
 TEST_P(WindowCaptureWithShadows, the_picture_is_the_frame_on_transparency_with_a_shadow) {

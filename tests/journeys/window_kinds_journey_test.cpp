@@ -215,7 +215,16 @@ TEST_P(WindowKinds, a_window_that_closes_before_the_click_gives_nothing_and_says
                 testing::ElementsAre(testing::StartsWith(line::mouseDown), line::cursorRestored));
 }
 
-TEST_P(WindowKinds, of_a_shaded_window_nothing_is_offered) {
+/// Where the window manager shades.
+class Shading : public WindowKinds {};
+
+INSTANTIATE_TEST_SUITE_P(Desktops, Shading,
+                         testing::ValuesIn(setUpsNamed({"openbox", "openbox_picom_xrender", "xfwm4",
+                                                        "xfwm4_compositing", "kwin_x11",
+                                                        "kwin_x11_compositing"})),
+                         setUpName);
+
+TEST_P(Shading, of_a_shaded_window_nothing_is_offered) {
     const TableRow row(TableGroup::windows, {GetParam().title, "a shaded window",
                                              "its title bar is too low to be offered"});
     const auto window = open({.x = 200, .y = 150, .width = 300, .height = 240});
@@ -270,6 +279,24 @@ TEST_P(KWinDecoration, of_a_window_is_left_out_where_another_window_covers_it) {
                              .seed = 5});
     hover({window->place().x + 20, window->place().y + 200});
     EXPECT_EQ(difference(window->picture(), click().picture), "equal");
+}
+
+TEST_P(KWinDecoration, has_transparent_corners) {
+    const TableRow row(TableGroup::windows,
+                       {GetParam().title, "a window with a decoration of round corners",
+                        "nothing of what lies behind it"});
+    const auto window = open({.x = 200, .y = 150, .width = 300, .height = 240});
+    window->focus();
+    hover({300, 300});
+    const Picture taken = click().picture;
+    desktop::writePng(Session::pictureFile("round-" + GetParam().name), taken);
+    ASSERT_GT(taken.height, 240) << "with its decoration";
+    EXPECT_EQ(taken.at(0, 0) >> 24U, 0U);
+    for (int y = 0; y < 8; ++y) {
+        for (int x = 0; x < 8; ++x) {
+            EXPECT_EQ(taken.at(x, y), taken.at(taken.width - 1 - x, y)) << x << ", " << y;
+        }
+    }
 }
 
 /// GTK 3 and GTK 4, with their shadows and without.
