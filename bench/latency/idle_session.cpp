@@ -25,7 +25,7 @@ void measureIdle(const Program& program, const std::string& when, Samples& sampl
     rest(idleTime);
     const ProcessUsage after = usageOf(program.process(), Memory::read);
     samples.add(program.name(), "wake-ups in 30 s " + when,
-                static_cast<double>(after.wakeUps - before.wakeUps));
+                static_cast<double>(wakeUpsBetween(before, after)));
     samples.add(program.name(), "cpu in 30 s " + when, after.cpu - before.cpu);
     constexpr double kibibytesInMebibyte = 1024;
     samples.add(program.name(), "rss " + when,

@@ -4,7 +4,8 @@
 //
 //   latency --lumaframe PROGRAM --content DIRECTORY --output FILE.json
 //           [--rounds N] [--compositor none|picom|picom-fading] [--only NAME[,NAME...]]
-//           [--idle yes|no]
+//           [--idle yes|no] [--peers-every ROUNDS]
+#include <algorithm>
 #include <cstdio>
 #include <cstdlib>
 #include <exception>
@@ -43,6 +44,8 @@ struct Arguments {
     fs::path content;
     fs::path output;
     int rounds = 20;
+    /// The other programs take part in the first of so many rounds.
+    int peersEvery = 1;
     desktop::Compositor compositor = desktop::Compositor::none;
     std::string only;
     Idle idle = Idle::ignored;
@@ -63,6 +66,9 @@ Arguments parse(int count, char** values) {
                         .only = given["--only"]};
     if (given.contains("--rounds")) {
         arguments.rounds = std::stoi(given["--rounds"]);
+    }
+    if (given.contains("--peers-every")) {
+        arguments.peersEvery = std::max(1, std::stoi(given["--peers-every"]));
     }
     if (given["--compositor"] == "picom") {
         arguments.compositor = desktop::Compositor::picom;
@@ -139,11 +145,16 @@ void measure(const Arguments& arguments, latency::Samples& samples) {
     const auto shots = oneShotsOf(arguments, samples);
     for (int round = 1; round <= arguments.rounds; ++round) {
         std::fprintf(stderr, "Round %d of %d\n", round, arguments.rounds);
+        const bool arePeersIn = (round - 1) % arguments.peersEvery == 0;
         for (const auto& program : programs) {
-            runRound(*program, desktop, session, samples);
+            if (arePeersIn || program->name() == "lumaframe") {
+                runRound(*program, desktop, session, samples);
+            }
         }
         for (const latency::OneShot& shot : shots) {
-            latency::measureOneShot(shot, desktop, samples);
+            if (arePeersIn) {
+                latency::measureOneShot(shot, desktop, samples);
+            }
         }
     }
     if (arguments.idle == Idle::measured && arguments.includes("lumaframe")) {

@@ -40,7 +40,8 @@ ProcessUsage usageOf(pid_t process, Memory memory) {
     ProcessUsage usage{.cpu = processorTime(process)};
     std::error_code gone;
     for (const auto& thread : fs::directory_iterator(folder / "task", gone)) {
-        usage.wakeUps += valueIn(thread.path() / "status", "voluntary_ctxt_switches");
+        usage.sleeps[thread.path().filename()] =
+            valueIn(thread.path() / "status", "voluntary_ctxt_switches");
     }
     if (memory == Memory::read) {
         const fs::path rollup = folder / "smaps_rollup";
@@ -49,6 +50,18 @@ ProcessUsage usageOf(pid_t process, Memory memory) {
         usage.alone = valueIn(rollup, "Private_Clean") + valueIn(rollup, "Private_Dirty");
     }
     return usage;
+}
+
+long wakeUpsBetween(const ProcessUsage& before, const ProcessUsage& after) {
+    long count = 0;
+    for (const auto& [thread, sleeps] : after.sleeps) {
+        const auto known = before.sleeps.find(thread);
+        count += known == before.sleeps.end() ? sleeps + 1 : sleeps - known->second;
+    }
+    for (const auto& [thread, sleeps] : before.sleeps) {
+        count += after.sleeps.contains(thread) ? 0 : 1;
+    }
+    return count;
 }
 
 }  // namespace latency

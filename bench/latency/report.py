@@ -166,17 +166,21 @@ def version(program):
         answer = subprocess.run(["git", "rev-parse", "--short", "HEAD"], capture_output=True,
                                 text=True, check=False)
         return answer.stdout.strip()
-    answer = subprocess.run(["dpkg-query", "-W", "-f=${Version}", program], capture_output=True,
+    package = "kde-spectacle" if program == "spectacle" else program
+    answer = subprocess.run(["dpkg-query", "-W", "-f=${Version}", package], capture_output=True,
                             text=True, check=False)
     return answer.stdout.strip()
 
 
 def section(measured):
     values = measured["values"]
-    counts = [len(quantity) for quantity in values.get(OURS, {}).values()]
+    own, theirs = (max((len(quantity) for name in values if (name == OURS) == is_own
+                        for quantity in values[name].values()), default=0)
+                   for is_own in (True, False))
+    repetitions = f"{own} repetitions" + (f" ({theirs} of the others)" if 0 < theirs != own else "")
     compositor = measured["compositor"]
     title = "With picom (xrender)" if compositor else "Without a compositor"
-    lines = [f"### {title}", "", f"{max(counts, default=0)} repetitions, taken in turn.", ""]
+    lines = [f"### {title}", "", f"{repetitions}, taken in turn.", ""]
     for part in (waits_table(values, compositor), commands_table(values), idle_table(values),
                  growth_table(values)):
         if part:
@@ -191,7 +195,8 @@ def document(measurements):
     versions = ", ".join(f"{name} {version(name)}".strip() for name in programs)
     today = datetime.date.today().isoformat()
     lines = [f"Measured on {today}: {machine()}; one 3840x2160 display (Xvfb).", "",
-             f"Versions: {versions}.", ""]
+             f"Versions: {versions}.", "",
+             "![Medians beside those of the others](images/performance.svg)", ""]
     for measured in measurements:
         lines += section(measured)
     return lines
@@ -212,7 +217,7 @@ def bars(measured):
 
 def plot(measurements):
     """A bar chart of logarithmic lengths: 1 ms to 10 s."""
-    width, left, unit, row = 900, 330, 125, 20
+    width, left, unit, row = 900, 290, 95, 20
     body, y = [], 30
     for measured in measurements:
         name = "with picom" if measured["compositor"] else "without a compositor"
