@@ -87,9 +87,14 @@ struct Tables {
 
 CurveLoops chosen = CurveLoops::widest;
 
-#if defined(__x86_64__)
+// Where engine_layouts.cpp holds the engine's objects to their places.
+#if defined(__x86_64__) && defined(__GLIBCXX__)
+constexpr bool isComparedPlatform = true;
+#else
+constexpr bool isComparedPlatform = false;
+#endif
 
-constexpr bool isComparedProcessor = true;
+#if defined(__x86_64__)
 
 bool isWide() {
     static const bool hasAvx2 = __builtin_cpu_supports("avx2") != 0;
@@ -111,8 +116,6 @@ bool isWide() {
 
 #else
 
-constexpr bool isComparedProcessor = false;
-
 bool isWide() {
     return false;
 }
@@ -125,7 +128,7 @@ constexpr auto rememberWide = rememberAll;
 }  // namespace
 
 bool knowsCurves() {
-    return isComparedProcessor && tangentTable() != nullptr && logisticTable() != nullptr;
+    return isComparedPlatform && tangentTable() != nullptr && logisticTable() != nullptr;
 }
 
 void chooseCurveLoops(CurveLoops loops) {

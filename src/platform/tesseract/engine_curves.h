@@ -8,7 +8,7 @@ namespace platform::tesseract {
 // AVX2 eight at a time. Only where `knowsCurves`.
 
 /// Whether the engine has the tables of its curves, in the size that is read here. Never but on
-/// x86-64, where these loops were compared with the engine's own.
+/// x86-64 with GCC's library, where the loops and the layers were compared with the engine's own.
 bool knowsCurves();
 
 /// Which of the loops compute: those for any processor, or the widest that this one can run.

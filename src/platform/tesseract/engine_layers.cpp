@@ -29,10 +29,20 @@ bool isReplaced(const char* name) {
     return isThere(name) && ::dlsym(RTLD_DEFAULT, name) != engineFunction<void*>(name);
 }
 
+/// Whether the weak references lead anywhere: a linker may leave them empty although the engine has
+/// what they name.
+bool areCallsBound() {
+    using ::tesseract::NetworkIO;
+    const auto areBound = [](auto... functions) { return ((functions != nullptr) && ...); };
+    return areBound(&NetworkIO::ResizeToMap, &NetworkIO::ResizeXTo1, &NetworkIO::ResizeScaled,
+                    &NetworkIO::Randomize, &::tesseract::WeightMatrix::MatrixDotVector);
+}
+
 }  // namespace
 
 bool replacesLayers() {
-    return std::all_of(std::begin(symbols::called), std::end(symbols::called), isThere) &&
+    return areCallsBound() &&
+           std::all_of(std::begin(symbols::called), std::end(symbols::called), isThere) &&
            std::all_of(std::begin(symbols::replaced), std::end(symbols::replaced), isReplaced);
 }
 
@@ -65,7 +75,7 @@ bool accepted(bool isExpected) {
 }  // namespace
 
 void NetworkIO::WriteTimeStepPart(int position, int offset, int count, const float* input) {
-    if (!isInteger_ || !usesOwnParts() || !accepted(hasRoom(position, offset, count))) {
+    if (!usesOwnParts() || !isInteger_ || !accepted(hasRoom(position, offset, count))) {
         using Write = void (*)(NetworkIO*, int, int, int, const float*);
         static const auto write = engineFunction<Write>(symbols::writeTimeStepPart);
         write(this, position, offset, count, input);
@@ -76,7 +86,7 @@ void NetworkIO::WriteTimeStepPart(int position, int offset, int count, const flo
 
 // What stands in `values` already is summed up; here it only is bent.
 void FullyConnected::ForwardTimeStep(int position, float* values) {
-    if (type_ != tangentType || !usesOwnParts() || !accepted(isExpected())) {
+    if (!usesOwnParts() || type_ != tangentType || !accepted(isExpected())) {
         using Step = void (*)(FullyConnected*, int, float*);
         static const auto step = engineFunction<Step>(symbols::forwardTimeStep);
         step(this, position, values);
@@ -118,6 +128,9 @@ void Convolve::gather(const NetworkIO& input, int y, NetworkIO& output) const {
             }
             const int first = std::max(0, -besideX);
             const int end = width - std::max(0, besideX);
+            if (first >= end) {
+                continue;
+            }
             const std::int8_t* from = input.integers().row(fromY * width + first + besideX);
             std::int8_t* to = output.integers().row(y * width + first) + offset;
             for (int x = first; x < end; ++x, from += inputs_, to += outputs_) {

@@ -142,7 +142,7 @@ TEST_F(OwnParts, numbers_beyond_their_row_are_left_to_the_engine) {
               (std::vector{127, -127, 127, -127, 127, -127}));
 }
 
-#if defined(__x86_64__)
+#if defined(__x86_64__) && defined(__GLIBCXX__)
 TEST(KnownEngine, is_the_one_that_debian_12_has) {
     if (std::strcmp(::tesseract::TessBaseAPI::Version(), "5.3.0") != 0) {
         GTEST_SKIP() << "engine " << ::tesseract::TessBaseAPI::Version()
