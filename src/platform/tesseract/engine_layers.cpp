@@ -1,6 +1,7 @@
 #include "platform/tesseract/engine_layers.h"
 
 #include <algorithm>
+#include <array>
 #include <atomic>
 #include <cstring>
 #include <iterator>
@@ -20,6 +21,11 @@ namespace platform::tesseract {
 namespace {
 
 std::atomic<long> refused{0};
+thread_local std::array<long, engineLayerCount> taken{};
+
+long& takenBy(EngineLayer layer) {
+    return taken[static_cast<std::size_t>(layer)];
+}
 
 bool isThere(const char* name) {
     return engineFunction<void*>(name) != nullptr;
@@ -46,6 +52,10 @@ bool replacesLayers() {
            std::all_of(std::begin(symbols::replaced), std::end(symbols::replaced), isReplaced);
 }
 
+long takenCalls(EngineLayer layer) {
+    return takenBy(layer);
+}
+
 long refusedCalls() {
     return refused.load(std::memory_order_relaxed);
 }
@@ -55,6 +65,7 @@ long refusedCalls() {
 namespace tesseract {
 
 using platform::tesseract::engineFunction;
+using platform::tesseract::EngineLayer;
 using platform::tesseract::usesOwnParts;
 namespace symbols = platform::tesseract::symbols;
 
@@ -64,9 +75,11 @@ template <class Layer>
 using Forward = void (*)(Layer*, bool, const NetworkIO&, const TransposedArray*, NetworkScratch*,
                          NetworkIO*);
 
-/// Counts what the layers of this program cannot take.
-bool accepted(bool isExpected) {
-    if (!isExpected) {
+/// Counts what the layers of this program take, and what they cannot.
+bool accepted(EngineLayer layer, bool isExpected) {
+    if (isExpected) {
+        ++platform::tesseract::takenBy(layer);
+    } else {
         platform::tesseract::refused.fetch_add(1, std::memory_order_relaxed);
     }
     return isExpected;
@@ -75,7 +88,8 @@ bool accepted(bool isExpected) {
 }  // namespace
 
 void NetworkIO::WriteTimeStepPart(int position, int offset, int count, const float* input) {
-    if (!usesOwnParts() || !isInteger_ || !accepted(hasRoom(position, offset, count))) {
+    if (!usesOwnParts() || !isInteger_ ||
+        !accepted(EngineLayer::numbers, hasRoom(position, offset, count))) {
         using Write = void (*)(NetworkIO*, int, int, int, const float*);
         static const auto write = engineFunction<Write>(symbols::writeTimeStepPart);
         write(this, position, offset, count, input);
@@ -86,7 +100,7 @@ void NetworkIO::WriteTimeStepPart(int position, int offset, int count, const flo
 
 // What stands in `values` already is summed up; here it only is bent.
 void FullyConnected::ForwardTimeStep(int position, float* values) {
-    if (!usesOwnParts() || type_ != tangentType || !accepted(isExpected())) {
+    if (!usesOwnParts() || type_ != tangentType || !accepted(EngineLayer::tangents, isExpected())) {
         using Step = void (*)(FullyConnected*, int, float*);
         static const auto step = engineFunction<Step>(symbols::forwardTimeStep);
         step(this, position, values);
@@ -98,7 +112,7 @@ void FullyConnected::ForwardTimeStep(int position, float* values) {
 // Each position takes the features of its neighbours, column by column.
 void Convolve::Forward(bool debug, const NetworkIO& input, const TransposedArray* transposed,
                        NetworkScratch* scratch, NetworkIO* output) {
-    if (debug || !usesOwnParts() || !accepted(prepare(input, *output))) {
+    if (debug || !usesOwnParts() || !accepted(EngineLayer::convolve, prepare(input, *output))) {
         static const auto forward =
             engineFunction<tesseract::Forward<Convolve>>(symbols::forwardConvolve);
         forward(this, debug, input, transposed, scratch, output);
@@ -173,7 +187,7 @@ void Convolve::addNoise(NetworkIO& output) {
 // for in training.
 void Maxpool::Forward(bool debug, const NetworkIO& input, const TransposedArray* transposed,
                       NetworkScratch* scratch, NetworkIO* output) {
-    if (debug || !usesOwnParts() || !accepted(prepare(input, *output))) {
+    if (debug || !usesOwnParts() || !accepted(EngineLayer::maxpool, prepare(input, *output))) {
         static const auto forward =
             engineFunction<tesseract::Forward<Maxpool>>(symbols::forwardMaxpool);
         forward(this, debug, input, transposed, scratch, output);
@@ -274,7 +288,7 @@ bool LSTM::prepare(const NetworkIO& input, NetworkIO& output) const {
 
 void LSTM::Forward(bool debug, const NetworkIO& input, const TransposedArray* transposed,
                    NetworkScratch* scratch, NetworkIO* output) {
-    if (debug || !usesOwnParts() || !accepted(prepare(input, *output))) {
+    if (debug || !usesOwnParts() || !accepted(EngineLayer::memory, prepare(input, *output))) {
         static const auto forward =
             engineFunction<tesseract::Forward<LSTM>>(symbols::forwardMemory);
         forward(this, debug, input, transposed, scratch, output);

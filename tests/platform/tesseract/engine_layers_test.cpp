@@ -2,7 +2,9 @@
 
 #include <gtest/gtest.h>
 
+#include <array>
 #include <cstring>
+#include <utility>
 
 #include "made_layer.h"
 #include "own_parts.h"
@@ -27,8 +29,36 @@ INSTANTIATE_TEST_SUITE_P(Loops, EngineLayers, bothLoops, loopsName);
 /// In pixels; the narrowest and lowest there are, and odd ones.
 constexpr std::pair<int, int> sizes[] = {{1, 1}, {2, 7}, {5, 2}, {1, 36}, {83, 1}, {17, 12}};
 
-/// What both make of the same numbers, to the last bit; this program's without asking the engine.
-void expectSame(MadeLayer& layer, int features, std::pair<int, int> least = {1, 1}) {
+/// Of each layer, how many calls were taken on this thread.
+std::array<long, engineLayerCount> takenByEach() {
+    std::array<long, engineLayerCount> taken{};
+    for (int layer = 0; layer < engineLayerCount; ++layer) {
+        taken[static_cast<std::size_t>(layer)] = takenCalls(static_cast<EngineLayer>(layer));
+    }
+    return taken;
+}
+
+/// Runs `read` with the parts of this program, every layer of which has to be called, and with
+/// those of the engine alone: otherwise one of the two would be compared with itself.
+template <class Read>
+auto readByBoth(const Read& read) {
+    const auto before = takenByEach();
+    chooseParts(PartImplementation::ownWhereKnown);
+    auto own = read();
+    const auto after = takenByEach();
+    for (std::size_t layer = 0; layer < after.size(); ++layer) {
+        EXPECT_GT(after[layer], before[layer]) << "layer " << layer;
+    }
+    chooseParts(PartImplementation::engine);
+    auto engines = read();
+    EXPECT_EQ(takenByEach(), after);
+    return std::pair(std::move(own), std::move(engines));
+}
+
+/// What both make of the same numbers, to the last bit; this program's `kind` of layer without
+/// asking the engine.
+void expectSame(EngineLayer kind, MadeLayer& layer, int features,
+                std::pair<int, int> least = {1, 1}) {
     std::minstd_rand random(11);
     for (const auto& [width, height] : sizes) {
         if (width < least.first || height < least.second) {
@@ -37,15 +67,20 @@ void expectSame(MadeLayer& layer, int features, std::pair<int, int> least = {1, 
         Numbers input;
         input.fill(width, height, features, random);
         const long refusedBefore = refusedCalls();
+        const long takenBefore = takenCalls(kind);
         chooseParts(PartImplementation::ownWhereKnown);
         const auto own = layer.forward(input);
         EXPECT_EQ(refusedCalls(), refusedBefore) << width << " x " << height;
+        EXPECT_GT(takenCalls(kind), takenBefore) << width << " x " << height;
         chooseParts(PartImplementation::engine);
+        const auto takenByOwn = takenByEach();
         EXPECT_EQ(own, layer.forward(input)) << width << " x " << height;
+        EXPECT_EQ(takenByEach(), takenByOwn) << width << " x " << height;
         EXPECT_FALSE(own.empty());
     }
     chooseParts(PartImplementation::ownWhereKnown);
 }
+
 std::vector<std::vector<std::string>> candidatesOf(ScreenTextReader& reader,
                                                    const base::Image& picture) {
     std::vector<std::vector<std::string>> all;
@@ -63,6 +98,16 @@ std::vector<int> confidencesOf(LineReader& reader, const InkPlane& picture) {
     std::vector<int> all = reading.wordConfidences;
     all.push_back(reading.confidence);
     return all;
+}
+
+/// As the engine names them; without the data of its way of finding scripts, which has no network.
+std::vector<std::string> installedLanguages() {
+    ::tesseract::TessBaseAPI engine;
+    EXPECT_EQ(engine.Init(nullptr, "eng", ::tesseract::OEM_LSTM_ONLY), 0);
+    std::vector<std::string> languages;
+    engine.GetAvailableLanguagesAsVector(&languages);
+    std::erase(languages, "osd");
+    return languages;
 }
 
 /// Letters of no alphabet, so that the engine is unsure.
@@ -86,14 +131,14 @@ InkPlane strokes(int width, unsigned seed) {
 TEST_P(EngineLayers, neighbours_are_gathered_as_by_the_engine) {
     for (const auto& [halfX, halfY] : {std::pair{1, 1}, {0, 2}, {3, 0}, {2, 1}}) {
         MadeLayer layer = madeConvolve(3, halfX, halfY);
-        expectSame(layer, 3);
+        expectSame(EngineLayer::convolve, layer, 3);
     }
 }
 
 TEST_P(EngineLayers, the_largest_are_taken_as_by_the_engine) {
     for (const auto& [scaleX, scaleY] : {std::pair{1, 1}, {3, 3}, {2, 1}, {1, 5}}) {
         MadeLayer layer = madeMaxpool(16, scaleX, scaleY);
-        expectSame(layer, 16, {scaleX, scaleY});
+        expectSame(EngineLayer::maxpool, layer, 16, {scaleX, scaleY});
     }
 }
 
@@ -101,14 +146,14 @@ TEST_P(EngineLayers, memories_remember_as_the_engines_own) {
     for (const LayerKind kind : {LayerKind::memory, LayerKind::summary}) {
         for (const auto& [inputs, states] : {std::pair{16, 48}, {7, 13}, {1, 1}, {70, 96}}) {
             MadeLayer layer = madeMemory(inputs, states, kind);
-            expectSame(layer, inputs);
+            expectSame(EngineLayer::memory, layer, inputs);
         }
     }
 }
 
 TEST_P(EngineLayers, full_connections_bend_as_the_engines_own) {
     MadeLayer layer = madeTangents(9, 16);
-    expectSame(layer, 9);
+    expectSame(EngineLayer::tangents, layer, 9);
 }
 
 TEST_F(OwnParts, layers_whose_numbers_do_not_add_up_are_left_to_the_engine) {
@@ -133,10 +178,13 @@ TEST_F(OwnParts, numbers_beyond_their_row_are_left_to_the_engine) {
     two.fill(2, 1, 4, random);
     const float values[] = {1, -1, 1, -1};
     const long refusedBefore = refusedCalls();
+    const long takenBefore = takenCalls(EngineLayer::numbers);
     two.io().WriteTimeStepPart(0, 0, 4, values);
     EXPECT_EQ(refusedCalls(), refusedBefore);
+    EXPECT_EQ(takenCalls(EngineLayer::numbers), takenBefore + 1);
     two.io().WriteTimeStepPart(0, 2, 4, values);
     EXPECT_EQ(refusedCalls(), refusedBefore + 1);
+    EXPECT_EQ(takenCalls(EngineLayer::numbers), takenBefore + 1);
     const auto all = two.all();
     EXPECT_EQ(std::vector<int>(all.begin(), all.begin() + 6),
               (std::vector{127, -127, 127, -127, 127, -127}));
@@ -156,11 +204,20 @@ TEST(KnownEngine, is_the_one_that_debian_12_has) {
 #endif
 
 TEST_F(OwnParts, take_every_layer_of_the_installed_languages) {
-    auto reader = LineReader::create({"deu", "eng"});
-    ASSERT_TRUE(reader) << reader.error().sentence;
-    const long refusedBefore = refusedCalls();
-    reader.value()->read(strokes(600, 1));
-    EXPECT_EQ(refusedCalls(), refusedBefore);
+    const auto languages = installedLanguages();
+    ASSERT_FALSE(languages.empty());
+    for (const std::string& language : languages) {
+        auto reader = LineReader::create({language});
+        ASSERT_TRUE(reader) << reader.error().sentence;
+        const long refusedBefore = refusedCalls();
+        const auto takenBefore = takenByEach();
+        reader.value()->read(strokes(600, 1));
+        EXPECT_EQ(refusedCalls(), refusedBefore) << language;
+        const auto taken = takenByEach();
+        for (std::size_t layer = 0; layer < taken.size(); ++layer) {
+            EXPECT_GT(taken[layer], takenBefore[layer]) << language << ", layer " << layer;
+        }
+    }
 }
 
 TEST_F(OwnParts, stay_chosen_or_not_when_an_engine_is_loaded) {
@@ -177,10 +234,9 @@ TEST_P(EngineLayers, own_layers_read_what_the_engines_own_read) {
         const auto picture =
             bench::loadPicture(LUMAFRAME_TEST_DATA "/ocr/" + std::string(name) + ".png");
         ASSERT_TRUE(picture) << name;
-        chooseParts(PartImplementation::ownWhereKnown);
-        const auto own = candidatesOf(*reader.value(), picture.value());
-        chooseParts(PartImplementation::engine);
-        EXPECT_EQ(own, candidatesOf(*reader.value(), picture.value())) << name;
+        const auto [own, engines] =
+            readByBoth([&] { return candidatesOf(*reader.value(), picture.value()); });
+        EXPECT_EQ(own, engines) << name;
         EXPECT_FALSE(own.empty()) << name;
     }
 }
@@ -190,10 +246,9 @@ TEST_P(EngineLayers, own_layers_are_as_sure_as_the_engines_own) {
     ASSERT_TRUE(reader) << reader.error().sentence;
     for (unsigned seed = 0; seed < 40; ++seed) {
         const InkPlane picture = strokes(60 + 23 * static_cast<int>(seed), seed);
-        chooseParts(PartImplementation::ownWhereKnown);
-        const auto own = confidencesOf(*reader.value(), picture);
-        chooseParts(PartImplementation::engine);
-        EXPECT_EQ(own, confidencesOf(*reader.value(), picture)) << seed;
+        const auto [own, engines] =
+            readByBoth([&] { return confidencesOf(*reader.value(), picture); });
+        EXPECT_EQ(own, engines) << seed;
     }
 }
 
