@@ -7,6 +7,7 @@ void SetScore::add(const Sample& sample, const TextScore& score) {
     categories_[sample.category] += score;
     programs_[sample.program] += score;
     if (score.characters == 0) {
+        ++emptyPictures_;
         charactersFromNothing_ += score.wrongCharacters;
     }
 }

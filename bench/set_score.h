@@ -19,13 +19,16 @@ class SetScore {
     /// it: this says how much of the whole one program makes, not how well its pictures would be
     /// read had nobody seen them.
     [[nodiscard]] std::map<std::string, TextScore> withoutOneProgram() const;
-    /// In pictures that have none.
+    /// That have no text.
+    [[nodiscard]] long emptyPictures() const { return emptyPictures_; }
+    /// In those.
     [[nodiscard]] long charactersFromNothing() const { return charactersFromNothing_; }
 
   private:
     TextScore whole_;
     std::map<std::string, TextScore> categories_;
     std::map<std::string, TextScore> programs_;
+    long emptyPictures_ = 0;
     long charactersFromNothing_ = 0;
 };
 

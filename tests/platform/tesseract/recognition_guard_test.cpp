@@ -13,6 +13,9 @@ struct Limits {
     double exactLines;
     /// That the set has at least: less text is another set.
     long characters;
+    /// How many kinds of pictures it has, and how many pictures without text.
+    std::size_t kinds;
+    long emptyPictures;
 };
 
 bench::SetScore scoreOf(const std::filesystem::path& folder) {
@@ -37,8 +40,9 @@ void expectWithin(const Limits& limits, const bench::SetScore& score) {
     EXPECT_GE(score.whole().characters, limits.characters);
     EXPECT_LE(score.whole().errorRate(), limits.wrongCharacters);
     EXPECT_GE(score.whole().exactShare(), limits.exactLines);
+    EXPECT_EQ(score.emptyPictures(), limits.emptyPictures);
     EXPECT_EQ(score.charactersFromNothing(), 0);
-    EXPECT_GE(score.categories().size(), 14);
+    EXPECT_EQ(score.categories().size(), limits.kinds);
     for (const auto& [kind, ofKind] : score.categories()) {
         // A kind may stand exactly at the limit, as 6 characters of 400 do.
         EXPECT_LE(static_cast<double>(ofKind.wrongCharacters),
@@ -51,7 +55,9 @@ TEST(RecognitionGuard, rendered_screen_text_stays_right) {
     constexpr Limits limits{.wrongCharacters = 0.007,
                             .wrongCharactersOfOneKind = 0.015,
                             .exactLines = 0.94,
-                            .characters = 9000};
+                            .characters = 9000,
+                            .kinds = 17,
+                            .emptyPictures = 3};
     expectWithin(limits, scoreOf(LUMAFRAME_TEST_DATA "/ocr"));
 }
 
@@ -63,7 +69,9 @@ TEST(RecognitionGuard, pictures_of_other_programs_stay_right) {
     constexpr Limits limits{.wrongCharacters = 0.015,
                             .wrongCharactersOfOneKind = 0.04,
                             .exactLines = 0.8,
-                            .characters = 19000};
+                            .characters = 19000,
+                            .kinds = 14,
+                            .emptyPictures = 3};
     expectWithin(limits, scoreOf(folder));
 }
 

@@ -31,6 +31,7 @@ TEST(SetScore, counts_by_kind_of_picture) {
 }
 
 TEST(SetScore, counts_what_was_read_on_pictures_without_text) {
+    EXPECT_EQ(threePictures().emptyPictures(), 1);
     EXPECT_EQ(threePictures().charactersFromNothing(), 2);
 }
 
