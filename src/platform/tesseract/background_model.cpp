@@ -143,8 +143,8 @@ void BackgroundModel::dropSmallSurfaces() {
     }
 }
 
-// Both pass as fast as they can over what lies on a surface, most of a page: nobody reads
-// meanwhile.
+// Most of a page lies on a surface from the start: both loops look at the distance of such a pixel
+// and at nothing else of it.
 
 void BackgroundModel::grow(const ColorPlane& page) {
     const int width = page.width();

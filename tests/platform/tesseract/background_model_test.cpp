@@ -36,6 +36,41 @@ TEST(BackgroundModel, the_broad_stroke_of_a_letter_is_no_surface) {
     EXPECT_EQ(background.colors().at(45, 28), white);
 }
 
+TEST(BackgroundModel, a_stroke_at_the_left_edge_takes_the_color_from_its_right) {
+    ColorPlane page(60, 60, white);
+    fill(page, {0, 0, 60, 20}, blue);
+    fill(page, {0, 20, 3, 60}, black);
+    const BackgroundModel background(page);
+    EXPECT_FALSE(background.isSurface(0, 50));
+    for (int x = 0; x < 3; ++x) {
+        EXPECT_EQ(background.colors().at(x, 50), white) << x;
+        EXPECT_EQ(background.distances(50)[x], 2 * (3 - x)) << x;
+    }
+}
+
+TEST(BackgroundModel, a_stroke_at_the_upper_edge_takes_the_color_from_below) {
+    ColorPlane page(60, 60, white);
+    fill(page, {0, 0, 20, 60}, blue);
+    fill(page, {20, 0, 60, 3}, black);
+    const BackgroundModel background(page);
+    EXPECT_FALSE(background.isSurface(50, 0));
+    for (int y = 0; y < 3; ++y) {
+        EXPECT_EQ(background.colors().at(50, y), white) << y;
+        EXPECT_EQ(background.distances(y)[50], 3 * (3 - y)) << y;
+    }
+}
+
+TEST(BackgroundModel, a_surface_grows_into_what_is_open_below_or_to_the_right) {
+    ColorPlane page(60, 60, white);
+    fill(page, {10, 0, 13, 12}, black);
+    fill(page, {18, 0, 21, 12}, black);
+    fill(page, {0, 30, 12, 33}, black);
+    fill(page, {0, 36, 12, 39}, black);
+    const BackgroundModel background(page);
+    EXPECT_TRUE(background.isSurface(15, 0));
+    EXPECT_TRUE(background.isSurface(0, 34));
+}
+
 TEST(BackgroundModel, a_gradient_is_followed) {
     ColorPlane page(60, 40);
     for (int y = 0; y < 40; ++y) {

@@ -148,6 +148,8 @@ TEST_P(EngineCurves, what_is_no_number_stays_within_the_table) {
     std::array<float, 9> values{};
     values.fill(std::numeric_limits<float>::quiet_NaN());
     bendByTangent(values.data(), static_cast<int>(values.size()));
+    EXPECT_THAT(values, ::testing::Each(
+                            ::testing::Truly([](float value) { return std::isfinite(value); })));
     values.fill(std::numeric_limits<float>::infinity());
     bendByTangent(values.data(), static_cast<int>(values.size()));
     EXPECT_THAT(values, ::testing::Each(1.0F));
