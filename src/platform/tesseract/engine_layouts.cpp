@@ -2,8 +2,9 @@
 
 #include "platform/tesseract/engine_objects.h"
 
-// The places of what is read in the engine's objects, as the headers of Tesseract 5.3.0 give them
-// to the compiler that built it: x86-64, GCC's library.
+// The places of what is read in the engine's objects, noted from the headers of Tesseract 5.3.0 as
+// x86-64 and GCC's library lay them out. What is declared here is held to these notes; that the
+// engine in use is of that version is asked when the program runs.
 
 #if defined(__x86_64__) && defined(__GLIBCXX__)
 

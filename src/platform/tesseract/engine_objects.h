@@ -9,7 +9,7 @@
 // The objects of the engine's network as they lie in memory, and of its functions those that are
 // called or replaced here. The engine's names, as far as the linker sees them. The layouts follow
 // those of Tesseract 5.3.0, copyright its authors (Google Inc. and others), Apache License 2.0;
-// engine_layouts.cpp compares them with the places that the engine's own headers give.
+// engine_layouts.cpp compares them with places that were noted from the engine's own headers.
 //
 // What is called is declared weak: without it this program still starts, and leaves all to the
 // engine. Each object is asked whether it is as a layer here expects it (`isExpected` and the
