@@ -44,6 +44,8 @@ void composeItem(AVAsset* asset, AVAssetTrack* track, const ItemCompletion& fini
     finish(item, std::nullopt);
 }
 
+// NOLINTBEGIN(performance-unnecessary-value-param): a block keeps a value, but of a reference only
+// where it leads.
 /// On the loading queue, like the last block.
 void loadTracks(AVAsset* asset, ItemCompletion finish) {
     [asset loadTracksWithMediaType:AVMediaTypeVideo
@@ -72,6 +74,7 @@ void loadItem(AVAsset* asset, ItemCompletion finish) {
                            loadTracks(asset, finish);
                          }];
 }
+// NOLINTEND(performance-unnecessary-value-param)
 
 }  // namespace
 
