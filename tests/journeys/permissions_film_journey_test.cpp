@@ -162,6 +162,26 @@ TEST_F(PermissionsFilm, while_the_window_is_minimised_nothing_moves_and_nothing_
     requireMotion();
 }
 
+TEST_F(PermissionsFilm, some_time_after_the_window_is_minimised_the_helper_ends_and_comes_anew) {
+    open();
+    requireMotion();
+    minimise();
+    const auto minimised = Clock::now();
+    desktop::require(
+        "The end of the video helper", [this] { return helper() == 0; }, 40s);
+    // The 10 s of the program, which begin with the minimising or a little before this sees it.
+    EXPECT_GT(Clock::now() - minimised, 8s);
+    // And then nothing is left that would have to run.
+    Activity before;
+    session.require("A program at rest", [&] {
+        before = activityOf(program());
+        return desktop::staysTrue([&] { return activityOf(program()) == before; }, 2000ms);
+    });
+    restore();
+    requireMotion();
+    EXPECT_EQ(session.program().errorLines(), std::vector<std::string>());
+}
+
 class PermissionsFilmMemory : public PermissionsFilm, public testing::WithParamInterface<int> {
   protected:
     PermissionsFilmMemory() : PermissionsFilm(GetParam()) {}

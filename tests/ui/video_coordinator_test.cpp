@@ -164,6 +164,24 @@ TEST_F(VideoCoordinator, after_a_long_pause_the_film_is_closed_and_nothing_is_du
     EXPECT_THAT(shown, ElementsAre(1, 0, 3));
 }
 
+TEST_F(VideoCoordinator, a_film_that_was_ahead_of_its_moment_is_closed_after_a_long_pause_as_well) {
+    coordinator.play();
+    loopers.deliver(0us, 1);
+    loopers.deliver(40ms, 2);
+    coordinator.pause();
+    EXPECT_EQ(wakeDelay, ui::VideoCoordinator::closeDelay);
+    reachWake();
+    EXPECT_EQ(loopers.openCount(), 0);
+    EXPECT_FALSE(wakeDelay);
+    EXPECT_THAT(shown, ElementsAre(1, 0));
+    EXPECT_THAT(log.lines, IsEmpty());
+
+    coordinator.play();
+    EXPECT_EQ(loopers.opened.size(), 2U);
+    loopers.deliver(0us, 3);
+    EXPECT_THAT(shown, ElementsAre(1, 0, 3));
+}
+
 TEST_F(VideoCoordinator, a_film_that_is_not_there_is_silent_and_asked_for_only_once) {
     loopers.openError = base::Error{base::ErrorKind::notFound, "There is no such film."};
     coordinator.play();
