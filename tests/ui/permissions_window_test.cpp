@@ -8,6 +8,9 @@
 #include <QKeyEvent>
 #include <QLabel>
 #include <QMouseEvent>
+#include <QWindow>
+#include <future>
+#include <map>
 #include <memory>
 
 #include "platform/qt/qt_session.h"
@@ -17,10 +20,12 @@
 namespace ui_tests {
 namespace {
 
+using namespace std::chrono_literals;
 using qt_tests::runUntil;
 using testing::Contains;
 using testing::ElementsAre;
 using testing::HasSubstr;
+using testing::Not;
 
 /// The permissions window over fakes, on a desktop of its own.
 class PermissionsWindow : public testing::Test {
@@ -41,9 +46,36 @@ class PermissionsWindow : public testing::Test {
         }
         return *widget;
     }
-    QRect frame(const char* name) {
-        QWidget& widget = named(name);
-        return {widget.mapTo(window_.get(), QPoint()), widget.size()};
+    /// The one label with this text.
+    QLabel& textLabel(const char* text) {
+        for (QLabel* label : window_->findChildren<QLabel*>()) {
+            if (label->text() == QLatin1String(text)) {
+                return *label;
+            }
+        }
+        throw std::runtime_error(std::string("no label says ") + text);
+    }
+    QRect frame(const char* name) { return frame(named(name)); }
+    QRect frame(QWidget& widget) { return {widget.mapTo(window_.get(), QPoint()), widget.size()}; }
+    /// All texts that are seen outside the rows, from the top.
+    std::vector<QString> textsFromTheTop() {
+        std::map<int, QString> texts;
+        for (QWidget* part : window_->findChildren<QWidget*>()) {
+            const auto* label = dynamic_cast<const QLabel*>(part);
+            const auto* button = dynamic_cast<const QAbstractButton*>(part);
+            const QString text = label != nullptr    ? label->text()
+                                 : button != nullptr ? button->text()
+                                                     : QString();
+            if (part->isVisible() && !text.isEmpty() &&
+                !named("permissionGroup").isAncestorOf(part)) {
+                texts[frame(*part).top()] = text;
+            }
+        }
+        std::vector<QString> sorted;
+        for (const auto& [top, text] : texts) {
+            sorted.push_back(text);
+        }
+        return sorted;
     }
     QAbstractButton& action() { return dynamic_cast<QAbstractButton&>(named("action")); }
     /// The texts of a row that are seen.
@@ -80,8 +112,14 @@ TEST_F(PermissionsWindow, is_laid_out_as_it_is_drawn_up) {
     EXPECT_EQ(frame("applicationIcon").size(), QSize(80, 80));
     EXPECT_EQ(frame("applicationIcon").top(), 32);
     EXPECT_EQ(frame("applicationIcon").center().x(), 249);
-    EXPECT_EQ(frame("video"), QRect(32 + 16, frame("video").top(), 500 - 2 * 48, 250));
+    const QRect title = frame(textLabel("Drag App Icon to the Settings"));
+    EXPECT_EQ(title.top() - frame("applicationIcon").bottom() - 1, 12);
+    EXPECT_EQ(frame("video"), QRect(32 + 16, title.bottom() + 1 + 24, 500 - 2 * 48, 250));
+    const QRect request =
+        frame(textLabel("To get started, please grant the following permissions:"));
+    EXPECT_EQ(request.top() - frame("video").bottom() - 1, 24);
     const QRect group = frame("permissionGroup");
+    EXPECT_EQ(group.top() - request.bottom() - 1, 24);
     EXPECT_EQ(group.left(), 32);
     EXPECT_EQ(group.width(), 500 - 2 * 32);
     const QRect first = frame("Screen Recording");
@@ -96,6 +134,39 @@ TEST_F(PermissionsWindow, is_laid_out_as_it_is_drawn_up) {
     EXPECT_EQ(frame("action").top() - group.bottom() - 1, 24 + 8);
     EXPECT_EQ(frame("action").center().x(), 249);
     EXPECT_EQ(size.height() - frame("action").bottom() - 1, 32);
+}
+
+TEST_F(PermissionsWindow, says_what_to_do_from_the_top_to_the_button) {
+    shown();
+    EXPECT_THAT(
+        textsFromTheTop(),
+        ElementsAre("Drag App Icon to the Settings",
+                    "To get started, please grant the following permissions:", "Get Started"));
+    EXPECT_LT(frame("applicationIcon").bottom(),
+              frame(textLabel("Drag App Icon to the Settings")).top());
+}
+
+TEST_F(PermissionsWindow, the_icon_of_a_program_without_a_location_is_dragged_as_nothing) {
+    world_.bundle.location.clear();
+    shown();
+    auto& session = qt_tests::QtSession::shared().desktop();
+    const auto target = session.start("drop-target", {LUMAFRAME_TEST_DROP_TARGET});
+    target->waitForLine("ready");
+    window_->raise();
+    const QPoint center = named("applicationIcon").rect().center();
+    const QPoint icon = named("applicationIcon").mapToGlobal(center);
+    // Somebody else's hand: the toolkit stays in the drag until it ends.
+    auto hand = std::async(std::launch::async, [&] {
+        session.input().moveTo({icon.x(), icon.y()});
+        session.input().pressButton();
+        session.input().moveInSteps({icon.x(), icon.y()}, {120, 140}, 20);
+        target->waitForLine("entered");
+        session.input().releaseButton();
+        const auto index = target->waitForLine("dropped");
+        return target->outputLines().at(index);
+    });
+    ASSERT_TRUE(runUntil([&] { return hand.wait_for(0s) == std::future_status::ready; }));
+    EXPECT_EQ(hand.get(), "dropped nothing");
 }
 
 TEST_F(PermissionsWindow, shows_what_is_granted_when_it_is_shown) {
@@ -114,6 +185,27 @@ TEST_F(PermissionsWindow, without_an_icon_there_is_only_the_text) {
     EXPECT_EQ(window_->findChild<QWidget*>(QStringLiteral("applicationIcon")), nullptr);
     world_.bundle.icon = LUMAFRAME_APPLICATION_ICON;
     EXPECT_EQ(shown().height(), height + 80 + 12);
+}
+
+TEST_F(PermissionsWindow, that_comes_back_from_the_task_bar_is_neither_raised_nor_asked_again) {
+    shown();
+    world_.windows.add("permissions");
+    world_.queue.runAll();
+    ASSERT_THAT(world_.calls.calls(), Contains("activate"));
+    const auto isSeen = [this] { return window_->windowHandle()->isExposed(); };
+    window_->showMinimized();
+    ASSERT_TRUE(runUntil([&] { return !isSeen(); }));
+    world_.calls.clear();
+    world_.permissions.accessibilityIsTrusted = false;
+
+    // As the window manager does it.
+    auto& client = qt_tests::QtSession::shared().desktop().client();
+    xcb_map_window(client.get(), static_cast<xcb_window_t>(window_->winId()));
+    client.synchronize();
+    ASSERT_TRUE(runUntil([&] { return isSeen() && !window_->isMinimized(); }));
+    world_.queue.runAll();
+    EXPECT_THAT(world_.calls.calls(), Not(Contains("activate")));
+    EXPECT_THAT(textsOf("Accessibility"), ElementsAre("Accessibility", "Granted"));
 }
 
 TEST_F(PermissionsWindow, rows_and_button_follow_when_the_program_becomes_active) {
