@@ -9,21 +9,28 @@ namespace journeys {
 namespace {
 
 using testing::ElementsAre;
-using testing::HasSubstr;
+using testing::EndsWith;
 
 enum class WaylandDisplay { told, hidden };
+enum class Tools { present, missing };
 
-/// What `./run` asks before it starts the program.
-std::optional<int> statusOfIsXwayland(desktop::Desktop& desktop, WaylandDisplay display) {
-    desktop::Environment environment;
-    if (display == WaylandDisplay::hidden) {
-        environment["WAYLAND_DISPLAY"] = "";
+desktop::Environment environmentWith(WaylandDisplay display) {
+    return {{"WAYLAND_DISPLAY",
+             display == WaylandDisplay::told ? desktop::XServer::waylandDisplay : ""}};
+}
+
+/// What `./run` asks before it starts the program: 0 for yes.
+std::optional<int> statusOfIsXwayland(desktop::Desktop& desktop, WaylandDisplay display,
+                                      Tools tools = Tools::present) {
+    desktop::Environment environment = environmentWith(display);
+    if (tools == Tools::missing) {
+        environment["PATH"] = desktop.home();
     }
     return desktop
-        .start(
-            "is-xwayland",
-            {"bash", "-c", ". " LUMAFRAME_SOURCE_DIRECTORY "/scripts/lib/session.sh; is_xwayland"},
-            environment)
+        .start("is-xwayland",
+               {"/bin/bash", "-c",
+                ". " LUMAFRAME_SOURCE_DIRECTORY "/scripts/lib/session.sh; is_xwayland"},
+               environment)
         ->waitForExit();
 }
 
@@ -73,12 +80,8 @@ class Xwayland : public testing::TestWithParam<WaylandDisplay> {
 };
 
 TEST_P(Xwayland, screen_and_keys_are_not_granted_and_the_rows_say_why) {
-    desktop::Environment environment;
-    if (GetParam() == WaylandDisplay::hidden) {
-        environment["WAYLAND_DISPLAY"] = "";
-    }
     session_->writeSettings(nlohmann::json::object());
-    session_->startWithoutWaiting(environment);
+    session_->startWithoutWaiting(environmentWith(GetParam()));
     session_->require("The rows of the permissions window",
                       [this] { return !panel_->status("Files and Folders").empty(); });
     EXPECT_THAT(panel_->status("Screen Recording"), ElementsAre("Not Granted", "Open Settings"));
@@ -89,7 +92,9 @@ TEST_P(Xwayland, screen_and_keys_are_not_granted_and_the_rows_say_why) {
     for (const auto& object : session_->desktop().accessibles()) {
         if ((object.name == "Screen Recording" || object.name == "Accessibility") &&
             object.role != "label") {
-            EXPECT_THAT(object.description, HasSubstr("Wayland")) << object.name;
+            EXPECT_THAT(object.description, EndsWith(" In a Wayland session it reaches only X11 "
+                                                     "windows: log in to an X11 session."))
+                << object.name;
             ++explanations;
         }
     }
@@ -104,6 +109,14 @@ TEST_P(Xwayland, the_command_that_starts_the_program_knows_it) {
 TEST(XServer, of_its_own_is_no_xwayland_to_the_command_that_starts_the_program) {
     desktop::Desktop desktop({.windowManager = desktop::WindowManager::none});
     EXPECT_EQ(statusOfIsXwayland(desktop, WaylandDisplay::hidden), 1);
+    // A name that was left over from another session.
+    EXPECT_EQ(statusOfIsXwayland(desktop, WaylandDisplay::told), 1);
+}
+
+TEST(XServer, that_no_tool_can_ask_is_an_xwayland_where_the_environment_names_a_wayland_display) {
+    desktop::Desktop desktop({.windowManager = desktop::WindowManager::none});
+    EXPECT_EQ(statusOfIsXwayland(desktop, WaylandDisplay::told, Tools::missing), 0);
+    EXPECT_EQ(statusOfIsXwayland(desktop, WaylandDisplay::hidden, Tools::missing), 1);
 }
 
 INSTANTIATE_TEST_SUITE_P(, Xwayland, testing::Values(WaylandDisplay::told, WaylandDisplay::hidden),

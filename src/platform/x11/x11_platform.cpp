@@ -15,7 +15,6 @@
 
 #include "app/menu_bar_commands.h"
 #include "app/scenes.h"
-#include "platform/environment.h"
 #include "platform/freedesktop/application_names.h"
 #include "platform/freedesktop/dbus_application.h"
 #include "platform/freedesktop/json_settings_backend.h"
@@ -125,10 +124,7 @@ class X11Platform final : public RunningPlatform {
     freedesktop::SessionPermissions permissions_{
         {.canReadScreen = [this] { return access_.canReadScreen(); },
          .canGrabKeys = [this] { return access_.canGrabKeys(); },
-         .isNested =
-             [this] {
-                 return access_.isXwayland() || !environmentValue("WAYLAND_DISPLAY").empty();
-             }},
+         .isNested = [this] { return access_.isXwayland(); }},
         {.currentDesktops = freedesktop::currentDesktopNames(),
          .helpPage = resources_.permissionsHelp,
          .starter = programStarter_,
