@@ -77,6 +77,12 @@ TEST_F(FilmLoop, the_view_may_change_its_size_from_one_picture_to_the_next) {
     }
 }
 
+TEST_F(FilmLoop, of_two_tracks_of_pictures_the_first_is_played) {
+    makeFilm(film(), {.pictureCount = 4, .secondTrack = 100});
+    open();
+    EXPECT_THAT(nextNumbers(6), ElementsAre(0, 1, 2, 3, 0, 1));
+}
+
 TEST_F(FilmLoop, a_picture_stays_as_it_is_while_the_next_one_is_made) {
     makeFilm(film(), {});
     open();

@@ -191,6 +191,19 @@ std::vector<std::int64_t> stampsOf(const FilmPlan& plan) {
     return stamps;
 }
 
+/// All pictures of a track, numbered from `first` on.
+void encodePictures(Track& track, FilmFile& file, const FilmPlan& plan, int first) {
+    const auto stamps = stampsOf(plan);
+    std::int64_t duration = 0;
+    for (std::size_t picture = 0; picture + 1 < stamps.size(); ++picture) {
+        paint(track.frame(), first + static_cast<int>(picture), plan);
+        track.frame().pts = stamps[picture];
+        duration = stamps[picture + 1] - stamps[picture];
+        track.encode(file, &track.frame(), duration);
+    }
+    track.encode(file, nullptr, duration);
+}
+
 }  // namespace
 
 void makeFilm(const std::filesystem::path& path, const FilmPlan& plan) {
@@ -198,6 +211,12 @@ void makeFilm(const std::filesystem::path& path, const FilmPlan& plan) {
     Track pictures(plan.encoder);
     setUpPictures(pictures, plan);
     pictures.open(file);
+    std::optional<Track> more;
+    if (plan.secondTrack) {
+        more.emplace(plan.encoder);
+        setUpPictures(*more, plan);
+        more->open(file);
+    }
     std::optional<Track> sound;
     if (plan.sound == Sound::track) {
         sound.emplace("aac");
@@ -205,18 +224,14 @@ void makeFilm(const std::filesystem::path& path, const FilmPlan& plan) {
         sound->open(file);
     }
     file.begin();
-    const auto stamps = stampsOf(plan);
-    std::int64_t duration = 0;
-    for (std::size_t picture = 0; picture + 1 < stamps.size(); ++picture) {
-        paint(pictures.frame(), static_cast<int>(picture), plan);
-        pictures.frame().pts = stamps[picture];
-        duration = stamps[picture + 1] - stamps[picture];
-        pictures.encode(file, &pictures.frame(), duration);
+    encodePictures(pictures, file, plan, 0);
+    if (more) {
+        encodePictures(*more, file, plan, *plan.secondTrack);
     }
-    pictures.encode(file, nullptr, duration);
     if (sound) {
         // Longer than the pictures: the loop is theirs.
-        encodeSound(*sound, file, 1.5 * static_cast<double>(stamps.back()) / plan.timescale);
+        encodeSound(*sound, file,
+                    1.5 * static_cast<double>(stampsOf(plan).back()) / plan.timescale);
     }
     file.end();
 }

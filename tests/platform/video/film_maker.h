@@ -3,6 +3,7 @@
 #include <cstdint>
 #include <filesystem>
 #include <functional>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -36,6 +37,8 @@ struct FilmPlan {
     int pixelHeight = 1;
     /// Paints a picture of the luminances instead of its number.
     std::function<std::uint8_t(int picture, int x, int y)> paint{};
+    /// The number of the first picture of a second track of them, behind the other.
+    std::optional<int> secondTrack{};
 };
 
 /// Encodes the film into `path`; throws std::runtime_error.

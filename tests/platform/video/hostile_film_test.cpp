@@ -135,6 +135,15 @@ TEST_F(HostileFilm, that_is_no_file_is_refused) {
     EXPECT_THAT(opened.error().sentence, testing::EndsWith("film.mp4 is not a file."));
 }
 
+TEST_F(HostileFilm, that_cannot_be_opened_is_an_error_with_its_reason) {
+    std::filesystem::create_symlink(film(), film());
+    const auto opened = resources_.open("film");
+    ASSERT_FALSE(opened);
+    EXPECT_EQ(opened.error().kind, base::ErrorKind::failed);
+    EXPECT_THAT(opened.error().sentence,
+                testing::EndsWith("film.mp4 cannot be read: Too many levels of symbolic links."));
+}
+
 TEST_F(HostileFilm, that_is_cut_anywhere_is_played_as_far_as_it_goes_or_refused) {
     const std::string tablesBehind = goodFilm();
     const std::string tablesInFront = goodFilm({.flags = "faststart"});
