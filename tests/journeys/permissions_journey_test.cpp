@@ -17,18 +17,21 @@ namespace {
 namespace fs = std::filesystem;
 namespace key = desktop::key;
 using testing::ElementsAre;
-using testing::HasSubstr;
 
 /// A session whose permissions window opens, or not, at the start of the program.
 class Permissions : public testing::Test {
   protected:
     /// The program that opens pages on the desktop notes how it was called.
     Permissions() {
-        const fs::path program = session.desktop().home() / "bin/xdg-open";
-        fs::create_directories(program.parent_path());
-        std::ofstream(program) << "#!/bin/sh\necho \"$@\" >>" << openedFile().string() << "\n";
-        fs::permissions(program, fs::perms::owner_all);
+        fs::create_directories(session.desktop().home() / "bin");
+        install("xdg-open", "echo \"$@\" >>" + openedFile().string());
         session.writeSettings(nlohmann::json::object());
+    }
+    /// A program of the desktop, before any other of its name.
+    void install(const std::string& name, const std::string& script) {
+        const fs::path program = session.desktop().home() / "bin" / name;
+        std::ofstream(program) << "#!/bin/sh\n" << script << "\n";
+        fs::permissions(program, fs::perms::owner_all);
     }
     [[nodiscard]] fs::path openedFile() { return session.desktop().home() / "opened"; }
     [[nodiscard]] fs::path downloads() { return session.desktop().home() / "Downloads"; }
@@ -239,11 +242,40 @@ TEST_F(Permissions, a_file_in_the_place_of_the_downloads_folder_is_not_granted) 
     expectRefused("Files and Folders");
 }
 
+TEST_F(Permissions, on_plasma_the_page_of_the_folders_opens_where_that_is_what_is_missing) {
+    fs::remove(downloads());
+    install("systemsettings", "echo systemsettings \"$@\" >>" + openedFile().string());
+    start({{"XDG_CURRENT_DESKTOP", "KDE"}});
+    panel.waitUntilOpen();
+    session.input().click(panel.settingsButton("Files and Folders").center());
+    EXPECT_EQ(openedPage(), "systemsettings kcm_desktoppaths");
+}
+
+TEST_F(Permissions, the_icon_is_dragged_out_of_the_window_as_the_url_of_the_program) {
+    fs::remove(downloads());
+    start();
+    panel.waitUntilOpen();
+    const auto target = session.desktop().start("drop-target", {LUMAFRAME_TEST_DROP_TARGET});
+    target->waitForLine("ready");
+    session.waitUntilStill();
+    const desktop::Place icon = panel.icon().center();
+    session.input().moveTo(icon);
+    session.input().pressButton();
+    session.input().moveInSteps(icon, {120, 140}, 20);
+    target->waitForLine("entered");
+    session.input().releaseButton();
+    const auto index = target->waitForLine("dropped");
+    EXPECT_EQ(target->outputLines().at(index), std::string("dropped file://") + LUMAFRAME_PROGRAM);
+
+    // The window goes on.
+    fs::create_directory(downloads());
+    session.input().click(panel.action().center());
+    panel.waitForStatus("Files and Folders", "Granted");
+}
+
 TEST_F(Permissions, without_a_browser_the_help_opens_in_a_window_of_the_programs_own) {
     for (const char* name : {"xdg-open", "gio"}) {
-        const fs::path opener = session.desktop().home() / "bin" / name;
-        std::ofstream(opener) << "#!/bin/sh\nexit 3\n";
-        fs::permissions(opener, fs::perms::owner_all);
+        install(name, "exit 3");
     }
     fs::remove(downloads());
     start();

@@ -25,7 +25,7 @@ void PermissionsPanel::waitUntilOpen() {
     session_.waitUntilStill();
 }
 
-std::vector<desktop::Accessible> PermissionsPanel::objects() {
+std::vector<desktop::Accessible> PermissionsPanel::everything() {
     std::vector<desktop::Accessible> found;
     int windowDepth = -1;
     for (desktop::Accessible& object : session_.desktop().accessibles()) {
@@ -35,11 +35,18 @@ std::vector<desktop::Accessible> PermissionsPanel::objects() {
         if (windowDepth < 0 && object.name.starts_with("Permissions")) {
             windowDepth = object.depth;
         }
-        if (windowDepth >= 0 && object.isShowing() &&
-            (object.role == "label" || isButton(object))) {
+        if (windowDepth >= 0 && object.isShowing()) {
             found.push_back(std::move(object));
         }
     }
+    return found;
+}
+
+std::vector<desktop::Accessible> PermissionsPanel::objects() {
+    auto found = everything();
+    std::erase_if(found, [](const desktop::Accessible& object) {
+        return object.role != "label" && !isButton(object);
+    });
     return found;
 }
 
@@ -74,6 +81,15 @@ void PermissionsPanel::waitForAction(const std::string& name) {
     // It may be laid out anew, and takes no click before a person can have seen it.
     session_.waitUntilStill();
     desktop::staysTrue([] { return true; }, std::chrono::milliseconds(400));
+}
+
+desktop::Accessible PermissionsPanel::icon() {
+    for (const desktop::Accessible& object : everything()) {
+        if (object.role == "graphic" && object.name == "Lumaframe") {
+            return object;
+        }
+    }
+    throw std::runtime_error("The permissions window has no icon.");
 }
 
 desktop::Accessible PermissionsPanel::settingsButton(const std::string& permission) {

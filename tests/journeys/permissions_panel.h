@@ -26,10 +26,15 @@ class PermissionsPanel {
     /// The one button below the rows.
     [[nodiscard]] desktop::Accessible action();
     void waitForAction(const std::string& name);
+    /// The application icon, which is there to be dragged.
+    [[nodiscard]] desktop::Accessible icon();
     /// "Open Settings" of a permission that is not granted.
     [[nodiscard]] desktop::Accessible settingsButton(const std::string& permission);
 
   private:
+    /// Everything in the window that is shown.
+    [[nodiscard]] std::vector<desktop::Accessible> everything();
+
     Session& session_;
 };
 
