@@ -143,7 +143,13 @@ TEST_F(Faults, a_full_disk_under_the_log_holds_nothing_up) {
 
 TEST_F(Faults, a_window_manager_that_is_replaced_is_followed) {
     start();
+    const desktop::XClient& client = session.desktop().client();
+    const auto manager = [&] { return client.property(client.root(), "_NET_SUPPORTING_WM_CHECK"); };
+    const auto first = manager();
     auto other = session.desktop().start("openbox-2", {"openbox", "--sm-disable", "--replace"});
+    session.require("The other window manager",
+                    [&] { return manager().has_value() && manager() != first; });
+    desktop::awaitWindowManager(client);
     desktop::TestWindow window(session.desktop().displayName(), {.x = 300, .y = 300});
     window.focus();
     session.waitUntilStill();
