@@ -12,18 +12,10 @@ namespace {
 constexpr double secondaryOpacity = 0.6;
 constexpr double separatorOpacity = 0.1;
 /// How much lighter than the window a card is; on a dark desktop little looks like much.
-constexpr double lightCardShare = 0.65;
-constexpr double darkCardShare = 0.055;
+constexpr float lightCardShare = 0.65F;
+constexpr float darkCardShare = 0.055F;
 /// How many radii before the corner a continuous corner begins.
 constexpr double cornerReach = 1.5;
-
-QColor mixed(const QColor& from, const QColor& to, double share) {
-    const auto channel = [share](float a, float b) {
-        return static_cast<float>(a + (b - a) * share);
-    };
-    return QColor::fromRgbF(channel(from.redF(), to.redF()), channel(from.greenF(), to.greenF()),
-                            channel(from.blueF(), to.blueF()));
-}
 
 bool isDark(const QPalette& palette) {
     return palette.color(QPalette::Window).lightnessF() <
@@ -65,13 +57,10 @@ QColor refusedColor(const QPalette& palette) {
     return isDark(palette) ? QColor(0xff, 0x7b, 0x72) : QColor(0xc9, 0x28, 0x22);
 }
 
-QColor windowMaterial(const QPalette& palette) {
-    return palette.color(QPalette::Window);
-}
-
-QColor cardMaterial(const QPalette& palette) {
-    return mixed(palette.color(QPalette::Window), Qt::white,
-                 isDark(palette) ? darkCardShare : lightCardShare);
+QColor cardTint(const QPalette& palette) {
+    QColor tint(Qt::white);
+    tint.setAlphaF(isDark(palette) ? darkCardShare : lightCardShare);
+    return tint;
 }
 
 QPainterPath continuousRectangle(const QRectF& rectangle, double radius) {

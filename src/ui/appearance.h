@@ -27,13 +27,13 @@ QColor separatorColor(const QPalette& palette);
 /// What the desktop marks a choice with.
 QColor accentColor(const QPalette& palette);
 
-// What is as it should be, and what is not; legible as small text on both materials.
+// What is as it should be, and what is not; legible as small text on windows and cards.
 QColor grantedColor(const QPalette& palette);
 QColor refusedColor(const QPalette& palette);
 
-// Opaque tints in place of translucent materials, which would need a compositor.
-QColor windowMaterial(const QPalette& palette);
-QColor cardMaterial(const QPalette& palette);
+/// What makes a card out of the window's ground, which is the system's: the desktop's colour for
+/// windows, or a material of its own that shines through.
+QColor cardTint(const QPalette& palette);
 
 /// A rectangle with continuous corners, into which the sides bend slowly: each corner is one curve
 /// that begins 1.5 radii before it and goes through the middle of the circular arc. Where the sides

@@ -16,7 +16,7 @@ constexpr double strokeOpacity = 0.15;
 void Card::paintEvent(QPaintEvent* /*event*/) {
     QPainter painter(this);
     painter.setRenderHint(QPainter::Antialiasing);
-    painter.fillPath(continuousRectangle(rect(), cornerRadius_), cardMaterial(palette()));
+    painter.fillPath(continuousRectangle(rect(), cornerRadius_), cardTint(palette()));
     // Inside, where nothing of the stroke is cut off.
     constexpr double inset = strokeWidth / 2;
     const QRectF middle = QRectF(rect()).adjusted(inset, inset, -inset, -inset);

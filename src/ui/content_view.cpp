@@ -1,11 +1,9 @@
 #include "ui/content_view.h"
 
 #include <QHBoxLayout>
-#include <QPainter>
 #include <QShowEvent>
 #include <QVBoxLayout>
 
-#include "ui/appearance.h"
 #include "ui/card.h"
 #include "ui/content_header.h"
 #include "ui/divider.h"
@@ -79,10 +77,6 @@ QWidget* ContentView::makeGeneralSwitches(const Mediator& mediator) {
     stack->addWidget(
         new GeneralSwitches(settings_, {.service = mediator.loginItems, .log = mediator.log}));
     return card;
-}
-
-void ContentView::paintEvent(QPaintEvent* /*event*/) {
-    QPainter(this).fillRect(rect(), windowMaterial(palette()));
 }
 
 void ContentView::showEvent(QShowEvent* event) {

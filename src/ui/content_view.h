@@ -41,7 +41,6 @@ class ContentView final : public QWidget {
     explicit ContentView(const Mediator& mediator);
 
   protected:
-    void paintEvent(QPaintEvent* event) override;
     /// Checks the permissions, in a later turn of the main queue.
     void showEvent(QShowEvent* event) override;
 

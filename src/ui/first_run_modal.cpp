@@ -1,6 +1,5 @@
 #include "ui/first_run_modal.h"
 
-#include <QPainter>
 #include <QShowEvent>
 #include <QVBoxLayout>
 
@@ -83,10 +82,6 @@ void FirstRunModal::showStatus() {
     }
     // The button is chosen anew when it is drawn.
     action_->update();
-}
-
-void FirstRunModal::paintEvent(QPaintEvent* event) {
-    QPainter(this).fillRect(event->rect(), windowMaterial(palette()));
 }
 
 void FirstRunModal::showEvent(QShowEvent* event) {

@@ -27,7 +27,6 @@ class FirstRunModal final : public QWidget {
     explicit FirstRunModal(const Mediator& mediator);
 
   protected:
-    void paintEvent(QPaintEvent* event) override;
     /// Refreshes the status.
     void showEvent(QShowEvent* event) override;
 

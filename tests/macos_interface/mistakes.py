@@ -66,6 +66,8 @@ MISTAKES = [
     ("main_bundle", "textFrom(bundle.bundlePath)", "textFrom(bundle.bundleURL)", "URL for a string"),
     ("macos_platform", ".exists = {},", ".exists = &hideTitleBar,", "hook of another type"),
     ("macos_platform", ".hotKeys = hotKeys_,", ".hotKeys = keyMonitor_,", "adapter of another port"),
+    ("cocoa_windows", "positioned:NSWindowBelow relativeTo:content", "below:content", "selector that does not exist"),
+    ("cocoa_windows", "effect.blendingMode = NSVisualEffectBlendingModeBehindWindow", "effect.blendingMode = NSWindowBelow", "value of another enumeration"),
     ("cocoa_windows", "window.titleVisibility = NSWindowTitleHidden", "window.titleVisibility = NSWindowStyleMaskTitled", "value of another enumeration"),
     # Blocks.
     ("screen_capture_kit_capture_service", "^(CGImageRef image, NSError* error)", "^(NSImage* image, NSError* error)", "block with a wrong parameter"),
@@ -81,7 +83,7 @@ MISTAKES = [
     ("privacy_permissions", "(__bridge CFDictionaryRef)options", "options", "missing bridge cast"),
     ("privacy_permissions", "(__bridge NSString*)kAXTrustedCheckOptionPrompt", "kAXTrustedCheckOptionPrompt", "missing bridge cast"),
     ("screen_capture_kit_capture_service", "return (__bridge SCWindow*)window.backing.get();", "return window.backing.get();", "missing bridge cast"),
-    ("cocoa_windows", "((__bridge NSView*)std::bit_cast<void*>(view)).window", "std::bit_cast<NSView*>(view).window", "missing bridge cast"),
+    ("cocoa_windows", "(__bridge NSView*)std::bit_cast<void*>(view)", "std::bit_cast<NSView*>(view)", "missing bridge cast"),
     ("looping_player_view", "(__bridge void*)coordinator_->view", "coordinator_->view", "missing bridge cast"),
     ("reopening", "@property(nonatomic, copy) void (^onReopen)(void);", "@property(nonatomic, weak) int (^onReopen)(void);", "property of another type"),
     # Availability.

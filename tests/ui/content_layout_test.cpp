@@ -188,6 +188,26 @@ TEST_F(ContentLayout, nothing_is_clipped_or_covers_another_control) {
     }
 }
 
+TEST_F(ContentLayout, a_card_is_a_tint_over_the_ground_of_the_window) {
+    const QColor ground(0x40, 0x80, 0xc0);
+    QPalette palette = view().palette();
+    palette.setColor(QPalette::Window, ground);
+    view().setPalette(palette);
+    const QPoint besideTheCards(2, 2);
+    const QPoint onACard = frame(*all<ui::Card>(view()).front()).topLeft() + QPoint(20, 4);
+
+    const QImage opaque = view().grab().toImage();
+    EXPECT_EQ(opaque.pixelColor(besideTheCards), ground);
+    EXPECT_GT(opaque.pixelColor(onACard).lightness(), ground.lightness());
+
+    // The system's own ground shines through a window that is translucent.
+    view().setAttribute(Qt::WA_TranslucentBackground);
+    const QImage translucent = view().grab().toImage();
+    EXPECT_EQ(translucent.pixelColor(besideTheCards).alpha(), 0);
+    EXPECT_GT(translucent.pixelColor(onACard).alpha(), 0);
+    EXPECT_LT(translucent.pixelColor(onACard).alpha(), 255);
+}
+
 TEST_F(ContentLayout, from_right_to_left_it_is_its_own_mirror_image) {
     const QRect box = frame(named(app::keys::playSounds));
     const QRect folder = frame(named(app::keys::screenshotSavePath));

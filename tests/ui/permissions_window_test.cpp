@@ -309,6 +309,15 @@ TEST_F(PermissionsWindow, an_assistive_program_presses_the_new_button_at_once) {
         runUntil([this] { return world_.settings.boolForKey(app::keys::hasCompletedFirstRun); }));
 }
 
+TEST_F(PermissionsWindow, a_ground_of_the_system_shines_through) {
+    shown();
+    const QPoint beside(4, 4);
+    EXPECT_EQ(window_->grab().toImage().pixelColor(beside),
+              window_->palette().color(QPalette::Window));
+    window_->setAttribute(Qt::WA_TranslucentBackground);
+    EXPECT_EQ(window_->grab().toImage().pixelColor(beside).alpha(), 0);
+}
+
 TEST_F(PermissionsWindow, a_row_opens_its_page_by_the_keyboard) {
     world_.permissions.screenIsAllowed = false;
     shown();

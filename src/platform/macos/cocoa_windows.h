@@ -14,5 +14,8 @@ void activateWindow(std::uintptr_t view);
 void setWindowLevel(std::uintptr_t view, app::WindowLevel level);
 /// The window keeps its buttons and shows neither title nor title bar.
 void hideTitleBar(std::uintptr_t view);
+/// Lets what lies behind the window shine through under its view and its title bar. The view has to
+/// leave its ground clear.
+void showMaterialBehind(std::uintptr_t view);
 
 }  // namespace platform::macos

@@ -131,7 +131,9 @@ MacosPlatform::MacosPlatform(const StartOptions& options)
 std::unique_ptr<QWidget> MacosPlatform::makeWindow(const std::string& sceneId) {
     auto window = scenes_ == nullptr ? nullptr : scenes_->makeWindow(sceneId);
     if (window) {
+        window->setAttribute(Qt::WA_TranslucentBackground);
         hideTitleBar(window->winId());
+        showMaterialBehind(window->winId());
     }
     return window;
 }

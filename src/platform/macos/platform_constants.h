@@ -50,6 +50,9 @@ inline constexpr std::uint32_t notificationOptions = 6;
 /// Accurate (VNRequestTextRecognitionLevel).
 inline constexpr int recognitionLevel = 0;
 
+/// What lies under a window's background (NSVisualEffectMaterial).
+inline constexpr int windowMaterial = 21;
+
 /// No controls (AVPlayerViewControlsStyle).
 inline constexpr int playerControlsStyle = 0;
 

@@ -64,6 +64,10 @@ TEST(PlatformConstants, of_the_panel_are_what_the_window_of_the_overlay_asks_for
     EXPECT_EQ(panel.trackingAreaOptions, panelTrackingOptions);
 }
 
+TEST(PlatformConstants, of_windows_lie_under_their_background) {
+    EXPECT_EQ(windowMaterial, 21);
+}
+
 TEST(PlatformConstants, of_the_ports_are_the_systems_own) {
     EXPECT_EQ(shortcuts::hotKeySignature, hotKeySignature);
     EXPECT_EQ(static_cast<std::uint32_t>(capture::PixelFormat::bgra), capturePixelFormat);

@@ -256,6 +256,8 @@ typedef NS_OPTIONS(NSUInteger, NSTrackingAreaOptions) {
 typedef NS_OPTIONS(NSUInteger, NSAutoresizingMaskOptions) {
     NSViewNotSizable = 0, NSViewMinXMargin = 1, NSViewWidthSizable = 2, NSViewMaxXMargin = 4, NSViewMinYMargin = 8, NSViewHeightSizable = 16, NSViewMaxYMargin = 32
 };
+typedef NS_ENUM(NSInteger, NSWindowOrderingMode) { NSWindowAbove = 1, NSWindowBelow = -1, NSWindowOut = 0 };
+
 @interface NSView : NSResponder
 - (instancetype)initWithFrame:(NSRect)frame NS_DESIGNATED_INITIALIZER;
 - (nullable instancetype)initWithCoder:(NSCoder *)coder NS_DESIGNATED_INITIALIZER;
@@ -275,6 +277,7 @@ typedef NS_OPTIONS(NSUInteger, NSAutoresizingMaskOptions) {
 @property (nullable, copy) NSString *toolTip;
 @property (readonly, copy) NSArray<NSTrackingArea *> *trackingAreas;
 - (void)addSubview:(NSView *)view;
+- (void)addSubview:(NSView *)view positioned:(NSWindowOrderingMode)place relativeTo:(nullable NSView *)otherView;
 - (void)removeFromSuperview;
 - (void)viewDidMoveToWindow;
 - (void)viewWillMoveToWindow:(nullable NSWindow *)window;
@@ -297,6 +300,16 @@ typedef NS_OPTIONS(NSUInteger, NSAutoresizingMaskOptions) {
 - (void)addCursorRect:(NSRect)rect cursor:(NSCursor *)cursor;
 - (void)discardCursorRects;
 - (void)resetCursorRects;
+@end
+
+typedef NS_ENUM(NSInteger, NSVisualEffectMaterial) {
+    NSVisualEffectMaterialTitlebar = 3, NSVisualEffectMaterialSidebar = 7, NSVisualEffectMaterialWindowBackground = 12,
+    NSVisualEffectMaterialUnderWindowBackground = 21
+};
+typedef NS_ENUM(NSInteger, NSVisualEffectBlendingMode) { NSVisualEffectBlendingModeBehindWindow = 0, NSVisualEffectBlendingModeWithinWindow = 1 };
+@interface NSVisualEffectView : NSView
+@property NSVisualEffectMaterial material;
+@property NSVisualEffectBlendingMode blendingMode;
 @end
 
 typedef NS_OPTIONS(NSUInteger, NSWindowStyleMask) {
