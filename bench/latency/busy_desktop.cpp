@@ -1,5 +1,8 @@
 #include "latency/busy_desktop.h"
 
+#include <algorithm>
+#include <fstream>
+#include <stdexcept>
 #include <utility>
 
 namespace latency {
@@ -18,6 +21,14 @@ constexpr const char* files = "ls -la --color=always /usr/bin | head -120; exec 
 
 constexpr auto settling = std::chrono::milliseconds(1500);
 
+/// The keys that close an overlay may reach the page when the overlay has just gone: it must not
+/// close for them.
+void ignoreClosingKeys(const std::filesystem::path& home) {
+    const auto settings = home / ".config/feh";
+    std::filesystem::create_directories(settings);
+    std::ofstream(settings / "keys") << "quit\nclose\n";
+}
+
 }  // namespace
 
 BusyDesktop::BusyDesktop(desktop::DesktopOptions options, const std::filesystem::path& content)
@@ -31,7 +42,18 @@ void BusyDesktop::keep(std::unique_ptr<desktop::Process> started) {
     programs_.push_back(std::move(started));
 }
 
+void BusyDesktop::requireWhole(const std::string& after) const {
+    const bool isWhole = std::ranges::all_of(programs_, [](const auto& program) {
+        return program->isRunning();
+    });
+    if (!isWhole) {
+        throw std::runtime_error("A window of the desktop is gone after " + after +
+                                 ": the programs would not show the same things any more.");
+    }
+}
+
 void BusyDesktop::openWindows(const std::filesystem::path& content) {
+    ignoreClosingKeys(desktop_.home());
     desktop::runToEnd({.command = {"feh", "--no-fehbg", "--bg-fill", content / "wallpaper.jpg"},
                        .environment = desktop_.environment(),
                        .outputFile = desktop_.directory() / "wallpaper"});

@@ -20,6 +20,8 @@ class BusyDesktop {
     [[nodiscard]] desktop::Desktop& get() { return desktop_; }
     /// Starts another program of the person; it stays until the desktop goes.
     void keep(std::unique_ptr<desktop::Process> program);
+    /// Throws std::runtime_error when a program that was started here has ended; `after` says when.
+    void requireWhole(const std::string& after) const;
     [[nodiscard]] std::filesystem::path downloads() const { return desktop_.home() / "Downloads"; }
     /// The processes of the X server and of the compositor, 0 when there is none.
     [[nodiscard]] pid_t serverProcess();

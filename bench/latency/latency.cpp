@@ -149,11 +149,13 @@ void measure(const Arguments& arguments, latency::Samples& samples) {
         for (const auto& program : programs) {
             if (arePeersIn || program->name() == "lumaframe") {
                 runRound(*program, desktop, session, samples);
+                desktop.requireWhole("a round of " + program->name());
             }
         }
         for (const latency::OneShot& shot : shots) {
             if (arePeersIn) {
                 latency::measureOneShot(shot, desktop, samples);
+                desktop.requireWhole("a command of " + shot.program);
             }
         }
     }

@@ -197,7 +197,7 @@ void OverlaySession::measureRelease(Program& program, const std::string& label) 
     const bool isDelivered = watchUntil(
         watches(program), [this] { return files_.closedAt() && clipboard_.receivedAt(); }, limit);
     if (!isDelivered) {
-        samples_.remark(program.name(), "the picture was not delivered completely");
+        samples_.remark(program.name(), "the picture (" + label + ") was not delivered completely");
     }
     rest(pause);
     const std::string& who = program.name();
