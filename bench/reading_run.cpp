@@ -38,6 +38,8 @@ base::Result<Reading> ReadingRun::read(const Sample& sample) {
             return created.error();
         }
         reader = std::move(created.value());
+        // As in the helper, while a person drags.
+        reader->prepare();
     }
     const auto picture = loadPicture(sample.file);
     if (!picture) {

@@ -1,6 +1,9 @@
 #include "platform/tesseract/background_model.h"
 
+#include <atomic>
+
 #include "platform/tesseract/connected_components.h"
+#include "platform/tesseract/thread_pair.h"
 
 namespace platform::tesseract {
 
@@ -33,19 +36,7 @@ BackgroundModel::BackgroundModel(const ColorPlane& page)
     markFlatBlocks(page);
     separateSurfaces(page);
     dropSmallSurfaces();
-    for (int y = 0; y < page.height(); ++y) {
-        const std::uint8_t* isFlat = flat_.row(y);
-        const Color* from = page.row(y);
-        Color* colors = colors_.row(y);
-        std::uint16_t* distances = distances_.row(y);
-        for (int x = 0; x < page.width(); ++x) {
-            if (isFlat[x] != 0) {
-                colors[x] = from[x];
-                distances[x] = 0;
-                hasSurfaces_ = true;
-            }
-        }
-    }
+    takeSurfaces(page);
     if (hasSurfaces_) {
         grow(page);
         spread();
@@ -55,15 +46,25 @@ BackgroundModel::BackgroundModel(const ColorPlane& page)
 }
 
 void BackgroundModel::markFlatBlocks(const ColorPlane& page) {
+    Mask corners(page.width(), page.height());
+    shareBands(page.height(), page.width(),
+               [&](int first, int end) { findCorners(page, first, end, corners); });
+    shareBands(page.height(), page.width(),
+               [&](int first, int end) { fillBlocks(corners, first, end); });
+}
+
+/// The lower right corner of each flat block, of the rows from `first` on.
+void BackgroundModel::findCorners(const ColorPlane& page, int first, int end, Mask& corners) {
     const int width = page.width();
     const auto same = [](Color one, Color other) {
         return one == other || largestDifference(one, other) <= surfaceTolerance;
     };
+    // How many rows a block has so far: whatever is above the height of one makes no difference.
     std::vector<int> rowsBelow(static_cast<std::size_t>(width), 0);
-    for (int y = 0; y < page.height(); ++y) {
+    for (int y = std::max(0, first - (blockHeight - 1)); y < end; ++y) {
         const Color* row = page.row(y);
         const Color* above = page.row(std::max(0, y - 1));
-        std::uint8_t* isCorner = flat_.row(y);
+        std::uint8_t* isCorner = y >= first ? corners.row(y) : nullptr;
         int run = 0;
         for (int x = 0; x < width; ++x) {
             run = x > 0 && same(row[x], row[x - 1]) ? run + 1 : 1;
@@ -73,17 +74,24 @@ void BackgroundModel::markFlatBlocks(const ColorPlane& page) {
                 continue;
             }
             rows = rows > 0 && same(row[x], above[x]) ? rows + 1 : 1;
-            isCorner[x] = rows >= blockHeight ? 1 : 0;
+            if (isCorner != nullptr) {
+                isCorner[x] = rows >= blockHeight ? 1 : 0;
+            }
         }
     }
-    // So far only the lower right corner of each block is marked.
+}
+
+/// All of the blocks with these corners that lies in the rows from `first` on.
+void BackgroundModel::fillBlocks(const Mask& corners, int first, int end) {
+    const int width = corners.width();
     std::vector<int> rowsLeft(static_cast<std::size_t>(width), 0);
-    for (int y = page.height() - 1; y >= 0; --y) {
-        std::uint8_t* row = flat_.row(y);
+    for (int y = std::min(corners.height(), end + blockHeight - 1) - 1; y >= first; --y) {
+        const std::uint8_t* isCorner = corners.row(y);
+        std::uint8_t* row = y < end ? flat_.row(y) : nullptr;
         int columnsLeft = 0;
         for (int x = width - 1; x >= 0; --x) {
             int& rows = rowsLeft[static_cast<std::size_t>(x)];
-            if (row[x] != 0) {
+            if (isCorner[x] != 0) {
                 rows = blockHeight;
             }
             if (rows > 0) {
@@ -92,7 +100,9 @@ void BackgroundModel::markFlatBlocks(const ColorPlane& page) {
             }
             if (columnsLeft > 0) {
                 --columnsLeft;
-                row[x] = 1;
+                if (row != nullptr) {
+                    row[x] = 1;
+                }
             }
         }
     }
@@ -104,7 +114,7 @@ void BackgroundModel::separateSurfaces(const ColorPlane& page) {
         return one != other && distance(one, other) > differentSurfaces;
     };
     const int width = page.width();
-    for (int y = 0; y < page.height(); ++y) {
+    const auto separateRow = [&](int y) {
         const Color* colors = page.row(y);
         const std::uint8_t* isFlat = together.row(y);
         // Above the first row there is nothing to differ from.
@@ -123,7 +133,12 @@ void BackgroundModel::separateSurfaces(const ColorPlane& page) {
                 flat_.at(x, y) = 0;
             }
         }
-    }
+    };
+    shareBands(page.height(), width, [&](int first, int end) {
+        for (int y = first; y < end; ++y) {
+            separateRow(y);
+        }
+    });
 }
 
 void BackgroundModel::dropSmallSurfaces() {
@@ -141,6 +156,30 @@ void BackgroundModel::dropSmallSurfaces() {
                       std::uint8_t{0});
         }
     }
+}
+
+void BackgroundModel::takeSurfaces(const ColorPlane& page) {
+    std::atomic<bool> areThere{false};
+    shareBands(page.height(), page.width(), [&](int first, int end) {
+        bool isThere = false;
+        for (int y = first; y < end; ++y) {
+            const std::uint8_t* isFlat = flat_.row(y);
+            const Color* from = page.row(y);
+            Color* colors = colors_.row(y);
+            std::uint16_t* distances = distances_.row(y);
+            for (int x = 0; x < page.width(); ++x) {
+                if (isFlat[x] != 0) {
+                    colors[x] = from[x];
+                    distances[x] = 0;
+                    isThere = true;
+                }
+            }
+        }
+        if (isThere) {
+            areThere = true;
+        }
+    });
+    hasSurfaces_ = areThere;
 }
 
 // Most of a page lies on a surface from the start: both loops look at the distance of such a pixel

@@ -23,8 +23,11 @@ class BackgroundModel {
 
   private:
     void markFlatBlocks(const ColorPlane& page);
+    static void findCorners(const ColorPlane& page, int first, int end, Mask& corners);
+    void fillBlocks(const Mask& corners, int first, int end);
     void separateSurfaces(const ColorPlane& page);
     void dropSmallSurfaces();
+    void takeSurfaces(const ColorPlane& page);
     void grow(const ColorPlane& page);
     void spread();
     void fillWithCommonestColor(const ColorPlane& page);

@@ -236,6 +236,8 @@ class LSTM : public NetworkBase {
     }
     /// Whether it takes this input, and has made room for what becomes of it.
     [[nodiscard]] bool prepare(const NetworkIO& input, NetworkIO& output) const;
+    /// Those from `first` on, up to `end`.
+    void readRows(const NetworkIO& input, int first, int end, NetworkIO& output) const;
 
     /// The inputs and what was put out last.
     std::int32_t inputsAndStates_;

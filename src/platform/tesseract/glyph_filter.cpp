@@ -1,5 +1,7 @@
 #include "platform/tesseract/glyph_filter.h"
 
+#include "platform/tesseract/thread_pair.h"
+
 namespace platform::tesseract {
 
 namespace {
@@ -14,6 +16,9 @@ constexpr double secondSurfaceShare = 0.15;
 constexpr double sharpness = 0.42;
 /// In letter heights; a dash's ends may be blended away, its long sides are not.
 constexpr double markShare = 0.45;
+
+/// About, of a letter; each is looked at several times.
+constexpr int pixelsOfComponent = 200;
 
 /// In pixels: a cell of the index of components holds a few letters.
 constexpr int cellSize = 32;
@@ -93,12 +98,18 @@ std::vector<Glyph> GlyphFilter::glyphs() const {
     if (letterCount_ == 0) {
         return glyphs;
     }
-    for (std::size_t index = 0; index < components_.all().size(); ++index) {
-        const Component& component = components_.all()[index];
-        if (!isGlyph(component)) {
-            continue;
+    const std::vector<Component>& all = components_.all();
+    std::vector<std::uint8_t> areGlyphs(all.size());
+    shareBands(static_cast<int>(all.size()), pixelsOfComponent, [&](int first, int end) {
+        for (auto index = static_cast<std::size_t>(first); index < static_cast<std::size_t>(end);
+             ++index) {
+            areGlyphs[index] = isGlyph(all[index]) ? 1 : 0;
         }
-        glyphs.push_back({component.box, component.pixelCount, index});
+    });
+    for (std::size_t index = 0; index < all.size(); ++index) {
+        if (areGlyphs[index] != 0) {
+            glyphs.push_back({all[index].box, all[index].pixelCount, index});
+        }
     }
     return glyphs;
 }

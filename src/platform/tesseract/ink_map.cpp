@@ -1,6 +1,7 @@
 #include "platform/tesseract/ink_map.h"
 
 #include "platform/tesseract/connected_components.h"
+#include "platform/tesseract/thread_pair.h"
 
 namespace platform::tesseract {
 
@@ -18,6 +19,8 @@ constexpr double inkShare = 0.35;
 constexpr int weakestInk = 20;
 /// In hundredths of the strongest ink nearby: less than this is no writing but noise.
 constexpr int paleShare = 12;
+/// About, of a letter.
+constexpr int pixelsOfMark = 40;
 
 bool isBetweenSurfaces(const BackgroundModel& background, int x, int y) {
     const ColorPlane& colors = background.colors();
@@ -42,28 +45,60 @@ bool isBetweenSurfaces(const BackgroundModel& background, int x, int y) {
     return false;
 }
 
-/// The strongest ink of each tile.
-InkPlane strongestOfTiles(const InkPlane& ink) {
-    const int columns = (ink.width() + tileWidth - 1) / tileWidth;
-    const int rows = (ink.height() + tileHeight - 1) / tileHeight;
-    InkPlane strongest(columns, rows);
-    for (int y = 0; y < ink.height(); ++y) {
+/// The strongest ink of each tile of one row of them.
+void findStrongest(const InkPlane& ink, int tileRow, InkPlane& strongest) {
+    const int bottom = std::min(ink.height(), (tileRow + 1) * tileHeight);
+    for (int y = tileRow * tileHeight; y < bottom; ++y) {
         const std::uint8_t* row = ink.row(y);
-        for (int column = 0; column < columns; ++column) {
+        for (int column = 0; column < strongest.width(); ++column) {
             const int left = column * tileWidth;
-            std::uint8_t& most = strongest.at(column, y / tileHeight);
+            std::uint8_t& most = strongest.at(column, tileRow);
             most = std::max(
                 most, *std::max_element(row + left, row + std::min(ink.width(), left + tileWidth)));
         }
     }
-    return strongest;
+}
+
+/// What may be ink of the tiles of one row of them.
+void markFaint(const InkPlane& ink, int tileRow, const InkPlane& strongest, Mask& faint) {
+    const int bottom = std::min(ink.height(), (tileRow + 1) * tileHeight);
+    for (int y = tileRow * tileHeight; y < bottom; ++y) {
+        const std::uint8_t* row = ink.row(y);
+        std::uint8_t* isFaint = faint.row(y);
+        for (int column = 0; column < strongest.width(); ++column) {
+            const int share = paleShare * strongest.at(column, tileRow) / 100;
+            const int least = std::max(weakestInk, share);
+            const int right = std::min(ink.width(), (column + 1) * tileWidth);
+            for (int x = column * tileWidth; x < right; ++x) {
+                isFaint[x] = row[x] >= least ? 1 : 0;
+            }
+        }
+    }
+}
+
+/// Takes what is weak beside the rest of its mark out of the mask.
+void thin(const ConnectedComponents& marks, const Component& mark, const InkPlane& ink,
+          const InkPlane& strongest, Mask& mask) {
+    int own = 0;
+    for (const auto* run = marks.runsBegin(mark); run != marks.runsEnd(mark); ++run) {
+        const std::uint8_t* row = ink.row(run->y);
+        own = std::max<int>(own, *std::max_element(row + run->left, row + run->right));
+    }
+    for (const auto* run = marks.runsBegin(mark); run != marks.runsEnd(mark); ++run) {
+        for (int x = run->left; x < run->right; ++x) {
+            const int nearby = strongest.at(x / tileWidth, run->y / tileHeight);
+            if (ink.at(x, run->y) < inkShare * std::min(own, nearby)) {
+                mask.at(x, run->y) = 0;
+            }
+        }
+    }
 }
 
 }  // namespace
 
 InkPlane measureInk(const ColorPlane& page, const BackgroundModel& background) {
     InkPlane ink(page.width(), page.height());
-    for (int y = 0; y < page.height(); ++y) {
+    const auto measureRow = [&](int y) {
         const Color* colors = page.row(y);
         const Color* surfaces = background.colors().row(y);
         const std::uint16_t* distances = background.distances(y);
@@ -82,39 +117,31 @@ InkPlane measureInk(const ColorPlane& page, const BackgroundModel& background) {
             }
             inkOfRow[x] = static_cast<std::uint8_t>(std::min(255, difference / 2));
         }
-    }
+    };
+    shareBands(page.height(), page.width(), [&](int first, int end) {
+        for (int y = first; y < end; ++y) {
+            measureRow(y);
+        }
+    });
     return ink;
 }
 
 Mask binarize(const InkPlane& ink) {
-    const InkPlane strongest = strongestOfTiles(ink);
+    const int tileRows = (ink.height() + tileHeight - 1) / tileHeight;
+    InkPlane strongest((ink.width() + tileWidth - 1) / tileWidth, tileRows);
     Mask faint(ink.width(), ink.height());
-    for (int y = 0; y < ink.height(); ++y) {
-        for (int left = 0; left < ink.width(); left += tileWidth) {
-            const int share = paleShare * strongest.at(left / tileWidth, y / tileHeight) / 100;
-            const int least = std::max(weakestInk, share);
-            for (int x = left; x < std::min(ink.width(), left + tileWidth); ++x) {
-                faint.at(x, y) = ink.at(x, y) >= least ? 1 : 0;
-            }
+    shareBands(tileRows, ink.width() * tileHeight, [&](int first, int end) {
+        for (int tileRow = first; tileRow < end; ++tileRow) {
+            findStrongest(ink, tileRow, strongest);
+            markFaint(ink, tileRow, strongest, faint);
         }
-    }
+    });
     const ConnectedComponents marks(faint);
-    for (const Component& mark : marks.all()) {
-        int own = 0;
-        for (const auto* run = marks.runsBegin(mark); run != marks.runsEnd(mark); ++run) {
-            for (int x = run->left; x < run->right; ++x) {
-                own = std::max<int>(own, ink.at(x, run->y));
-            }
+    shareBands(static_cast<int>(marks.all().size()), pixelsOfMark, [&](int first, int end) {
+        for (int index = first; index < end; ++index) {
+            thin(marks, marks.all()[static_cast<std::size_t>(index)], ink, strongest, faint);
         }
-        for (const auto* run = marks.runsBegin(mark); run != marks.runsEnd(mark); ++run) {
-            for (int x = run->left; x < run->right; ++x) {
-                const int nearby = strongest.at(x / tileWidth, run->y / tileHeight);
-                if (ink.at(x, run->y) < inkShare * std::min(own, nearby)) {
-                    faint.at(x, run->y) = 0;
-                }
-            }
-        }
-    }
+    });
     return faint;
 }
 

@@ -1,11 +1,9 @@
 #include "platform/tesseract/line_crew.h"
 
 #include <algorithm>
-#include <future>
 #include <mutex>
 #include <numeric>
 #include <optional>
-#include <system_error>
 #include <thread>
 
 namespace platform::tesseract {
@@ -42,6 +40,10 @@ class LineQueue {
         begun_ += lengths_[order_[next_]];
         return order_[next_++];
     }
+    [[nodiscard]] bool isEmpty() {
+        const std::scoped_lock lock(mutex_);
+        return next_ == order_.size();
+    }
     [[nodiscard]] bool isLate() const { return isLate_; }
 
   private:
@@ -67,7 +69,10 @@ class LineQueue {
 }  // namespace
 
 LineCrew::LineCrew(std::unique_ptr<LineReader> first, CrewSize size)
-    : first_(std::move(first)), size_(size) {}
+    : first_(std::move(first)),
+      threads_(size == CrewSize::two && std::thread::hardware_concurrency() >= 2
+                   ? std::make_unique<ThreadPair>()
+                   : nullptr) {}
 
 base::Result<std::unique_ptr<LineCrew>> LineCrew::create(const std::vector<std::string>& languages,
                                                          CrewSize size) {
@@ -80,9 +85,14 @@ base::Result<std::unique_ptr<LineCrew>> LineCrew::create(const std::vector<std::
 
 bool LineCrew::wantsTwo(const std::vector<double>& lengths) const {
     const double whole = std::accumulate(lengths.begin(), lengths.end(), 0.0);
-    return size_ == CrewSize::two && lengths.size() >= 2 &&
-           std::thread::hardware_concurrency() >= 2 &&
+    return threads_ != nullptr && lengths.size() >= 2 &&
            (second_ != nullptr || whole >= worthSecondEngine);
+}
+
+void LineCrew::complete() {
+    if (threads_ != nullptr && second_ == nullptr) {
+        second_ = first_->another();
+    }
 }
 
 base::Result<std::vector<LineReading>> LineCrew::readAll(const std::vector<double>& lengths,
@@ -95,25 +105,19 @@ base::Result<std::vector<LineReading>> LineCrew::readAll(const std::vector<doubl
             readings[*line] = readLine(reader, *line);
         }
     };
-    std::future<void> helping;
-    if (wantsTwo(lengths)) {
-        try {
-            helping = std::async(std::launch::async, [&] {
-                if (second_ == nullptr) {
-                    second_ = first_->another();
-                }
-                if (second_ != nullptr) {
-                    work(*second_);
-                }
-            });
-        } catch (const std::system_error&) {
-            // There is no thread to be had: this one reads them all.
+    const ThreadPair::Use use(threads_.get());
+    shareParts(wantsTwo(lengths) ? 2 : 1, [&](int part) {
+        if (part == 0) {
+            work(*first_);
+            return;
         }
-    }
-    work(*first_);
-    if (helping.valid()) {
-        helping.get();
-    }
+        if (!queue.isEmpty()) {
+            complete();
+        }
+        if (second_ != nullptr) {
+            work(*second_);
+        }
+    });
     if (queue.isLate()) {
         return base::Error{base::ErrorKind::failed,
                            "The picture holds more text than can be recognised in time; select a "

@@ -8,6 +8,7 @@
 
 #include "base/result.h"
 #include "platform/tesseract/line_reader.h"
+#include "platform/tesseract/thread_pair.h"
 
 namespace platform::tesseract {
 
@@ -32,6 +33,8 @@ class LineCrew {
                                                    const ReadLine& readLine,
                                                    std::chrono::milliseconds limit);
 
+    /// Loads the second engine now, for pages that are worth it; not where one thread reads.
+    void complete();
     /// Whether the second engine is loaded.
     [[nodiscard]] bool isComplete() const { return second_ != nullptr; }
 
@@ -40,6 +43,9 @@ class LineCrew {
     /// engine first, and with half of it afterwards.
     static constexpr double worthSecondEngine = 100;
 
+    /// The thread of the second engine; null where one thread reads. This crew's own.
+    [[nodiscard]] ThreadPair* threads() const { return threads_.get(); }
+
   private:
     LineCrew(std::unique_ptr<LineReader> first, CrewSize size);
 
@@ -47,7 +53,7 @@ class LineCrew {
 
     std::unique_ptr<LineReader> first_;
     std::unique_ptr<LineReader> second_;
-    CrewSize size_;
+    std::unique_ptr<ThreadPair> threads_;
 };
 
 }  // namespace platform::tesseract

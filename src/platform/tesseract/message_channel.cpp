@@ -162,9 +162,9 @@ std::variant<Message, ChannelFailure> MessageChannel::receive(const Deadline& de
     return message;
 }
 
-bool MessageChannel::hasInput() const {
+bool MessageChannel::hasInput(std::chrono::milliseconds wait) const {
     pollfd watched{socket_.number(), POLLIN, 0};
-    return ::poll(&watched, 1, 0) != 0;
+    return ::poll(&watched, 1, static_cast<int>(wait.count())) != 0;
 }
 
 }  // namespace platform::tesseract

@@ -47,8 +47,8 @@ class MessageChannel {
     std::optional<ChannelFailure> send(const std::string& message, const Deadline& deadline,
                                        int attached = -1);
     std::variant<Message, ChannelFailure> receive(const Deadline& deadline);
-    /// Whether the other side has sent something, or closed its end.
-    [[nodiscard]] bool hasInput() const;
+    /// Whether the other side has sent something, or closed its end; by the end of `wait`.
+    [[nodiscard]] bool hasInput(std::chrono::milliseconds wait = {}) const;
 
   private:
     std::optional<ChannelFailure> waitFor(short events, const Deadline& deadline) const;

@@ -10,6 +10,7 @@
 #include "platform/tesseract/line_finder.h"
 #include "platform/tesseract/line_ground.h"
 #include "platform/tesseract/rules.h"
+#include "platform/tesseract/thread_pair.h"
 
 namespace platform::tesseract {
 
@@ -31,6 +32,9 @@ bool isNoise(const ConnectedComponents& components, std::size_t glyphCount, doub
             static_cast<double>(letters) <
                 fewestLetters * static_cast<double>(components.all().size()));
 }
+
+/// About, of a line.
+constexpr int pixelsOfLine = 6000;
 
 /// Rows of nothing but dots and dashes no wider than a letter.
 bool isSpecks(const TextLine& line, double letterHeight) {
@@ -74,9 +78,13 @@ PageAnalysis::PageAnalysis(const base::Image& image) {
     std::erase_if(lines_, [this](const TextLine& line) { return isSpecks(line, letterHeight_); });
     metrics_ = measureLines(lines_, letterHeight_, typeface());
     pitches_ = pitchesOf(lines_, pitch_, letterHeight_);
-    for (const TextLine& line : lines_) {
-        grounds_.push_back(flatShareAround(line, background, mask));
-    }
+    grounds_.resize(lines_.size());
+    shareBands(static_cast<int>(lines_.size()), pixelsOfLine, [&](int first, int end) {
+        for (auto index = static_cast<std::size_t>(first); index < static_cast<std::size_t>(end);
+             ++index) {
+            grounds_[index] = flatShareAround(lines_[index], background, mask);
+        }
+    });
 }
 
 }  // namespace platform::tesseract

@@ -1,16 +1,20 @@
 #include "platform/tesseract/page_planes.h"
 
+#include "platform/tesseract/thread_pair.h"
+
 namespace platform::tesseract {
 
 ColorPlane colorsOf(const base::Image& image) {
     ColorPlane colors(image.width(), image.height());
-    for (int y = 0; y < image.height(); ++y) {
-        const std::uint8_t* source = image.row(y);
-        Color* destination = colors.row(y);
-        for (int x = 0; x < image.width(); ++x, source += 4) {
-            destination[x] = {source[2], source[1], source[0]};
+    shareBands(image.height(), image.width(), [&](int first, int end) {
+        for (int y = first; y < end; ++y) {
+            const std::uint8_t* source = image.row(y);
+            Color* destination = colors.row(y);
+            for (int x = 0; x < image.width(); ++x, source += 4) {
+                destination[x] = {source[2], source[1], source[0]};
+            }
         }
-    }
+    });
     return colors;
 }
 

@@ -1,6 +1,7 @@
 #include "platform/tesseract/rules.h"
 
 #include "platform/tesseract/connected_components.h"
+#include "platform/tesseract/thread_pair.h"
 
 namespace platform::tesseract {
 
@@ -44,8 +45,9 @@ bool isSet(const Mask& mask, int x, int y) {
 
 Rules::Rules(const Mask& mask, double letterHeight, double capitalHeight)
     : letterHeight_(letterHeight) {
-    findLying(mask, letterHeight);
-    findUpright(mask, letterHeight, capitalHeight);
+    shareParts(2, [&](int part) {
+        part == 0 ? findUpright(mask, letterHeight, capitalHeight) : findLying(mask, letterHeight);
+    });
 }
 
 void Rules::findLying(const Mask& mask, double letterHeight) {
@@ -97,19 +99,25 @@ void Rules::findUpright(const Mask& mask, double letterHeight, double capitalHei
 }
 
 void Rules::removeFrom(Mask& mask, InkPlane& ink) const {
+    if (isEmpty()) {
+        return;
+    }
     Plane<Removal> removals = marked(mask.width(), mask.height());
     const Mask before = mask;
-    for (int y = 0; y < mask.height(); ++y) {
-        for (int x = 0; x < mask.width(); ++x) {
-            Removal& removal = removals.at(x, y);
-            if (removal == Removal::lying && isCrossed(before, removals, x, y)) {
-                removal = Removal::crossed;
-            } else if (removal != Removal::none) {
-                mask.at(x, y) = 0;
-                ink.at(x, y) = 0;
+    // What becomes of a pixel goes by those of its column, from the top.
+    shareBands(mask.width(), mask.height(), [&](int left, int right) {
+        for (int y = 0; y < mask.height(); ++y) {
+            for (int x = left; x < right; ++x) {
+                Removal& removal = removals.at(x, y);
+                if (removal == Removal::lying && isCrossed(before, removals, x, y)) {
+                    removal = Removal::crossed;
+                } else if (removal != Removal::none) {
+                    mask.at(x, y) = 0;
+                    ink.at(x, y) = 0;
+                }
             }
         }
-    }
+    });
     removeCrumbs(removals, mask, ink);
 }
 

@@ -98,6 +98,7 @@ base::Result<std::vector<capture::TextObservation>> ScreenTextReader::read(
                            "The picture is too large for its text to be recognised"};
     }
     const auto time = longestReading(pixelCount);
+    const ThreadPair::Use use(crew_->threads());
     auto lines = readOneSize(image, {0, time});
     if (!lines) {
         return lines.error();

@@ -20,9 +20,13 @@ namespace {
 /// this is a fault, and ends this process instead of filling the machine.
 constexpr unsigned long long memoryGrowth = 3ULL << 30U;
 
+/// The helper is started when the overlay opens, and nobody has dragged before this has gone. A
+/// picture that comes earlier was waiting for the helper.
+constexpr std::chrono::milliseconds soonestDrag{50};
+
 enum ExitStatus { socketClosed = 0, couldNotStart = 2, badMessage = 3 };
 
-base::Result<ReadText> load(const std::string& languages, const LoadEngine& loadEngine) {
+base::Result<TextEngine> load(const std::string& languages, const LoadEngine& loadEngine) {
     if (auto status = helper::confineToReading(); !status) {
         return status.error();
     }
@@ -31,14 +35,14 @@ base::Result<ReadText> load(const std::string& languages, const LoadEngine& load
     for (std::string name; std::getline(joined, name, '+');) {
         names.push_back(name);
     }
-    auto readText = loadEngine(names);
-    if (!readText) {
-        return readText.error();
+    auto engine = loadEngine(names);
+    if (!engine) {
+        return engine.error();
     }
     if (auto status = helper::confineToComputing(memoryGrowth); !status) {
         return status.error();
     }
-    return readText;
+    return engine;
 }
 
 /// The engine may throw when the memory limit is reached; nobody above could use more than a
@@ -56,7 +60,19 @@ std::string answer(const ReadText& readText, std::uint32_t serial, const base::I
     }
 }
 
-int serve(MessageChannel& channel, const ReadText& readText) {
+void prepareForLongPages(const MessageChannel& channel, const TextEngine& engine) {
+    if (!engine.prepare || channel.hasInput(soonestDrag)) {
+        return;
+    }
+    try {
+        engine.prepare();
+    } catch (const std::exception&) {
+        // It is tried again, and told, when there is such a page.
+    }
+}
+
+int serve(MessageChannel& channel, const TextEngine& engine) {
+    prepareForLongPages(channel, engine);
     for (;;) {
         auto received = channel.receive(std::nullopt);
         if (const auto* failure = std::get_if<ChannelFailure>(&received)) {
@@ -68,7 +84,7 @@ int serve(MessageChannel& channel, const ReadText& readText) {
             return badMessage;
         }
         const auto image = mapSealedPicture(message.descriptor, *shape);
-        const std::string reply = image ? answer(readText, message.header.serial, image.value())
+        const std::string reply = image ? answer(engine.read, message.header.serial, image.value())
                                         : encodeFailure(message.header.serial, image.error());
         if (channel.send(reply, std::nullopt)) {
             return socketClosed;
@@ -82,15 +98,15 @@ int serve(MessageChannel& channel, const ReadText& readText) {
 
 int runTextHelper(const std::string& languages, const LoadEngine& loadEngine) {
     MessageChannel channel(OwnedDescriptor(helperSocketDescriptor), Attachment::oneDescriptor);
-    const auto readText = load(languages, loadEngine);
-    if (!readText) {
-        channel.send(encodeFailure(0, readText.error()), std::nullopt);
+    const auto engine = load(languages, loadEngine);
+    if (!engine) {
+        channel.send(encodeFailure(0, engine.error()), std::nullopt);
         return couldNotStart;
     }
     if (channel.send(encodeReady(), std::nullopt)) {
         return socketClosed;
     }
-    return serve(channel, readText.value());
+    return serve(channel, engine.value());
 }
 
 }  // namespace platform::tesseract

@@ -13,8 +13,15 @@ namespace platform::tesseract {
 /// Reads one picture.
 using ReadText =
     std::function<base::Result<std::vector<capture::TextObservation>>(const base::Image&)>;
-/// Loads the engine with the data of these languages, and gives what reads with it.
-using LoadEngine = std::function<base::Result<ReadText>(const std::vector<std::string>& languages)>;
+struct TextEngine {
+    ReadText read;
+    /// Makes ready for long pages what short ones do without; called while no picture waits, once,
+    /// after all rights are given up. May be empty.
+    std::function<void()> prepare;
+};
+/// Loads the engine with the data of these languages.
+using LoadEngine =
+    std::function<base::Result<TextEngine>(const std::vector<std::string>& languages)>;
 
 /// The recognition helper from its start to its end: gives up its rights, loads the engine, gives
 /// up the rest, and answers pictures over the socket that it was started with until that closes.

@@ -7,17 +7,18 @@
 
 namespace {
 
-using platform::tesseract::ReadText;
 using platform::tesseract::ScreenTextReader;
+using platform::tesseract::TextEngine;
 
-base::Result<ReadText> loadReader(const std::vector<std::string>& languages) {
+base::Result<TextEngine> loadReader(const std::vector<std::string>& languages) {
     auto reader = ScreenTextReader::create(languages);
     if (!reader) {
         return reader.error();
     }
     // Shared, since a function object has to be copyable.
     const std::shared_ptr<ScreenTextReader> shared = std::move(reader.value());
-    return ReadText([shared](const base::Image& image) { return shared->read(image); });
+    return TextEngine{[shared](const base::Image& image) { return shared->read(image); },
+                      [shared] { shared->prepare(); }};
 }
 
 }  // namespace

@@ -190,12 +190,12 @@ Lines attemptsWhileLoading() {
     return lines;
 }
 
-base::Result<platform::tesseract::ReadText> load(const Lines& languages) {
+base::Result<platform::tesseract::TextEngine> load(const Lines& languages) {
     Lines lines = attemptsWhileLoading();
     for (const std::string& language : languages) {
         lines.push_back("language " + language);
     }
-    return platform::tesseract::ReadText(
+    return platform::tesseract::TextEngine{
         [lines](const base::Image& image) -> base::Result<std::vector<capture::TextObservation>> {
             Lines all = lines;
             all.push_back("pixel " + std::to_string(image.row(0)[0]));
@@ -207,7 +207,8 @@ base::Result<platform::tesseract::ReadText> load(const Lines& languages) {
                 observations.push_back({{std::move(line)}});
             }
             return observations;
-        });
+        },
+        {}};
 }
 
 }  // namespace

@@ -11,6 +11,7 @@
 #include "picture_set.h"
 #include "platform/tesseract/line_reader.h"
 #include "platform/tesseract/screen_text_reader.h"
+#include "platform/tesseract/thread_pair.h"
 
 namespace platform::tesseract {
 
@@ -27,7 +28,8 @@ class EngineLayers : public OwnParts, public ::testing::WithParamInterface<Curve
 INSTANTIATE_TEST_SUITE_P(Loops, EngineLayers, bothLoops, loopsName);
 
 /// In pixels; the narrowest and lowest there are, and odd ones.
-constexpr std::pair<int, int> sizes[] = {{1, 1}, {2, 7}, {5, 2}, {1, 36}, {83, 1}, {17, 12}};
+constexpr std::pair<int, int> sizes[] = {{1, 1},  {2, 7},   {5, 2},  {1, 36},
+                                         {83, 1}, {17, 12}, {12, 83}};
 
 /// Of each layer, how many calls were taken on this thread.
 std::array<long, engineLayerCount> takenByEach() {
@@ -148,6 +150,15 @@ TEST_P(EngineLayers, memories_remember_as_the_engines_own) {
             MadeLayer layer = madeMemory(inputs, states, kind);
             expectSame(EngineLayer::memory, layer, inputs);
         }
+    }
+}
+
+TEST_P(EngineLayers, memories_whose_rows_two_threads_read_remember_as_the_engines_own) {
+    ThreadPair pair;
+    const ThreadPair::Use use(&pair);
+    for (const LayerKind kind : {LayerKind::memory, LayerKind::summary}) {
+        MadeLayer layer = madeMemory(16, 48, kind);
+        expectSame(EngineLayer::memory, layer, 16);
     }
 }
 

@@ -1,0 +1,167 @@
+#include "platform/tesseract/thread_pair.h"
+
+#include <algorithm>
+#include <cstdint>
+#include <system_error>
+
+namespace platform::tesseract {
+
+namespace {
+
+thread_local ThreadPair* current = nullptr;
+
+/// To wake a sleeping thread takes longer than most steps of an analysis, which follow each other
+/// closely: so many looks, some 20 microseconds, before it sleeps.
+constexpr int looks = 500;
+
+void lookAgainLater() {
+#if defined(__x86_64__)
+    __builtin_ia32_pause();
+#else
+    std::this_thread::yield();
+#endif
+}
+
+/// A step takes some nanoseconds for each pixel; less than this is done before the other thread has
+/// come.
+constexpr std::int64_t smallestBand = 12000;
+/// More than two: whoever comes late, or is held up, leaves the rest to the other.
+constexpr std::int64_t mostBands = 8;
+
+}  // namespace
+
+ThreadPair::Use::Use(ThreadPair* pair) : before_(current) {
+    current = pair;
+}
+
+ThreadPair::Use::~Use() {
+    current = before_;
+}
+
+ThreadPair::~ThreadPair() {
+    {
+        const Lock lock(mutex_);
+        isEnding_ = true;
+        announce();
+    }
+    if (thread_.joinable()) {
+        thread_.join();
+    }
+}
+
+void ThreadPair::share(int parts, const std::function<void(int)>& work) {
+    Lock lock(mutex_);
+    Job job{work, parts, 0, 0, nullptr};
+    if (parts > 1 && isStarted()) {
+        jobs_.push_back(&job);
+        announce();
+    }
+    doParts(job, lock);
+    while (job.running > 0) {
+        if (Job* newer = openAfter(&job)) {
+            doParts(*newer, lock);
+        } else {
+            awaitChange(lock);
+        }
+    }
+    std::erase(jobs_, &job);
+    if (job.failure) {
+        std::rethrow_exception(job.failure);
+    }
+}
+
+bool ThreadPair::isStarted() {
+    if (!thread_.joinable()) {
+        try {
+            thread_ = std::thread([this] { standBy(); });
+        } catch (const std::system_error&) {
+            return false;
+        }
+    }
+    return true;
+}
+
+void ThreadPair::standBy() {
+    const Use use(this);
+    Lock lock(mutex_);
+    while (!isEnding_) {
+        if (Job* job = openAfter(nullptr)) {
+            doParts(*job, lock);
+        } else {
+            awaitChange(lock);
+        }
+    }
+}
+
+void ThreadPair::doParts(Job& job, Lock& lock) {
+    while (job.next < job.parts) {
+        const int part = job.next++;
+        ++job.running;
+        lock.unlock();
+        std::exception_ptr failure;
+        try {
+            job.work(part);
+        } catch (...) {
+            failure = std::current_exception();
+        }
+        lock.lock();
+        --job.running;
+        if (failure) {
+            job.failure = failure;
+            job.next = job.parts;
+        }
+    }
+    if (job.running == 0) {
+        announce();
+    }
+}
+
+ThreadPair::Job* ThreadPair::openAfter(const Job* job) {
+    const auto own = std::find(jobs_.begin(), jobs_.end(), job);
+    const auto first = own == jobs_.end() ? jobs_.begin() : own + 1;
+    const auto open =
+        std::find_if(std::make_reverse_iterator(jobs_.end()), std::make_reverse_iterator(first),
+                     [](const Job* other) { return other->next < other->parts; });
+    return open == std::make_reverse_iterator(first) ? nullptr : *open;
+}
+
+void ThreadPair::announce() {
+    changes_.fetch_add(1, std::memory_order_relaxed);
+    changed_.notify_one();
+}
+
+void ThreadPair::awaitChange(Lock& lock) {
+    const unsigned seen = changes_.load(std::memory_order_relaxed);
+    lock.unlock();
+    for (int look = 0; look < looks && changes_.load(std::memory_order_relaxed) == seen; ++look) {
+        lookAgainLater();
+    }
+    lock.lock();
+    changed_.wait(lock, [&] { return changes_.load(std::memory_order_relaxed) != seen; });
+}
+
+void shareParts(int parts, const std::function<void(int)>& work) {
+    if (current != nullptr && parts > 1) {
+        current->share(parts, work);
+        return;
+    }
+    for (int part = 0; part < parts; ++part) {
+        work(part);
+    }
+}
+
+void shareBands(int count, int pixelsEach, const std::function<void(int, int)>& work) {
+    const std::int64_t things = count;
+    const std::int64_t most = std::min(mostBands, things);
+    const std::int64_t bands = std::min(things * pixelsEach / smallestBand, most);
+    if (current == nullptr || bands < 2) {
+        work(0, count);
+        return;
+    }
+    shareParts(static_cast<int>(bands), [&](int band) {
+        work(static_cast<int>(things * band / bands),
+             static_cast<int>(things * (band + 1) / bands));
+    });
+}
+
+}  // namespace platform::tesseract
