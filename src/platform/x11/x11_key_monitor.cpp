@@ -84,7 +84,8 @@ Connection::EventVerdict X11KeyMonitor::handle(const xcb_generic_event_t& event)
             return handlePress(reinterpret_cast<const xcb_key_press_event_t&>(event),
                                event.full_sequence);
         case XCB_KEY_RELEASE:
-            return handleRelease(reinterpret_cast<const xcb_key_release_event_t&>(event));
+            return handleRelease(reinterpret_cast<const xcb_key_release_event_t&>(event),
+                                 event.full_sequence);
         case XCB_FOCUS_IN:
             handleFocusIn(reinterpret_cast<const xcb_focus_in_event_t&>(event));
             return Connection::EventVerdict::pass;
@@ -98,6 +99,9 @@ Connection::EventVerdict X11KeyMonitor::handle(const xcb_generic_event_t& event)
 
 Connection::EventVerdict X11KeyMonitor::handlePress(const xcb_key_press_event_t& event,
                                                     std::uint32_t fullSequence) {
+    if (isForSomebodyElse(fullSequence)) {
+        return Connection::EventVerdict::consumed;
+    }
     if (swallowed_.isRepeat(event, fullSequence)) {
         swallowed_.add(event.detail);
         return Connection::EventVerdict::consumed;
@@ -121,7 +125,11 @@ Connection::EventVerdict X11KeyMonitor::handlePress(const xcb_key_press_event_t&
     return verdictOf(verdict);
 }
 
-Connection::EventVerdict X11KeyMonitor::handleRelease(const xcb_key_release_event_t& event) {
+Connection::EventVerdict X11KeyMonitor::handleRelease(const xcb_key_release_event_t& event,
+                                                      std::uint32_t fullSequence) {
+    if (isForSomebodyElse(fullSequence)) {
+        return Connection::EventVerdict::pass;
+    }
     if (swallowed_.release(event.detail, event.time)) {
         mainQueue_.post([weak = std::weak_ptr(self_)] {
             if (const auto self = weak.lock()) {
@@ -158,6 +166,11 @@ void X11KeyMonitor::handleFocusOut(const xcb_focus_out_event_t& event) {
     // Their releases go to somebody else from here on.
     swallowed_.clear();
     follow();
+}
+
+bool X11KeyMonitor::isForSomebodyElse(std::uint32_t fullSequence) const {
+    return focusWindow_ == XCB_WINDOW_NONE && lateUngrab_ &&
+           static_cast<std::int32_t>(fullSequence - *lateUngrab_) < 0;
 }
 
 shortcuts::KeyVerdict X11KeyMonitor::ask(const shortcuts::KeyEvent& event) {
@@ -202,9 +215,10 @@ void X11KeyMonitor::follow() {
             grabWindow_ = focusWindow_;
         }
     } else if (grabWindow_ != XCB_WINDOW_NONE && !swallowed_.isAnyDown()) {
-        xcb_ungrab_keyboard(toolkit_, XCB_CURRENT_TIME);
+        const auto ungrab = xcb_ungrab_keyboard(toolkit_, XCB_CURRENT_TIME);
         xcb_flush(toolkit_);
         grabWindow_ = XCB_WINDOW_NONE;
+        lateUngrab_ = hasFocus ? std::nullopt : std::optional(ungrab.sequence);
     }
 }
 

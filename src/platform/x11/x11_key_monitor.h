@@ -6,6 +6,7 @@
 #include <functional>
 #include <map>
 #include <memory>
+#include <optional>
 
 #include "base/main_queue.h"
 #include "platform/x11/connection.h"
@@ -22,7 +23,8 @@ namespace platform::x11 {
 /// keyboard: no key grab fires then, of this program or of another one. The grab belongs to the
 /// toolkit's connection, so that a key that passes goes the usual way, and its window is the one
 /// with the focus, so that for the toolkit the focus stays where it is. It is let go at once when
-/// the focus leaves the window; after the last monitor, as soon as the keys that it swallowed are
+/// the focus leaves the window, and what was pressed in between was for somebody else and is told
+/// to nobody; after the last monitor, as soon as the keys that it swallowed are
 /// up.
 ///
 /// While another program holds the keyboard no key comes at all. Its end is told as a FocusIn, and
@@ -51,9 +53,12 @@ class X11KeyMonitor final : public shortcuts::KeyMonitor {
 
     Connection::EventVerdict handlePress(const xcb_key_press_event_t& event,
                                          std::uint32_t fullSequence);
-    Connection::EventVerdict handleRelease(const xcb_key_release_event_t& event);
+    Connection::EventVerdict handleRelease(const xcb_key_release_event_t& event,
+                                           std::uint32_t fullSequence);
     void handleFocusIn(const xcb_focus_in_event_t& event);
     void handleFocusOut(const xcb_focus_out_event_t& event);
+    /// Whether a key came here only because the keyboard was still held after the focus had left.
+    [[nodiscard]] bool isForSomebodyElse(std::uint32_t fullSequence) const;
     shortcuts::KeyVerdict ask(const shortcuts::KeyEvent& event);
     shortcuts::KeyVerdict tellFlags(std::uint32_t keyCode);
     void remove(MonitorID monitor);
@@ -75,6 +80,8 @@ class X11KeyMonitor final : public shortcuts::KeyMonitor {
     xcb_window_t focusWindow_ = XCB_WINDOW_NONE;
     /// The window that holds the keyboard.
     xcb_window_t grabWindow_ = XCB_WINDOW_NONE;
+    /// The request that let the keyboard go when the focus had left.
+    std::optional<std::uint32_t> lateUngrab_;
 };
 
 }  // namespace platform::x11

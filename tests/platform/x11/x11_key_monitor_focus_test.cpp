@@ -32,6 +32,22 @@ TEST_F(X11KeyMonitorFocusTest, the_keyboard_is_let_go_at_once_when_the_focus_lea
     EXPECT_THAT(keyDowns(), SizeIs(1));
 }
 
+TEST_F(X11KeyMonitorFocusTest, a_key_that_follows_the_leaving_focus_at_once_is_not_taken_for_ours) {
+    auto other = makeOtherWindow();
+    watch(KeyVerdict::pass);
+    other.focus();
+    // Nothing has told the monitor yet, and its window still holds the keyboard.
+    chord({key::leftSuper, key::a});
+    EXPECT_THAT(events_, IsEmpty());
+    EXPECT_THAT(window_.takePresses(), IsEmpty());
+    chord({key::a});
+    EXPECT_THAT(other.takeKeys(), ElementsAre(key::a));
+    window_.takeFocus();
+    chord({key::a});
+    EXPECT_THAT(keyDowns(), SizeIs(1));
+    EXPECT_THAT(window_.takePresses(), ElementsAre(key::a));
+}
+
 TEST_F(X11KeyMonitorFocusTest, a_key_held_while_the_focus_leaves_is_not_waited_for) {
     auto other = makeOtherWindow();
     record();
