@@ -52,9 +52,16 @@ Picture readDrawable(const XClient& client, xcb_drawable_t drawable, int x, int 
         xcb_get_image(client.get(), XCB_IMAGE_FORMAT_Z_PIXMAP, drawable,
                       static_cast<std::int16_t>(x), static_cast<std::int16_t>(y),
                       static_cast<std::uint16_t>(width), static_cast<std::uint16_t>(height), ~0U);
-    const Reply<xcb_get_image_reply_t> reply(xcb_get_image_reply(client.get(), cookie, nullptr));
+    xcb_generic_error_t* refused = nullptr;
+    const Reply<xcb_get_image_reply_t> reply(xcb_get_image_reply(client.get(), cookie, &refused));
+    const Reply<xcb_generic_error_t> error(refused);
     if (!reply) {
-        throw std::runtime_error("The screen could not be read.");
+        char text[120];
+        std::snprintf(text, sizeof text,
+                      "%d x %d pixels at (%d, %d) of %x could not be read: %s %d.", width, height,
+                      x, y, drawable, error ? "error" : "connection lost,",
+                      error ? error->error_code : xcb_connection_has_error(client.get()));
+        throw std::runtime_error(text);
     }
     Picture picture{width, height, {}};
     picture.pixels.resize(static_cast<std::size_t>(width) * static_cast<std::size_t>(height));

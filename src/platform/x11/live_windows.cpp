@@ -8,6 +8,7 @@
 #include <utility>
 
 #include "platform/x11/compositor.h"
+#include "platform/x11/native_region.h"
 
 namespace platform::x11 {
 
@@ -34,16 +35,6 @@ bool overlap(const NativeRect& first, const NativeRect& second) {
 
 bool holdsAll(const NativeRect& outer, const NativeRect& inner) {
     return intersection(outer, inner) == inner;
-}
-
-NativeRect boundingBox(const NativeRect& first, const NativeRect& second) {
-    if (first.isEmpty()) {
-        return second;
-    }
-    const auto left = std::min(first.x, second.x);
-    const auto top = std::min(first.y, second.y);
-    return {left, top, std::max(first.x + first.width, second.x + second.width) - left,
-            std::max(first.y + first.height, second.y + second.height) - top};
 }
 
 }  // namespace

@@ -17,6 +17,16 @@ NativeRect intersection(const NativeRect& first, const NativeRect& second) {
     return {left, top, right - left, bottom - top};
 }
 
+NativeRect boundingBox(const NativeRect& first, const NativeRect& second) {
+    if (first.isEmpty() || second.isEmpty()) {
+        return first.isEmpty() ? second : first;
+    }
+    const auto left = std::min(first.x, second.x);
+    const auto top = std::min(first.y, second.y);
+    return {left, top, std::max(first.x + first.width, second.x + second.width) - left,
+            std::max(first.y + first.height, second.y + second.height) - top};
+}
+
 NativeRegion::NativeRegion(const std::vector<NativeRect>& rects) {
     std::copy_if(rects.begin(), rects.end(), std::back_inserter(parts_),
                  [](const NativeRect& rect) { return !rect.isEmpty(); });

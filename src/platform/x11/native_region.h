@@ -9,6 +9,9 @@ namespace platform::x11 {
 /// The common part of two rectangles; zeros when there is none.
 [[nodiscard]] NativeRect intersection(const NativeRect& first, const NativeRect& second);
 
+/// The smallest rectangle that holds both; an empty one counts for nothing.
+[[nodiscard]] NativeRect boundingBox(const NativeRect& first, const NativeRect& second);
+
 /// A set of pixels that only gets smaller: what is left of some rectangles after others were taken
 /// away.
 class NativeRegion {

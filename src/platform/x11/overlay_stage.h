@@ -61,6 +61,9 @@ class OverlayStage {
     /// To be asked before each painting of a mapped window, the answer to be kept to. A window that
     /// never asked holds nothing that a capture would have to wait for.
     [[nodiscard]] virtual PaintPermission requestPaint(xcb_window_t window) = 0;
+    /// The requests sent so far paint `area`, in the window's own pixels: to be told after each
+    /// painting that was granted.
+    virtual void windowPainted(xcb_window_t window, const NativeRect& area) = 0;
     /// The overlay is done with the window: it is cleared to transparent at once (live), takes no
     /// more input, and is destroyed when the screen has repainted (live) or at once (frozen). The
     /// window is no longer the caller's. Live windows need the background pixel 0, since it is the

@@ -6,6 +6,7 @@
 #include <utility>
 
 #include "platform/x11/figure_grid.h"
+#include "platform/x11/native_region.h"
 
 namespace platform::x11 {
 
@@ -150,6 +151,17 @@ PaintPlan planOf(const std::vector<WorkRect>& rects, const std::vector<Figure>& 
 }
 
 }  // namespace
+
+NativeRect PaintPlan::bounds() const {
+    NativeRect bounds{};
+    for (const Area& area : areas) {
+        bounds = boundingBox(bounds, area.rect);
+    }
+    for (const Tile& tile : tiles) {
+        bounds = boundingBox(bounds, tile.rect);
+    }
+    return bounds;
+}
 
 ArgbPixel pixelAt(const std::vector<Figure>& figures, int x, int y) {
     BlendedColor blended;

@@ -40,6 +40,8 @@ struct PaintPlan {
     std::vector<Tile> tiles;
 
     [[nodiscard]] bool isEmpty() const { return areas.empty() && tiles.empty(); }
+    /// The smallest rectangle that holds all of it.
+    [[nodiscard]] NativeRect bounds() const;
 };
 
 /// What all figures together make of the pixel (x, y).

@@ -13,6 +13,7 @@ X11OverlayStage::X11OverlayStage(Connection& connection, base::MainQueue& mainQu
       mainQueue_(mainQueue),
       frontProcess_(std::move(frontProcess)),
       liveWindows_(connection, mainQueue),
+      damageReminder_(connection),
       snapshotShelf_(connection, mainQueue) {}
 
 StageMode X11OverlayStage::mode() {
@@ -43,7 +44,14 @@ PaintPermission X11OverlayStage::requestPaint(xcb_window_t window) {
                                         : liveWindows_.requestPaint(window);
 }
 
+void X11OverlayStage::windowPainted(xcb_window_t window, const NativeRect& area) {
+    if (liveWindows_.holds(window)) {
+        damageReminder_.painted(window, area);
+    }
+}
+
 void X11OverlayStage::windowClosed(xcb_window_t window) {
+    damageReminder_.forget(window);
     snapshotShelf_.close(window);
     if (!snapshotShelf_.isShowing() && redirectedWindows_) {
         // After the window that hides it.
@@ -66,6 +74,8 @@ void X11OverlayStage::redirectWindows() {
 }
 
 void X11OverlayStage::whenClear(const NativeRect& region, std::function<void()> clear) {
+    // A wait until it is gone begins, and what is reported now would be one frame more.
+    damageReminder_.forgetPaintings();
     liveWindows_.whenClear(region, std::move(clear));
 }
 

@@ -9,6 +9,7 @@
 #include "base/alive.h"
 #include "base/main_queue.h"
 #include "platform/x11/connection.h"
+#include "platform/x11/damage_reminder.h"
 #include "platform/x11/live_windows.h"
 #include "platform/x11/overlay_stage.h"
 #include "platform/x11/redirected_windows.h"
@@ -32,6 +33,7 @@ class X11OverlayStage final : public OverlayStage {
     void windowMapped(xcb_window_t window, const NativeRect& frame,
                       std::shared_ptr<const Snapshot> snapshot) override;
     [[nodiscard]] PaintPermission requestPaint(xcb_window_t window) override;
+    void windowPainted(xcb_window_t window, const NativeRect& area) override;
     void windowClosed(xcb_window_t window) override;
     void whenClear(const NativeRect& region, std::function<void()> clear) override;
     [[nodiscard]] std::shared_ptr<const Snapshot> snapshotInUse(
@@ -51,6 +53,7 @@ class X11OverlayStage final : public OverlayStage {
     FrontProcess frontProcess_;
     SelectionListener onSelection_;
     LiveWindows liveWindows_;
+    DamageReminder damageReminder_;
     SnapshotShelf snapshotShelf_;
     /// Only while a snapshot is shown.
     std::shared_ptr<const RedirectedWindows> redirectedWindows_;

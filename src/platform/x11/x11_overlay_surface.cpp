@@ -157,6 +157,7 @@ void X11OverlaySurface::paint(const PaintPlan& plan) {
     if (!plan.isEmpty() && services_.stage.requestPaint(window_) == PaintPermission::granted) {
         painter_->paint(plan);
         services_.connection.flush();
+        services_.stage.windowPainted(window_, plan.bounds());
     }
 }
 
