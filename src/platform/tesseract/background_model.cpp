@@ -1,6 +1,7 @@
 #include "platform/tesseract/background_model.h"
 
 #include <atomic>
+#include <cstring>
 
 #include "platform/tesseract/connected_components.h"
 #include "platform/tesseract/thread_pair.h"
@@ -26,6 +27,27 @@ constexpr int verticalCost = 3;
 
 /// Of a pass over the rows and over each of them.
 enum class Direction { forwards, backwards };
+
+/// The next pixel that does not lie on a surface, from `x` on in steps of `step`, 1 or -1; `width`
+/// or -1 where there is none. Most of a page does from the start: eight pixels at a time.
+int nextBesideSurfaces(const std::uint16_t* distances, int x, int step, int width) {
+    constexpr int atOnce = 8;
+    const auto areOnSurface = [&](int left) {
+        std::uint64_t halves[2];
+        std::memcpy(halves, distances + left, sizeof halves);
+        return (halves[0] | halves[1]) == 0;
+    };
+    while (step > 0 && x + atOnce <= width && areOnSurface(x)) {
+        x += atOnce;
+    }
+    while (step < 0 && x + 1 >= atOnce && areOnSurface(x + 1 - atOnce)) {
+        x -= atOnce;
+    }
+    while (x >= 0 && x < width && distances[x] == 0) {
+        x += step;
+    }
+    return x;
+}
 
 }  // namespace
 
@@ -182,9 +204,6 @@ void BackgroundModel::takeSurfaces(const ColorPlane& page) {
     hasSurfaces_ = areThere;
 }
 
-// Most of a page lies on a surface from the start: both loops look at the distance of such a pixel
-// and at nothing else of it.
-
 void BackgroundModel::grow(const ColorPlane& page) {
     const int width = page.width();
     const int height = page.height();
@@ -196,10 +215,8 @@ void BackgroundModel::grow(const ColorPlane& page) {
         std::uint16_t* distances = distances_.row(y);
         const int step = direction == Direction::forwards ? 1 : -1;
         const int first = direction == Direction::forwards ? 0 : width - 1;
-        for (int x = first; x >= 0 && x < width; x += step) {
-            if (distances[x] == 0) {
-                continue;
-            }
+        for (int x = nextBesideSurfaces(distances, first, step, width); x >= 0 && x < width;
+             x = nextBesideSurfaces(distances, x + step, step, width)) {
             const bool isSame =
                 (x != first && distances[x - step] == 0 &&
                  distance(from[x], from[x - step]) <= growthTolerance) ||
@@ -228,10 +245,8 @@ void BackgroundModel::spread() {
         std::uint16_t* distances = distances_.row(y);
         const int step = direction == Direction::forwards ? 1 : -1;
         const int first = direction == Direction::forwards ? 0 : width - 1;
-        for (int x = first; x >= 0 && x < width; x += step) {
-            if (distances[x] == 0) {
-                continue;
-            }
+        for (int x = nextBesideSurfaces(distances, first, step, width); x >= 0 && x < width;
+             x = nextBesideSurfaces(distances, x + step, step, width)) {
             if (x != first && distances[x - step] + sidewaysCost < distances[x]) {
                 distances[x] = static_cast<std::uint16_t>(distances[x - step] + sidewaysCost);
                 colors[x] = colors[x - step];

@@ -4,6 +4,8 @@
 #include <map>
 #include <tuple>
 
+#include "platform/tesseract/thread_pair.h"
+
 namespace platform::tesseract {
 
 namespace {
@@ -57,7 +59,8 @@ Color colorAround(const base::Image& image, const Box& box) {
     return commonest.second;
 }
 
-void average(const base::Image& image, int factor, int y, std::vector<std::uint8_t>& pixels) {
+/// `pixels` are those of one row of the smaller picture.
+void average(const base::Image& image, int factor, int y, std::uint8_t* pixels) {
     const int width = image.width() / factor;
     std::vector<int> sums(static_cast<std::size_t>(width) * 4);
     for (int row = y * factor; row < (y + 1) * factor; ++row) {
@@ -71,7 +74,7 @@ void average(const base::Image& image, int factor, int y, std::vector<std::uint8
         }
     }
     for (const int sum : sums) {
-        pixels.push_back(static_cast<std::uint8_t>(sum / (factor * factor)));
+        *pixels++ = static_cast<std::uint8_t>(sum / (factor * factor));
     }
 }
 
@@ -112,11 +115,13 @@ bool isSettled(const ReadLine& line) {
 base::Image reduced(const base::Image& image, int factor, const std::vector<ReadLine>& lines) {
     const int width = image.width() / factor;
     const int height = image.height() / factor;
-    std::vector<std::uint8_t> pixels;
-    pixels.reserve(static_cast<std::size_t>(width) * static_cast<std::size_t>(height) * 4);
-    for (int y = 0; y < height; ++y) {
-        average(image, factor, y, pixels);
-    }
+    const std::size_t rowBytes = static_cast<std::size_t>(width) * 4;
+    std::vector<std::uint8_t> pixels(rowBytes * static_cast<std::size_t>(height));
+    shareBands(height, image.width() * factor, [&](int first, int end) {
+        for (int y = first; y < end; ++y) {
+            average(image, factor, y, pixels.data() + rowBytes * static_cast<std::size_t>(y));
+        }
+    });
     for (const ReadLine& line : lines) {
         if (isSettled(line)) {
             const Box box = withinImage(line.box, image);

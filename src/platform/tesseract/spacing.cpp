@@ -87,6 +87,7 @@ std::size_t Spacing::add(const TextLine& line, const LineMetrics& metrics,
         }
     }
     lines_.push_back(std::move(added));
+    widths_.reset();
     return lines_.size() - 1;
 }
 
@@ -190,9 +191,12 @@ Spacing::SpaceWidths Spacing::spaceWidths() const {
             std::min(certainSpace, std::max(best, usualShareInWord * usual)), joinShare * usual};
 }
 
-std::string Spacing::corrected(std::size_t index) const {
+std::string Spacing::corrected(std::size_t index) {
     const Line& line = lines_[index];
-    const SpaceWidths widths = spaceWidths();
+    if (!widths_) {
+        widths_ = spaceWidths();
+    }
+    const SpaceWidths& widths = *widths_;
     std::size_t added = 0;
     std::string text;
     std::string previous;

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -26,7 +27,7 @@ class Spacing {
     std::size_t add(const TextLine& line, const LineMetrics& metrics, const std::string& text);
 
     /// The corrected text of the line that was added as number `index`.
-    [[nodiscard]] std::string corrected(std::size_t index) const;
+    [[nodiscard]] std::string corrected(std::size_t index);
 
   private:
     enum class Gap : std::uint8_t {
@@ -70,6 +71,8 @@ class Spacing {
     const InkPlane& ink_;
     double letterHeight_;
     std::vector<Line> lines_;
+    /// Of all lines; once the first of them is corrected.
+    std::optional<SpaceWidths> widths_;
 };
 
 }  // namespace platform::tesseract

@@ -1,6 +1,7 @@
 #include "platform/tesseract/thread_pair.h"
 
 #include <algorithm>
+#include <chrono>
 #include <cstdint>
 #include <system_error>
 
@@ -10,16 +11,18 @@ namespace {
 
 thread_local ThreadPair* current = nullptr;
 
-/// To wake a sleeping thread takes longer than most steps of an analysis, which follow each other
-/// closely: so many looks, some 20 microseconds, before it sleeps.
-constexpr int looks = 500;
+using Clock = std::chrono::steady_clock;
 
-void lookAgainLater() {
+/// To wake a sleeping thread takes 30 microseconds and more, a step of an analysis a few times as
+/// long, and the next one follows closely: so long a thread looks out before it sleeps.
+constexpr std::chrono::microseconds lookout{100};
+
+void pauseShortly() {
+    for (int pause = 0; pause < 16; ++pause) {
 #if defined(__x86_64__)
-    __builtin_ia32_pause();
-#else
-    std::this_thread::yield();
+        __builtin_ia32_pause();
 #endif
+    }
 }
 
 /// A step takes some nanoseconds for each pixel; less than this is done before the other thread has
@@ -133,8 +136,9 @@ void ThreadPair::announce() {
 void ThreadPair::awaitChange(Lock& lock) {
     const unsigned seen = changes_.load(std::memory_order_relaxed);
     lock.unlock();
-    for (int look = 0; look < looks && changes_.load(std::memory_order_relaxed) == seen; ++look) {
-        lookAgainLater();
+    const auto end = Clock::now() + lookout;
+    while (changes_.load(std::memory_order_relaxed) == seen && Clock::now() < end) {
+        pauseShortly();
     }
     lock.lock();
     changed_.wait(lock, [&] { return changes_.load(std::memory_order_relaxed) != seen; });
