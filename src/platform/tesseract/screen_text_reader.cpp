@@ -89,17 +89,21 @@ base::Result<std::unique_ptr<ScreenTextReader>> ScreenTextReader::create(
 
 base::Result<std::vector<capture::TextObservation>> ScreenTextReader::read(
     const base::Image& image) {
+    return read(image, longestReading(std::int64_t{image.width()} * image.height()));
+}
+
+base::Result<std::vector<capture::TextObservation>> ScreenTextReader::read(
+    const base::Image& image, std::chrono::milliseconds limit) {
+    const auto end = std::chrono::steady_clock::now() + limit;
     if (image.isEmpty()) {
         return std::vector<capture::TextObservation>();
     }
-    const long pixelCount = static_cast<long>(image.width()) * image.height();
-    if (pixelCount > largestPicture) {
+    if (std::int64_t{image.width()} * image.height() > largestPicture) {
         return base::Error{base::ErrorKind::invalid,
                            "The picture is too large for its text to be recognised"};
     }
-    const auto time = longestReading(pixelCount);
     const ThreadPair::Use use(crew_->threads());
-    auto lines = readOneSize(image, {0, time});
+    auto lines = readOneSize(image, {0, end});
     if (!lines) {
         return lines.error();
     }
@@ -107,8 +111,7 @@ base::Result<std::vector<capture::TextObservation>> ScreenTextReader::read(
         if (std::min(image.width(), image.height()) < factor * smallestReduced) {
             break;
         }
-        auto larger =
-            readOneSize(reduced(image, factor, lines.value()), {leastReducedLetter, time});
+        auto larger = readOneSize(reduced(image, factor, lines.value()), {leastReducedLetter, end});
         if (!larger) {
             return larger.error();
         }
@@ -157,7 +160,9 @@ base::Result<std::vector<LineReading>> ScreenTextReader::readLines(const PageAna
         }
         return reading;
     };
-    return crew_->readAll(lengths, readLine, bounds.time);
+    const auto left = bounds.end - std::chrono::steady_clock::now();
+    return crew_->readAll(lengths, readLine,
+                          std::chrono::duration_cast<std::chrono::milliseconds>(left));
 }
 
 std::vector<ReadLine> ScreenTextReader::observe(const PageAnalysis& page,

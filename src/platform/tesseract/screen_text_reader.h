@@ -32,8 +32,12 @@ class ScreenTextReader {
 
     /// The lines in reading order, each with what it may read, the likeliest first; none for a
     /// picture without text. A picture of more than `largestPicture` pixels is an error, and so is
-    /// one whose lines are foreseen to take more than `longestReading`.
+    /// one whose lines, letters of all sizes together, are foreseen to take more than
+    /// `longestReading`.
     base::Result<std::vector<capture::TextObservation>> read(const base::Image& image);
+    /// The same with a limit of the caller's own.
+    base::Result<std::vector<capture::TextObservation>> read(const base::Image& image,
+                                                             std::chrono::milliseconds limit);
 
     /// In pixels: 8K by 8K. The planes of such a picture take 0.9 GB for as long as it is read.
     static constexpr long largestPicture = 8192L * 8192L;
@@ -47,7 +51,8 @@ class ScreenTextReader {
     struct Bounds {
         /// Near the x-height, in pixels: lines of smaller letters are left unread.
         double letterHeight = 0;
-        std::chrono::milliseconds time{};
+        /// Until when all lines have to be read.
+        std::chrono::steady_clock::time_point end;
     };
     base::Result<std::vector<ReadLine>> readOneSize(const base::Image& image, Bounds bounds);
     base::Result<std::vector<LineReading>> readLines(const PageAnalysis& page, Bounds bounds);
