@@ -36,7 +36,7 @@ def qt_includes():
 
 def system_includes():
     """The C and C++ headers of this system, after our own declarations of the platform's."""
-    libraries = sorted(glob.glob("/usr/include/c++/*"), key=lambda name: int(Path(name).name))
+    libraries = sorted(glob.glob("/usr/include/c++/[0-9]*"), key=lambda name: int(Path(name).name))
     multiarch = [name for name in glob.glob("/usr/include/*-linux-gnu") if os.path.isdir(name)]
     if not libraries:
         raise SystemExit("The C++ standard library's headers are missing; scripts/install-dependencies "
