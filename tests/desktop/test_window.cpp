@@ -36,7 +36,10 @@ TestWindow::TestWindow(const std::string& displayName, const TestWindowOptions& 
     // A window manager may still move it, and a compositor shows it a moment later.
     require("The painting of the window \"" + options.title + "\"", [this] {
         const Place at = place();
-        return readScreen(client_, at.x, at.y, picture_.width, picture_.height) == picture_;
+        // For a moment it may be elsewhere, where a window manager puts back an earlier window of
+        // the same number; beyond the screen nothing can be read.
+        return isOnScreen({at.x, at.y, picture_.width, picture_.height}) &&
+               readScreen(client_, at.x, at.y, picture_.width, picture_.height) == picture_;
     });
 }
 
@@ -115,6 +118,13 @@ Place TestWindow::place() const {
         client_.get(), xcb_translate_coordinates(client_.get(), window_, client_.root(), 0, 0),
         nullptr));
     return reply ? Place{reply->dst_x, reply->dst_y} : Place{};
+}
+
+bool TestWindow::isOnScreen(const Area& area) const {
+    const Reply<xcb_get_geometry_reply_t> screen(xcb_get_geometry_reply(
+        client_.get(), xcb_get_geometry(client_.get(), client_.root()), nullptr));
+    return screen && area.x >= 0 && area.y >= 0 && area.x + area.width <= screen->width &&
+           area.y + area.height <= screen->height;
 }
 
 Area TestWindow::frame() const {

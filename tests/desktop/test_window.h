@@ -62,6 +62,7 @@ class TestWindow {
     void create(const TestWindowOptions& options);
     void setAtoms(const std::string& property, const std::vector<std::string>& names);
     void paint();
+    [[nodiscard]] bool isOnScreen(const Area& area) const;
     void handleEvents();
 
     XClient client_;

@@ -28,11 +28,26 @@ class SetUps : public testing::TestWithParam<SetUp> {
         session.start();
         below = open({.x = 160, .y = 150, .width = 300, .height = 240, .seed = 11});
         front = open({.x = 400, .y = 300, .width = 260, .height = 200, .seed = 12});
-        front->focus();
-        session.waitUntilStill();
+        focusFront();
     }
     std::unique_ptr<desktop::TestWindow> open(const desktop::TestWindowOptions& options) {
         return std::make_unique<desktop::TestWindow>(session.desktop().displayName(), options);
+    }
+    /// Also waits for the title bars that change colour with it.
+    void focusFront() {
+        front->focus();
+        if (GetParam().windowManager != desktop::WindowManager::none) {
+            session.require("The window in front becoming active",
+                            [&] { return session.activeWindow() == front->id(); });
+        }
+        // On the screen with it is all that the window manager painted before: a busy compositor
+        // may show nothing for longer than a screen has to be still.
+        open({.x = 1200,
+              .y = 700,
+              .width = 8,
+              .height = 8,
+              .management = desktop::TestWindowOptions::Management::unmanaged});
+        session.waitUntilStill();
     }
     std::uint32_t pixel(Place place) { return session.screen({place.x, place.y, 1, 1}).pixels[0]; }
     /// Presses the button of the moment and gives the picture that comes of it.
@@ -174,7 +189,7 @@ TEST_P(SetUps, give_regions_and_windows_and_let_go) {
                                  .states = {"_NET_WM_STATE_ABOVE"}});
         waitForFreshSnapshots(closed);
         if (isSupported("_NET_WM_STATE_ABOVE")) {
-            front->focus();
+            focusFront();
         }
         session.waitUntilStill();
         const Place overlap{onTop->place().x + 30, onTop->place().y + 30};
