@@ -1,9 +1,11 @@
 #include "platform/tesseract/engine_runtime.h"
 
 #include <dlfcn.h>
+#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <link.h>
 
+#include <array>
 #include <cstring>
 #include <filesystem>
 #include <fstream>
@@ -20,18 +22,42 @@ namespace platform::tesseract {
 
 namespace {
 
-/// Counts how often its OpenMP sections were run.
+/// What compiled code finds under that name.
+template <class Function>
+Function calledAs(const char* name) {
+    return reinterpret_cast<Function>(::dlsym(RTLD_DEFAULT, name));
+}
+using Call = void (*)();
+using NextSection = unsigned (*)();
+
+constexpr int sectionCount = 5;
+using Counts = std::array<int, sectionCount>;
+
+/// Counts how often its OpenMP sections were run, of a construct that has begun.
 void runSections(void* counts) {
-    using Next = unsigned (*)();
-    const auto next = reinterpret_cast<Next>(::dlsym(RTLD_DEFAULT, "GOMP_sections_next"));
+    const auto next = calledAs<NextSection>("GOMP_sections_next");
     for (unsigned part = next(); part != 0; part = next()) {
-        ++static_cast<int*>(counts)[part - 1];
+        ++static_cast<Counts*>(counts)->at(part - 1);
     }
+    calledAs<Call>("GOMP_sections_end_nowait")();
+}
+
+/// The same of one that it begins itself, within a parallel region.
+void beginSections(void* counts) {
+    using Start = unsigned (*)(unsigned);
+    const auto next = calledAs<NextSection>("GOMP_sections_next");
+    for (unsigned part = calledAs<Start>("GOMP_sections_start")(sectionCount); part != 0;
+         part = next()) {
+        ++static_cast<Counts*>(counts)->at(part - 1);
+    }
+    calledAs<Call>("GOMP_sections_end")();
 }
 
 std::vector<std::string> replacedNames() {
-    std::vector<std::string> names{"GOMP_parallel", "GOMP_parallel_sections", "GOMP_sections_next",
-                                   "GOMP_sections_end_nowait", "pixWriteMem"};
+    std::vector<std::string> names{"GOMP_parallel",       "GOMP_parallel_sections",
+                                   "GOMP_sections_start", "GOMP_sections_next",
+                                   "GOMP_sections_end",   "GOMP_sections_end_nowait",
+                                   "pixWriteMem"};
     names.insert(names.end(), std::begin(symbols::replaced), std::end(symbols::replaced));
     return names;
 }
@@ -110,12 +136,19 @@ TEST(EngineRuntime, what_the_engine_calls_is_found_in_the_helper_program) {
 
 TEST(EngineRuntime, each_section_runs_once) {
     using RunSections = void (*)(void (*)(void*), void*, unsigned, unsigned, unsigned);
-    const auto run = reinterpret_cast<RunSections>(::dlsym(RTLD_DEFAULT, "GOMP_parallel_sections"));
-    int counts[5] = {};
-    run(runSections, counts, 4, 5, 0);
-    for (const int count : counts) {
-        EXPECT_EQ(count, 1);
+    Counts counts{};
+    calledAs<RunSections>("GOMP_parallel_sections")(runSections, &counts, 4, sectionCount, 0);
+    EXPECT_THAT(counts, testing::Each(1));
+}
+
+TEST(EngineRuntime, each_section_of_a_construct_within_a_region_runs_once) {
+    using RunRegion = void (*)(void (*)(void*), void*, unsigned, unsigned);
+    for (int times = 1; times <= 2; ++times) {
+        Counts counts{};
+        calledAs<RunRegion>("GOMP_parallel")(beginSections, &counts, 4, 0);
+        EXPECT_THAT(counts, testing::Each(1));
     }
+    EXPECT_EQ(calledAs<unsigned (*)(unsigned)>("GOMP_sections_start")(0), 0U);
 }
 
 TEST(EngineRuntime, the_engine_starts_no_thread) {
