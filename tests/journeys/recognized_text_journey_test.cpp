@@ -77,6 +77,34 @@ class RecognizedText : public RecognitionJourney {
         EXPECT_LE(text.size(), truth.size() + 1 + buttons.size() + mostMarks) << text;
     }
 
+    /// A page with a light half above a dark one, of 222 points each.
+    TextWindow openBrowser(Place place) {
+        const auto page = session.desktop().directory() / "tides.html";
+        std::ofstream(page) << R"(<!DOCTYPE html><meta charset="utf-8"><title>Tides</title>
+<style>
+body { margin: 0; font: 15px sans-serif; background: #fff; color: #222 }
+div { padding: 1px 30px; height: 220px }
+.dark { background: #1b1f27; color: #e8e6e3 }
+.dark a { color: #8ab4f8 }
+</style>
+<div><h1>Tide tables for small harbours</h1>
+<p>High water comes about fifty minutes later each day.</p>
+<p>The <a href="table">harbour office</a> prints a new table every Monday, for 2.50 a copy.</p></div>
+<div class="dark"><h2>What the words mean</h2>
+<p>Spring tides follow the full moon by a day or two.</p>
+<p>At <a href="neap">neap tides</a> the water rises least: 0.8 metres or less.</p></div>
+)";
+        return open("netsurf", {"netsurf-gtk", "file://" + page.string()}, place, 400,
+                    {{"NO_AT_BRIDGE", "1"}});
+    }
+
+    const testing::Matcher<std::vector<std::string>> lightLines = ElementsAre(
+        "Tide tables for small harbours", "High water comes about fifty minutes later each day.",
+        "The harbour office prints a new table every Monday, for 2.50 a copy.");
+    const testing::Matcher<std::vector<std::string>> darkLines =
+        ElementsAre("What the words mean", "Spring tides follow the full moon by a day or two.",
+                    "At neap tides the water rises least: 0.8 metres or less.");
+
     const std::string dialogText = "The notes were changed by another program.";
     const std::string dialogDetails = "Your own changes will be lost if you do not save them.";
     const std::string dialogCheckBox = "Do not ask again for this folder";
@@ -105,23 +133,7 @@ TEST_F(RecognizedText, of_a_terminal_with_another_font_renderer_light_and_dark) 
 
 TEST_F(RecognizedText, of_a_page_in_a_browser_light_and_dark) {
     start();
-    const auto page = session.desktop().directory() / "tides.html";
-    std::ofstream(page) << R"(<!DOCTYPE html><meta charset="utf-8"><title>Tides</title>
-<style>
-body { margin: 0; font: 15px sans-serif; background: #fff; color: #222 }
-div { padding: 1px 30px; height: 220px }
-.dark { background: #1b1f27; color: #e8e6e3 }
-.dark a { color: #8ab4f8 }
-</style>
-<div><h1>Tide tables for small harbours</h1>
-<p>High water comes about fifty minutes later each day.</p>
-<p>The <a href="table">harbour office</a> prints a new table every Monday, for 2.50 a copy.</p></div>
-<div class="dark"><h2>What the words mean</h2>
-<p>Spring tides follow the full moon by a day or two.</p>
-<p>At <a href="neap">neap tides</a> the water rises least: 0.8 metres or less.</p></div>
-)";
-    const TextWindow browser = open("netsurf", {"netsurf-gtk", "file://" + page.string()}, {80, 40},
-                                    400, {{"NO_AT_BRIDGE", "1"}});
+    const TextWindow browser = openBrowser({80, 40});
     // The page comes later than the window around it.
     constexpr int toolbar = 48;
     const Area light{browser.area.x + 10, browser.area.y + toolbar, 700, 205};
@@ -129,15 +141,8 @@ div { padding: 1px 30px; height: 220px }
     waitForText(light, 140);
     waitForText(dark, 120);
     keepPicture("recognized-browser");
-    EXPECT_THAT(
-        linesOf(recognize(light)),
-        ElementsAre("Tide tables for small harbours",
-                    "High water comes about fifty minutes later each day.",
-                    "The harbour office prints a new table every Monday, for 2.50 a copy."));
-    EXPECT_THAT(
-        linesOf(recognize(dark)),
-        ElementsAre("What the words mean", "Spring tides follow the full moon by a day or two.",
-                    "At neap tides the water rises least: 0.8 metres or less."));
+    EXPECT_THAT(linesOf(recognize(light)), lightLines);
+    EXPECT_THAT(linesOf(recognize(dark)), darkLines);
 }
 
 TEST_F(RecognizedText, of_a_gtk_dialog_light_and_dark) {
@@ -179,6 +184,27 @@ TEST_F(RecognizedTextAtScale2, of_dialogs) {
     keepPicture("recognized-at-scale-2");
     expectRead(sentences, inOneLine(recognize(sentencesOf(qt, 112, 155))));
     expectRead(sentences, inOneLine(recognize(sentencesOf(gtk, 130, 128))));
+}
+
+TEST_F(RecognizedTextAtScale2, of_terminals) {
+    start();
+    const TextWindow light = openVte("light", listing, {40, 40}, "#ffffff", "#202020");
+    const TextWindow dark = openVte("dark", log, {400, 640}, "#1e2430", "#d7e3f4");
+    keepPicture("recognized-terminals-at-scale-2");
+    expectRead(listing, recognize(light.area));
+    expectRead(log, recognize(dark.area));
+}
+
+TEST_F(RecognizedTextAtScale2, of_a_page_in_a_browser) {
+    start();
+    const TextWindow browser = openBrowser({40, 20});
+    const Area light{browser.area.x + 20, browser.area.y + 96, 1400, 410};
+    const Area dark{browser.area.x + 20, browser.area.y + 96 + 444, 1400, 410};
+    waitForText(light, 140);
+    waitForText(dark, 120);
+    keepPicture("recognized-browser-at-scale-2");
+    EXPECT_THAT(linesOf(recognize(light)), lightLines);
+    EXPECT_THAT(linesOf(recognize(dark)), darkLines);
 }
 
 }  // namespace
