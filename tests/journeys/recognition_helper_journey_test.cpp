@@ -6,7 +6,9 @@
 #include <csignal>
 #include <filesystem>
 #include <fstream>
+#include <iostream>
 
+#include "journeys/process_figures.h"
 #include "journeys/session.h"
 
 namespace journeys {
@@ -45,9 +47,10 @@ std::vector<ChildProcess> childrenOf(pid_t parent) {
 
 class RecognitionHelper : public testing::Test {
   protected:
-    RecognitionHelper() {
-        session.writeSettings(nlohmann::json::object());
-        session.start();
+    explicit RecognitionHelper(const nlohmann::json& settings = nlohmann::json::object(),
+                               const desktop::Environment& environment = {}) {
+        session.writeSettings(settings);
+        session.start(SettingsWindow::closed, environment);
     }
     std::vector<ChildProcess> children() { return childrenOf(session.program().pid()); }
     /// Presses the shortcut, drags over a part of the screen and waits for the text.
@@ -100,6 +103,62 @@ TEST_F(RecognitionHelper, does_not_outlive_the_program) {
     session.program().waitForExit();
     EXPECT_TRUE(desktop::waitUntil([&] { return ::kill(helper, 0) != 0; }));
 }
+
+#ifdef LUMAFRAME_TEST_LATER_CLOCK
+
+/// The program with a clock that goes forward when the test says so.
+class RecognitionHelperLater : public RecognitionHelper {
+  protected:
+    RecognitionHelperLater()
+        : RecognitionHelper(silent, {{"LD_PRELOAD", LUMAFRAME_TEST_LATER_CLOCK},
+                                     {"LUMAFRAME_TEST_LATER", secondsFile().string()}}) {}
+    ~RecognitionHelperLater() override { std::filesystem::remove(secondsFile()); }
+
+    static std::filesystem::path secondsFile() {
+        return std::filesystem::temp_directory_path() /
+               ("lumaframe-later-" + std::to_string(::getpid()));
+    }
+    /// All of the time since the start. The program looks at its clock, having slept, when
+    /// something happens: here, when its settings change.
+    void setLater(int seconds) {
+        std::ofstream(secondsFile()) << std::string(static_cast<std::size_t>(seconds), '.');
+        nlohmann::json settings = silent;
+        settings["showNotifications"] = seconds % 2 == 0;
+        session.writeSettings(settings);
+    }
+    /// The library for sounds is loaded by a thread of its own, and stays.
+    inline static const nlohmann::json silent{{"playSounds", false}};
+};
+
+TEST_F(RecognitionHelperLater, has_ended_after_a_minute_and_left_no_memory_behind) {
+    // A delivery is the same for a picture and for its text.
+    const std::size_t begin = session.mark();
+    session.openOverlay();
+    session.input().drag({100, 100}, {300, 200});
+    session.waitForLine(line::regionCopied, begin);
+    session.waitUntilClosed();
+    const long before = residentMemory(session.program().pid());
+    recognize();
+    recognize();
+    ASSERT_EQ(children().size(), 1U);
+    setLater(50);
+    EXPECT_TRUE(
+        desktop::staysTrue([&] { return children().size() == 1; }, std::chrono::milliseconds(500)));
+    setLater(61);
+    session.require("the end of the helper", [&] { return children().empty(); });
+    constexpr long mebibyte = 1024;
+    long after = 0;
+    EXPECT_TRUE(desktop::waitUntil([&] {
+        after = residentMemory(session.program().pid());
+        return after <= before + mebibyte;
+    })) << after;
+    std::cout << "resident KiB before and after: " << before << ", " << after << "\n";
+    // And the next recognition has a helper of its own.
+    recognize();
+    EXPECT_EQ(children().size(), 1U);
+}
+
+#endif
 
 }  // namespace
 }  // namespace journeys
