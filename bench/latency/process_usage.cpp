@@ -37,7 +37,8 @@ double processorTime(pid_t process) {
 
 ProcessUsage usageOf(pid_t process, Memory memory) {
     const fs::path folder = "/proc/" + std::to_string(process);
-    ProcessUsage usage{.cpu = processorTime(process)};
+    ProcessUsage usage;
+    usage.cpu = processorTime(process);
     std::error_code gone;
     for (const auto& thread : fs::directory_iterator(folder / "task", gone)) {
         usage.sleeps[thread.path().filename()] =

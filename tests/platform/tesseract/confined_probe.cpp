@@ -19,6 +19,7 @@
 #include <csignal>
 #include <cstdlib>
 #include <functional>
+#include <stdexcept>
 #include <string>
 #include <thread>
 #include <vector>
@@ -208,7 +209,11 @@ base::Result<platform::tesseract::TextEngine> load(const Lines& languages) {
             }
             return observations;
         },
-        {}};
+        [] {
+            // What can be seen from outside.
+            ::prctl(PR_SET_NAME, "prepared");
+            throw std::runtime_error("There is no room for more.");
+        }};
 }
 
 }  // namespace

@@ -80,6 +80,15 @@ TEST_F(HelperRecognition, pictures_without_text_give_no_text_and_keep_the_helper
     EXPECT_EQ(recognizer.helperProcessIdentifier(), helper);
 }
 
+TEST_F(HelperRecognition, while_nobody_has_dragged_yet_the_helper_prepares_for_long_pages) {
+    use(LUMAFRAME_CONFINED_PROBE).prepare();
+    const std::string process = "/proc/" + std::to_string(recognizer_->helperProcessIdentifier());
+    EXPECT_TRUE(desktop::waitUntil(
+        [&] { return TemporaryDirectory::contents(process + "/comm") == "prepared\n"; }));
+    // That it could not, it can do without.
+    EXPECT_FALSE(textsOf(recognizer_->recognize(blankPicture())).empty());
+}
+
 TEST_F(HelperRecognition, noise_does_not_end_the_helper) {
     auto& recognizer = use(LUMAFRAME_TEXT_HELPER);
     for (const base::Image& picture : {noise(3, 3), noise(40, 40), noise(300, 200)}) {
