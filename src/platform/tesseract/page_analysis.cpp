@@ -61,8 +61,10 @@ PageAnalysis::PageAnalysis(const base::Image& image) {
         return;
     }
     const Rules rules(mask, roughHeight, commonCapitalHeight(*components_));
-    rules.removeFrom(mask, ink_);
-    components_ = std::make_unique<ConnectedComponents>(mask);
+    if (!rules.isEmpty()) {
+        rules.removeFrom(mask, ink_);
+        components_ = std::make_unique<ConnectedComponents>(mask);
+    }
     const GlyphFilter filter(page, ink_, mask, *components_, background);
     letterHeight_ = filter.letterHeight();
 
