@@ -169,23 +169,32 @@ std::vector<ReadLine> ScreenTextReader::observe(const PageAnalysis& page,
                                                 std::vector<LineReading>& readings) {
     const auto& lines = page.lines();
     const auto& metrics = page.metrics();
-    // Lines of one pitch teach each other.
-    std::map<double, CellConsensus> cells;
-    Spacing spacing(page.ink(), page.letterHeight());
-    std::vector<std::size_t> places;
     WritingDecision decision(page.ink(), page.typeface());
     for (std::size_t index = 0; index < lines.size(); ++index) {
-        LineReading& reading = readings[index];
-        decision.add(lines[index], page.grounds()[index], reading);
-        if (isSpeck(reading)) {
-            reading.text.clear();
+        decision.add(lines[index], page.grounds()[index], readings[index]);
+        if (isSpeck(readings[index])) {
+            readings[index].text.clear();
         }
+    }
+    Spacing spacing(page.ink(), page.letterHeight());
+    std::vector<Spacing::Line> spaced(lines.size());
+    shareParts(static_cast<int>(lines.size()), [&](int part) {
+        const auto index = static_cast<std::size_t>(part);
+        if (page.pitches()[index] <= 0) {
+            spaced[index] = spacing.look(lines[index], metrics[index], readings[index].text);
+        }
+    });
+    // Lines of one pitch teach each other.
+    std::map<double, CellConsensus> cells;
+    std::vector<std::size_t> places;
+    for (std::size_t index = 0; index < lines.size(); ++index) {
         const double pitch = page.pitches()[index];
         if (pitch > 0) {
             const auto group = cells.try_emplace(pitch, page.ink(), pitch, page.letterHeight());
-            places.push_back(group.first->second.add(lines[index], metrics[index], reading));
+            places.push_back(
+                group.first->second.add(lines[index], metrics[index], readings[index]));
         } else {
-            places.push_back(spacing.add(lines[index], metrics[index], reading.text));
+            places.push_back(spacing.add(std::move(spaced[index])));
         }
     }
     std::vector<ReadLine> read;

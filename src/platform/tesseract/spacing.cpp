@@ -69,9 +69,14 @@ bool isBullet(const std::vector<CharacterColumn>& columns, const LineMetrics& me
 
 }  // namespace
 
-std::size_t Spacing::add(const TextLine& line, const LineMetrics& metrics,
-                         const std::string& text) {
-    Line added{withStraightApostrophes(text), {}, {}};
+Spacing::Spacing(const InkPlane& ink, double letterHeight)
+    : ink_(ink), letterHeight_(letterHeight) {}
+Spacing::~Spacing() = default;
+
+Spacing::Line Spacing::look(const TextLine& line, const LineMetrics& metrics,
+                            const std::string& text) const {
+    Line added;
+    added.text = withStraightApostrophes(text);
     const auto columns = columnsOf(line, letterHeight_);
     std::vector<ReadCharacter> read = readCharactersOf(text);
     if (isBullet(columns, metrics) && read.size() > 2 && read[1].isAfterSpace) {
@@ -86,7 +91,11 @@ std::size_t Spacing::add(const TextLine& line, const LineMetrics& metrics,
             }
         }
     }
-    lines_.push_back(std::move(added));
+    return added;
+}
+
+std::size_t Spacing::add(Line line) {
+    lines_.push_back(std::move(line));
     widths_.reset();
     return lines_.size() - 1;
 }

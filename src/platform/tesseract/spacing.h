@@ -21,10 +21,15 @@ namespace platform::tesseract {
 class Spacing {
   public:
     /// `ink` must outlive this; `letterHeight` in pixels.
-    Spacing(const InkPlane& ink, double letterHeight) : ink_(ink), letterHeight_(letterHeight) {}
+    Spacing(const InkPlane& ink, double letterHeight);
+    ~Spacing();
 
+    /// What the characters of a line that was read as `text` are and where; on any thread.
+    struct Line;
+    [[nodiscard]] Line look(const TextLine& line, const LineMetrics& metrics,
+                            const std::string& text) const;
     /// Returns the number of the line.
-    std::size_t add(const TextLine& line, const LineMetrics& metrics, const std::string& text);
+    std::size_t add(Line line);
 
     /// The corrected text of the line that was added as number `index`.
     [[nodiscard]] std::string corrected(std::size_t index);
@@ -45,12 +50,6 @@ class Spacing {
         /// Whether it has a column to itself, and `place` is known.
         bool isAlone = false;
         CharacterPlace place;
-    };
-    struct Line {
-        std::string text;
-        /// Empty where columns and characters do not match.
-        std::vector<Character> characters;
-        CharacterSizes sizes;
     };
 
     [[nodiscard]] std::vector<Character> charactersIn(const std::vector<CharacterColumn>& columns,
@@ -73,6 +72,13 @@ class Spacing {
     std::vector<Line> lines_;
     /// Of all lines; once the first of them is corrected.
     std::optional<SpaceWidths> widths_;
+};
+
+struct Spacing::Line {
+    std::string text;
+    /// Empty where columns and characters do not match.
+    std::vector<Character> characters;
+    CharacterSizes sizes;
 };
 
 }  // namespace platform::tesseract

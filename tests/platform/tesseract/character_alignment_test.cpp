@@ -56,7 +56,7 @@ constexpr LineMetrics metrics{baseline, letterHeight, 14, 4};
 std::string corrected(const DrawnLine& line, const std::string& text) {
     const InkPlane ink(400, 60);
     Spacing spacing(ink, letterHeight);
-    spacing.add(line.line(), metrics, text);
+    spacing.add(spacing.look(line.line(), metrics, text));
     return spacing.corrected(0);
 }
 
