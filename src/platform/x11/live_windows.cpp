@@ -21,8 +21,9 @@ constexpr std::chrono::milliseconds unmappedPause{300};
 /// to miss one that came while it composed. A frame takes 2 to 15 ms, in software on a busy machine
 /// some 60.
 constexpr std::chrono::milliseconds silence{100};
-/// So many silences are a screen that nobody repaints.
-constexpr int mostSilences = 10;
+/// So many silences are a screen that nobody repaints. With ten processes to a core KWin was seen
+/// to be silent for more than a second, and picom with OpenGL in software for four.
+constexpr int mostSilences = 50;
 
 /// After so many frames that do not show the witness it will not be seen: the compositor changes
 /// colours (fades the window in), or something lies above the overlay. mutter was seen to be three

@@ -134,11 +134,11 @@ TEST(OverlayStage, a_screen_that_nobody_repaints_is_waited_for_only_so_long) {
     int calls = 0;
     rig.stage().whenClear(region, [&] { ++calls; });
     rig.stage().windowClosed(window);
-    rig.queue().advance(std::chrono::milliseconds{999});
+    rig.queue().advance(std::chrono::milliseconds{4999});
     EXPECT_EQ(calls, 0);
-    rig.queue().advance(std::chrono::milliseconds{1});
+    rig.queue().advance(std::chrono::milliseconds{5});
     EXPECT_EQ(calls, 1);
-    rig.queue().advance(std::chrono::seconds{1});
+    rig.queue().advance(std::chrono::seconds{5});
     EXPECT_FALSE(rig.stage().holds(window));
     EXPECT_EQ(calls, 1);
 }
