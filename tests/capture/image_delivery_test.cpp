@@ -232,6 +232,19 @@ TEST_F(ImageDeliveryTest, the_later_of_two_pictures_in_one_second_replaces_the_e
     EXPECT_EQ(calls.count(savedLine), 2);
 }
 
+TEST_F(ImageDeliveryTest,
+       a_clock_that_is_set_back_replaces_no_picture_but_that_of_the_same_second) {
+    deliver();
+    const auto first = fileManager.files;
+    clock.set(2025, 3, 7, 14, 5, 8);
+    deliver();
+    EXPECT_EQ(fileManager.files.size(), 2U);
+    EXPECT_EQ(fileManager.files.at(target), first.at(target));
+    clock.set(2025, 3, 7, 14, 5, 9);
+    deliver();
+    EXPECT_EQ(fileManager.files.size(), 2U);
+}
+
 // What can go wrong with it: the other steps still run
 
 class FailingImageDeliveryTest : public ImageDeliveryTest {

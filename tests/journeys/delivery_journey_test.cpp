@@ -1,13 +1,11 @@
 // Where pictures go, and that one failing step never keeps the others back.
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
-#include <sched.h>
 #include <sys/mount.h>
-#include <sys/stat.h>
-#include <unistd.h>
 
 #include <fstream>
 
+#include "journeys/private_mounts.h"
 #include "journeys/session.h"
 
 namespace journeys {
@@ -16,29 +14,6 @@ namespace {
 using desktop::NotificationDaemon;
 using testing::ElementsAre;
 using testing::IsEmpty;
-
-/// Whether this process may give its children mounts of their own.
-bool canMount() {
-    const pid_t child = ::fork();
-    if (child == 0) {
-        ::_exit(::unshare(CLONE_NEWNS) == 0 ? 0 : 1);
-    }
-    int status = 1;
-    ::waitpid(child, &status, 0);
-    return status == 0;
-}
-
-/// In the child alone, a small file system over `target`.
-std::function<void()> mountedOver(const std::filesystem::path& target, unsigned long flags,
-                                  const char* options) {
-    return [target, flags, options] {
-        if (::unshare(CLONE_NEWNS) != 0 ||
-            ::mount(nullptr, "/", nullptr, MS_REC | MS_PRIVATE, nullptr) != 0 ||
-            ::mount("tmpfs", target.c_str(), "tmpfs", flags, options) != 0) {
-            ::_exit(125);
-        }
-    };
-}
 
 class Delivery : public testing::Test {
   protected:

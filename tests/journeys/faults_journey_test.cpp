@@ -8,9 +8,13 @@
 
 #include <atomic>
 #include <csignal>
+#include <cstdlib>
+#include <ctime>
 #include <fstream>
 #include <thread>
 
+#include "base/clock.h"
+#include "journeys/private_mounts.h"
 #include "journeys/session.h"
 
 namespace journeys {
@@ -46,6 +50,23 @@ void startUnheard(Session& session, const std::function<void()>& beforeExec) {
     session.require("The empty desktop", [&] {
         return session.screen({0, 0, 1280, 800}) == session.wallpaper();
     });
+}
+
+/// A file of the time zone database for a zone that is always so far from UTC, named "LMT".
+std::string zoneFile(int hoursFromUtc) {
+    const auto bigEndian = [](std::int32_t number) {
+        std::string bytes;
+        for (int shift = 24; shift >= 0; shift -= 8) {
+            bytes += static_cast<char>(static_cast<std::uint32_t>(number) >> shift & 0xffU);
+        }
+        return bytes;
+    };
+    std::string file = "TZif" + std::string(16, '\0');
+    // Of the six tables only the last two have entries: one kind of time, four letters of names.
+    for (const int count : {0, 0, 0, 0, 1, 4}) {
+        file += bigEndian(count);
+    }
+    return file + bigEndian(hoursFromUtc * 3600) + std::string(2, '\0') + std::string("LMT\0", 4);
 }
 
 class Faults : public testing::Test {
@@ -139,6 +160,40 @@ TEST_F(Faults, a_start_without_standard_streams_is_a_start) {
 TEST_F(Faults, a_full_disk_under_the_log_holds_nothing_up) {
     startUnheard(session, [] { ::dup2(::open("/dev/full", O_WRONLY), STDOUT_FILENO); });
     expectAPicture(session);
+}
+
+TEST_F(Faults, a_time_zone_that_changes_holds_from_the_next_file_name_on) {
+    if (!canMount() || std::getenv("TZ") != nullptr) {
+        GTEST_SKIP() << "Needs the right to mount, and a time zone that is the system's.";
+    }
+    const auto zone = session.desktop().home() / "zone";
+    // In place, as a mounted file has to be changed.
+    const auto moveTo = [&](int hoursFromUtc) {
+        std::ofstream(zone, std::ios::binary | std::ios::trunc) << zoneFile(hoursFromUtc);
+    };
+    const auto dayAndHour = [](int hoursFromUtc) {
+        const std::time_t then = std::time(nullptr) + hoursFromUtc * 3600;
+        return base::fileNameDate(*std::gmtime(&then)).substr(0, 16);
+    };
+    const auto savedName = [&] {
+        const std::size_t before = session.mark();
+        expectAPicture(session);
+        return std::filesystem::path(session.waitForLine(line::saved, before)).filename().string();
+    };
+    // An hour may end in between.
+    const auto expectHour = [&](int hoursFromUtc) {
+        const std::string earliest = dayAndHour(hoursFromUtc);
+        const std::string name = savedName();
+        EXPECT_TRUE(name.starts_with("Screenshot " + earliest) ||
+                    name.starts_with("Screenshot " + dayAndHour(hoursFromUtc)))
+            << name << " is not of " << earliest;
+    };
+    moveTo(14);
+    session.writeSettings(nlohmann::json::object());
+    session.start(SettingsWindow::closed, {}, mountedFile(zone, "/etc/localtime"));
+    expectHour(14);
+    moveTo(-11);
+    expectHour(-11);
 }
 
 TEST_F(Faults, a_window_manager_that_is_replaced_is_followed) {

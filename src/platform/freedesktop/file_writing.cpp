@@ -52,22 +52,74 @@ int writeAll(int descriptor, const char* bytes, std::size_t size) {
     return 0;
 }
 
-/// A file beside `path` whose name nobody else has; its name is put into `name`.
-FileHandle createBeside(const std::string& path, mode_t mode, std::string& name) {
+/// Calls `make` with names beside `path` until one is free; gives that one, or "" with the reason
+/// in errno.
+template <typename Make>
+std::string freeNameBeside(const std::string& path, Make make) {
     constexpr int attempts = 100;
     for (int attempt = 0; attempt < attempts; ++attempt) {
         timespec now{};
         clock_gettime(CLOCK_REALTIME, &now);
-        name = parentOf(path) + "/.lumaframe-" + std::to_string(::getpid()) + "-" +
-               std::to_string(now.tv_nsec + attempt);
-        FileHandle file(
-            ::open(name.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC, mode));
-        if (file.isOpen() || errno != EEXIST) {
-            return file;
+        const std::string name = parentOf(path) + "/.lumaframe-" + std::to_string(::getpid()) +
+                                 "-" + std::to_string(now.tv_nsec + attempt);
+        if (make(name)) {
+            return name;
+        }
+        if (errno != EEXIST) {
+            break;
         }
     }
-    return FileHandle();
+    return {};
 }
+
+/// The new contents of a file, on their way to its place. Has no name for as long as the file
+/// system allows it, so that a process that is killed leaves nothing behind.
+class Draft {
+  public:
+    Draft(const std::string& path, mode_t mode)
+        : path_(path),
+          file_(::open(parentOf(path).c_str(), O_WRONLY | O_TMPFILE | O_CLOEXEC, mode)) {
+        if (!file_.isOpen()) {
+            name_ = freeNameBeside(path, [&](const std::string& name) {
+                file_ = FileHandle(::open(
+                    name.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC, mode));
+                return file_.isOpen();
+            });
+        }
+    }
+    ~Draft() {
+        if (!name_.empty()) {
+            ::unlink(name_.c_str());
+        }
+    }
+    Draft(const Draft&) = delete;
+    Draft& operator=(const Draft&) = delete;
+
+    [[nodiscard]] bool isOpen() const { return file_.isOpen(); }
+    /// 0, or the error number.
+    int write(std::string_view text) { return writeAll(file_.get(), text.data(), text.size()); }
+    /// Puts it in the place of the file. 0, or the error number.
+    int publish() {
+        if (name_.empty()) {
+            // The kernel's own name of the descriptor: naming it directly takes a privilege.
+            const std::string descriptor = "/proc/self/fd/" + std::to_string(file_.get());
+            name_ = freeNameBeside(path_, [&](const std::string& name) {
+                return ::linkat(AT_FDCWD, descriptor.c_str(), AT_FDCWD, name.c_str(),
+                                AT_SYMLINK_FOLLOW) == 0;
+            });
+        }
+        if (name_.empty() || file_.close() != 0 || ::rename(name_.c_str(), path_.c_str()) != 0) {
+            return errno;
+        }
+        name_.clear();
+        return 0;
+    }
+
+  private:
+    const std::string& path_;
+    FileHandle file_;
+    std::string name_;
+};
 
 }  // namespace
 
@@ -94,21 +146,15 @@ base::Status replaceFile(const std::string& path, std::string_view text, FileAcc
     if (!isWholePath(path)) {
         return writeError(path, EINVAL);
     }
-    std::string temporary;
-    const mode_t mode = access == FileAccess::ownerOnly ? 0600 : 0666;
-    FileHandle file = createBeside(path, mode, temporary);
-    if (!file.isOpen()) {
+    Draft draft(path, access == FileAccess::ownerOnly ? 0600 : 0666);
+    if (!draft.isOpen()) {
         return writeError(path, errno);
     }
-    int errorNumber = writeAll(file.get(), text.data(), text.size());
-    if (file.close() != 0 && errorNumber == 0) {
-        errorNumber = errno;
-    }
-    if (errorNumber == 0 && ::rename(temporary.c_str(), path.c_str()) != 0) {
-        errorNumber = errno;
+    int errorNumber = draft.write(text);
+    if (errorNumber == 0) {
+        errorNumber = draft.publish();
     }
     if (errorNumber != 0) {
-        ::unlink(temporary.c_str());
         return writeError(path, errorNumber);
     }
     return base::Nothing{};

@@ -6,6 +6,7 @@
 #include <QImage>
 #include <QImageWriter>
 #include <QPainter>
+#include <new>
 
 namespace platform::qt {
 
@@ -33,9 +34,7 @@ QImage onWhite(const QImage& image) {
     return opaque;
 }
 
-}  // namespace
-
-std::vector<std::uint8_t> convertPng(std::span<const std::uint8_t> png, std::string_view mimeType) {
+std::vector<std::uint8_t> converted(std::span<const std::uint8_t> png, std::string_view mimeType) {
     const auto formats = QImageWriter::imageFormatsForMimeType(
         QByteArray(mimeType.data(), static_cast<qsizetype>(mimeType.size())));
     const QImage image = formats.isEmpty() ? QImage() : readPng(png);
@@ -50,6 +49,17 @@ std::vector<std::uint8_t> convertPng(std::span<const std::uint8_t> png, std::str
         return {};
     }
     return {file.data().begin(), file.data().end()};
+}
+
+}  // namespace
+
+std::vector<std::uint8_t> convertPng(std::span<const std::uint8_t> png, std::string_view mimeType) {
+    try {
+        return converted(png, mimeType);
+    } catch (const std::bad_alloc&) {
+        // The toolkit's pictures are null without memory, but its files throw.
+        return {};
+    }
 }
 
 }  // namespace platform::qt

@@ -21,6 +21,8 @@ class Snapshot {
     [[nodiscard]] virtual xcb_pixmap_t pixmap() const = 0;
     /// The display, in native pixels of the X screen.
     [[nodiscard]] virtual NativeRect frame() const = 0;
+    /// False when the server had no memory for it; a window that shows it could not be made then.
+    [[nodiscard]] virtual bool isTaken() const = 0;
 };
 
 /// How the overlay shows what lies under it.

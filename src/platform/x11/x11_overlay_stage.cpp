@@ -22,7 +22,7 @@ StageMode X11OverlayStage::mode() {
 
 std::shared_ptr<const Snapshot> X11OverlayStage::snapshotFor(const NativeRect& frame) {
     auto snapshot = snapshotShelf_.find(frame);
-    return snapshot ? snapshot : X11Snapshot::take(connection_, frame);
+    return snapshot && snapshot->isTaken() ? snapshot : X11Snapshot::take(connection_, frame);
 }
 
 void X11OverlayStage::windowMapped(xcb_window_t window, const NativeRect& frame,

@@ -19,13 +19,19 @@ class X11Snapshot final : public Snapshot {
 
     [[nodiscard]] xcb_pixmap_t pixmap() const override { return pixmap_; }
     [[nodiscard]] NativeRect frame() const override { return frame_; }
+    /// Waits for the server where it is asked right after the taking.
+    [[nodiscard]] bool isTaken() const override;
 
   private:
+    enum class State { unknown, taken, refused };
+
     X11Snapshot(Connection& connection, const NativeRect& frame);
 
     Connection& connection_;
     xcb_pixmap_t pixmap_;
     NativeRect frame_;
+    xcb_void_cookie_t creation_{};
+    mutable State state_ = State::unknown;
 };
 
 }  // namespace platform::x11

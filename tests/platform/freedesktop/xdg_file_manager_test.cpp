@@ -85,6 +85,44 @@ TEST_F(XdgFiles, a_file_that_may_not_be_written_is_an_error) {
     EXPECT_FALSE(status.error().sentence.empty());
 }
 
+TEST_F(XdgFiles, a_picture_goes_through_a_symbolic_link_and_the_link_stays) {
+    const std::string aim = directory_.path("elsewhere.png");
+    const std::string link = directory_.path("a.png");
+    std::filesystem::create_symlink(aim, link);
+    // Also where the link leads nowhere yet.
+    for (const char* text : {"first", "2nd"}) {
+        ASSERT_TRUE(manager().write(link, bytes(text)));
+        EXPECT_EQ(TemporaryDirectory::contents(aim), text);
+        EXPECT_EQ(std::filesystem::read_symlink(link), aim);
+    }
+}
+
+TEST_F(XdgFiles, a_text_takes_the_place_of_a_symbolic_link) {
+    const std::string aim = directory_.write("elsewhere.txt", "another's");
+    const std::string link = directory_.path("a.txt");
+    std::filesystem::create_symlink(aim, link);
+    ASSERT_TRUE(manager().writeTextAtomically(link, "text"));
+    EXPECT_FALSE(std::filesystem::is_symlink(link));
+    EXPECT_EQ(TemporaryDirectory::contents(link), "text");
+    EXPECT_EQ(TemporaryDirectory::contents(aim), "another's");
+}
+
+TEST_F(XdgFiles, a_symbolic_link_to_itself_is_an_error) {
+    std::filesystem::create_symlink("a.png", directory_.path("a.png"));
+    const auto status = manager().write(directory_.path("a.png"), bytes("x"));
+    ASSERT_FALSE(status);
+    EXPECT_THAT(status.error().sentence, HasSubstr("“a.png” couldn’t be saved"));
+}
+
+TEST_F(XdgFiles, a_device_takes_the_picture_and_stays_a_device) {
+    std::filesystem::create_symlink("/dev/null", directory_.path("a.png"));
+    EXPECT_TRUE(manager().write(directory_.path("a.png"), bytes("x")));
+    EXPECT_TRUE(std::filesystem::is_character_file("/dev/null"));
+    const auto status = manager().write("/dev/null/a.png", bytes("x"));
+    ASSERT_FALSE(status);
+    EXPECT_EQ(status.error().sentence, "“null” is not a folder.");
+}
+
 TEST_F(XdgFiles, a_fifo_that_nobody_reads_fails_at_once) {
     ASSERT_EQ(::mkfifo(directory_.path("a.png").c_str(), 0600), 0);
     const auto status = manager().write(directory_.path("a.png"), bytes("x"));

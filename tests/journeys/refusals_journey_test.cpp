@@ -1,0 +1,226 @@
+// The system refuses what a picture needs: memory of every kind, and room on the disk.
+#include <fcntl.h>
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+#include <sys/mman.h>
+#include <sys/resource.h>
+#include <unistd.h>
+
+#include <fstream>
+#include <limits>
+#include <new>
+#include <stdexcept>
+
+#include "journeys/refused_calls.h"
+#include "journeys/session.h"
+
+namespace journeys {
+namespace {
+
+using testing::EndsWith;
+using testing::IsEmpty;
+
+/// The orders that the program under test obeys.
+class Refusals {
+  public:
+    explicit Refusals(const std::filesystem::path& directory) : file_(directory / "refusals") {
+        const int file = ::open(file_.c_str(), O_RDWR | O_CREAT | O_CLOEXEC, 0600);
+        const bool isLong = ::ftruncate(file, sizeof(RefusalOrders)) == 0;
+        void* const memory =
+            ::mmap(nullptr, sizeof(RefusalOrders), PROT_READ | PROT_WRITE, MAP_SHARED, file, 0);
+        ::close(file);
+        if (!isLong || memory == MAP_FAILED) {
+            throw std::runtime_error("No memory for the orders.");
+        }
+        orders_ = new (memory) RefusalOrders{};
+    }
+    ~Refusals() { ::munmap(orders_, sizeof(RefusalOrders)); }
+    Refusals(const Refusals&) = delete;
+    Refusals& operator=(const Refusals&) = delete;
+
+    [[nodiscard]] desktop::Environment environment() const {
+        return {{"LD_PRELOAD", LUMAFRAME_TEST_REFUSED_CALLS}, {refusalsVariable, file_}};
+    }
+    void begin(std::uint32_t calls, std::uint64_t smallest, int granted, int refused) {
+        orders_->calls = 0;
+        orders_->smallest = smallest;
+        orders_->granted = granted;
+        orders_->refused = refused;
+        orders_->refusals = 0;
+        orders_->calls = calls;
+    }
+    /// Refuses nothing from here on; gives what was refused.
+    int end() {
+        orders_->calls = 0;
+        return orders_->refusals;
+    }
+
+  private:
+    std::filesystem::path file_;
+    RefusalOrders* orders_ = nullptr;
+};
+
+class Refusal : public testing::Test {
+  protected:
+    explicit Refusal(const desktop::DesktopOptions& options = {}) : session(options) {
+        // The library for sounds shares memory of its own.
+        session.writeSettings({{"playSounds", false}});
+        session.start(SettingsWindow::closed, refusals.environment());
+    }
+    /// Takes a picture, or not; gives the place in the log before it.
+    std::size_t drag() {
+        session.openOverlay();
+        const std::size_t before = session.mark();
+        session.input().drag({area.x, area.y}, {area.x + area.width, area.y + area.height});
+        session.waitUntilClosed();
+        return before;
+    }
+    void expectPicture() {
+        const Picture expected = session.screen(area);
+        const std::filesystem::path saved = session.waitForLine(line::saved, drag());
+        EXPECT_EQ(desktop::difference(expected, session.clipboardPicture().picture), "equal");
+        EXPECT_EQ(
+            desktop::difference(expected, desktop::decodePng(desktop::readFile(saved)).picture),
+            "equal");
+    }
+    /// The one line with which a capture ended.
+    std::string outcome(std::size_t before) {
+        std::vector<std::string> found;
+        session.require("The end of the capture", [&] {
+            found.clear();
+            for (const std::string& text : session.linesSince(before)) {
+                for (const char* prefix : {line::saved, line::notSaved, notEncoded, notCaptured}) {
+                    if (text.starts_with(prefix)) {
+                        found.push_back(text);
+                    }
+                }
+            }
+            return !found.empty();
+        });
+        EXPECT_EQ(found.size(), 1U) << testing::PrintToString(found);
+        return found.front();
+    }
+    void expectToLiveOn() {
+        ASSERT_TRUE(session.program().isRunning());
+        expectPicture();
+        EXPECT_THAT(session.program().errorLines(), IsEmpty());
+    }
+
+    static constexpr const char* notEncoded = "Failed to convert image to PNG";
+    static constexpr const char* notCaptured = "Error capturing screenshot: ";
+    static constexpr std::uint64_t pictureSize = 1 << 20;
+    static constexpr int forGood = std::numeric_limits<int>::max();
+
+    Session session;
+    Refusals refusals{session.desktop().directory()};
+    /// Four MB of pixels, which hardly become fewer in a PNG.
+    const Area area{2, 3, 1270, 790};
+};
+
+TEST_F(Refusal, of_room_on_the_disk_by_a_quota_is_one_line) {
+    const Picture expected = session.screen(area);
+    refusals.begin(RefusalOrders::writeBeyondQuota, 0, 0, forGood);
+    EXPECT_THAT(outcome(drag()), EndsWith("couldn’t be saved because there is no space left."));
+    EXPECT_EQ(desktop::difference(expected, session.clipboardPicture().picture), "equal");
+    EXPECT_GT(refusals.end(), 0);
+    expectToLiveOn();
+}
+
+/// How often something is refused.
+struct Shortage {
+    const char* name;
+    desktop::Compositor compositor;
+    int refused;
+};
+
+class Memory : public Refusal, public testing::WithParamInterface<Shortage> {
+  protected:
+    Memory() : Refusal({.compositor = GetParam().compositor}) {}
+};
+
+INSTANTIATE_TEST_SUITE_P(Refused, Memory,
+                         testing::Values(Shortage{"once", desktop::Compositor::none, 1},
+                                         Shortage{"from_then_on", desktop::Compositor::picom,
+                                                  std::numeric_limits<int>::max()}),
+                         [](const auto& parameter) { return parameter.param.name; });
+
+TEST_P(Memory, refused_at_any_moment_costs_one_picture_and_one_line) {
+    expectPicture();
+    constexpr int mostMoments = 60;
+    int refused = 1;
+    int moment = 0;
+    for (; refused > 0; ++moment) {
+        ASSERT_LT(moment, mostMoments);
+        refusals.begin(RefusalOrders::allocation, pictureSize, moment, GetParam().refused);
+        const std::string end = outcome(drag());
+        // Other programs paste it as it is, and in a form that is made for it.
+        for (const char* target : {"image/png", "image/bmp", "image/jpeg"}) {
+            static_cast<void>(session.clipboard().read(target));
+        }
+        refused = refusals.end();
+        ASSERT_TRUE(session.program().isRunning()) << "at moment " << moment << ": " << end;
+        EXPECT_TRUE(end == notEncoded || end.starts_with(line::saved)) << end;
+    }
+    // The file and each of the other forms.
+    EXPECT_GT(moment, 3);
+    expectToLiveOn();
+}
+
+/// How many of the steps to memory that the X server shares are taken before one fails.
+class SharedMemory : public Refusal, public testing::WithParamInterface<int> {};
+
+INSTANTIATE_TEST_SUITE_P(Steps, SharedMemory, testing::Values(0, 1, 2));
+
+TEST_P(SharedMemory, refused_costs_one_picture_and_one_line) {
+    refusals.begin(RefusalOrders::sharedMemory, pictureSize, GetParam(), forGood);
+    EXPECT_EQ(outcome(drag()),
+              std::string(notCaptured) + "Optional(There is not enough memory for the picture.)");
+    EXPECT_GT(refusals.end(), 0);
+    expectToLiveOn();
+}
+
+/// An X server that gets no more memory than it has.
+class PoorServer {
+  public:
+    explicit PoorServer(pid_t server) : server_(server) {
+        std::ifstream statistics("/proc/" + std::to_string(server) + "/statm");
+        rlim_t pages = 0;
+        statistics >> pages;
+        const rlim_t little = pages * static_cast<rlim_t>(::sysconf(_SC_PAGESIZE)) + (256U << 10U);
+        const rlimit limit{little, RLIM_INFINITY};
+        ::prlimit(server_, RLIMIT_AS, &limit, nullptr);
+    }
+    ~PoorServer() {
+        const rlimit unlimited{RLIM_INFINITY, RLIM_INFINITY};
+        ::prlimit(server_, RLIMIT_AS, &unlimited, nullptr);
+    }
+    PoorServer(const PoorServer&) = delete;
+    PoorServer& operator=(const PoorServer&) = delete;
+
+  private:
+    pid_t server_;
+};
+
+/// So large that the server's memory for a picture of it always comes from the system.
+class LargeRefusal : public Refusal {
+  protected:
+    LargeRefusal() : Refusal({.outputs = {{0, 0, 3840, 2160}}}) {}
+};
+
+TEST_F(LargeRefusal, of_a_pixmap_costs_one_opening) {
+    {
+        const PoorServer poor(session.desktop().server().processId());
+        const std::size_t before = session.mark();
+        session.pressScreenshotShortcut();
+        session.waitForLine(line::cursorSet, before);
+        EXPECT_FALSE(session.isOpen());
+        const std::size_t opened = session.mark();
+        session.input().tap(desktop::key::escape);
+        session.waitForLine(line::cursorRestored, opened);
+    }
+    // At once, though an opening so soon takes a snapshot over.
+    expectToLiveOn();
+}
+
+}  // namespace
+}  // namespace journeys
