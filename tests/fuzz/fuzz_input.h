@@ -59,6 +59,21 @@ class Input {
     std::span<const std::uint8_t> rest_;
 };
 
+/// How large a made-up picture is.
+struct PictureSize {
+    int width = 1;
+    int height = 1;
+};
+
+/// Mostly so small that thousands are tried in a second; one in eight is up to 256 x 64.
+inline PictureSize pictureSize(Input& input) {
+    const std::uint8_t kind = input.byte();
+    const std::uint8_t width = input.byte();
+    const std::uint8_t height = input.byte();
+    return kind % 8 == 7 ? PictureSize{1 + width, 1 + height % 64}
+                         : PictureSize{1 + width % 48, 1 + height % 16};
+}
+
 }  // namespace fuzz
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size);

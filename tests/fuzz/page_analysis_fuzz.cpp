@@ -56,8 +56,7 @@ void checkPage(const platform::tesseract::PageAnalysis& page, int width, int hei
 
 int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     fuzz::Input input(data, size);
-    const int width = 1 + input.byte();
-    const int height = 1 + input.byte() % 64;
+    const auto [width, height] = fuzz::pictureSize(input);
     const auto depth = static_cast<Depth>(input.byte() % 3);
     const auto count = static_cast<std::size_t>(width) * static_cast<std::size_t>(height);
     const auto image = base::Image::fromPixels(width, height, pixelsOf(input, count, depth),

@@ -27,8 +27,7 @@ void comparePixel(const std::uint8_t* pixel, const std::uint8_t* read, int chann
 
 int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     fuzz::Input input(data, size);
-    const int width = 1 + input.byte();
-    const int height = 1 + input.byte() % 64;
+    const auto [width, height] = fuzz::pictureSize(input);
     const auto alphaChannel =
         input.byte() % 2 == 0 ? base::AlphaChannel::none : base::AlphaChannel::premultiplied;
     const base::Size points{static_cast<double>(input.byte()), static_cast<double>(input.byte())};
