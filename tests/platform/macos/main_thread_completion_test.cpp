@@ -66,11 +66,13 @@ void onAnotherThread(std::function<void()> task) {
 TEST(MainThreadCompletion, runs_on_the_main_thread_in_a_later_turn_with_what_it_was_given) {
     std::optional<std::thread::id> place;
     std::string given;
-    const MainThreadCompletion<std::string> finish(Queue::post, [&](const std::string& text) {
-        place = std::this_thread::get_id();
-        given = text;
-    });
-    onAnotherThread([&] { finish("late"); });
+    {
+        const MainThreadCompletion<std::string> finish(Queue::post, [&](const std::string& text) {
+            place = std::this_thread::get_id();
+            given = text;
+        });
+        onAnotherThread([&] { finish("late"); });
+    }
     EXPECT_FALSE(place);
     Queue::runAll();
     EXPECT_EQ(place, std::this_thread::get_id());
@@ -80,11 +82,13 @@ TEST(MainThreadCompletion, runs_on_the_main_thread_in_a_later_turn_with_what_it_
 TEST(MainThreadCompletion, whose_owner_has_gone_does_nothing_however_late_it_is) {
     int count = 0;
     auto owner = std::make_unique<base::Alive>();
-    const MainThreadCompletion<> finish(Queue::post, owner->guard([&] { ++count; }));
-    finish();
-    owner.reset();
-    Queue::runAll();
-    onAnotherThread([&] { finish(); });
+    {
+        const MainThreadCompletion<> finish(Queue::post, owner->guard([&] { ++count; }));
+        finish();
+        owner.reset();
+        Queue::runAll();
+        onAnotherThread([&] { finish(); });
+    }
     Queue::runAll();
     EXPECT_EQ(count, 0);
 }

@@ -20,7 +20,7 @@ class WindowManagerClientTest : public testing::Test {
   protected:
     [[nodiscard]] bool skipsTaskbar(xcb_window_t window) const {
         const auto bytes = desktop_.client().property(window, "_NET_WM_STATE");
-        if (!bytes) {
+        if (!bytes || bytes->empty()) {
             return false;
         }
         std::vector<std::uint32_t> states(bytes->size() / 4);
