@@ -13,6 +13,7 @@
 #include <thread>
 
 #include "platform/png/band_compressor.h"
+#include "platform/png/band_queue.h"
 #include "platform/png/png_chunks.h"
 
 namespace platform::png {
@@ -20,13 +21,13 @@ namespace platform::png {
 namespace {
 
 using File = std::vector<std::uint8_t>;
-/// Nothing in it is ever moved.
-using Bands = std::deque<BandCompressor>;
 
 /// A row of four bytes a pixel and its filter byte must not be longer than this.
 constexpr std::uint64_t largestRow = 0x7FFFFFFF;
-/// With fewer filtered bytes than this a thread of its own costs more than it saves.
+/// With fewer filtered bytes than this a band of its own costs more than it saves.
 constexpr std::size_t smallestBand = std::size_t{256} * 1024;
+/// So many that a thread that begins 5 ms late leaves its share to the others.
+constexpr int bandsPerThread = 4;
 constexpr int mostThreads = 4;
 
 std::optional<base::Error> problemOf(const base::Image& image) {
@@ -73,48 +74,94 @@ std::future<void> runBeside(Task task) {
     }
 }
 
+/// A band's rows and, once somebody has compressed it, its checksum.
+struct Band {
+    RowRange rows;
+    std::uint32_t checksum = 1;
+    /// Its chunks, unless they are in the file already.
+    File chunks{};
+};
+
 /// Bands of nearly the same number of rows.
-Bands bandsOf(const PixelRows& rows, int count) {
-    Bands bands;
+std::vector<Band> bandsOf(int height, int count) {
+    std::vector<Band> bands;
     int first = 0;
     for (int band = 1; band <= count; ++band) {
-        const auto end = static_cast<int>(static_cast<std::int64_t>(rows.height()) * band / count);
-        bands.emplace_back(rows, RowRange{first, end},
-                           band == count ? BandPosition::last : BandPosition::followed);
+        const auto end = static_cast<int>(static_cast<std::int64_t>(height) * band / count);
+        bands.push_back({{first, end}});
         first = end;
     }
     return bands;
 }
 
-/// Compresses the first band into `file` on this thread, the others beside it.
-void appendBands(File& file, Bands& bands) {
-    std::size_t size = 0;
-    std::vector<File> chunks(bands.size());
-    for (std::size_t band = 0; band < bands.size(); ++band) {
-        size += bands[band].filteredSize();
-        if (band > 0) {
-            chunks[band].reserve(largestCompressedSize(bands[band].filteredSize()));
-        }
-    }
-    file.reserve(file.size() + largestCompressedSize(size));
-    std::vector<std::future<void>> done(bands.size());
-    for (std::size_t band = 1; band < bands.size(); ++band) {
-        done[band] = runBeside([&bands, &chunks, band] { bands[band].run(chunks[band]); });
-    }
-    bands.front().run(file);
-    for (std::size_t band = 1; band < bands.size(); ++band) {
-        if (done[band].valid()) {
-            done[band].get();
-        }
-        file.insert(file.end(), chunks[band].begin(), chunks[band].end());
-    }
+std::size_t filteredSizeOf(const PixelRows& pixels, RowRange rows) {
+    return (pixels.bytesPerRow() + 1) * static_cast<std::size_t>(rows.end - rows.first);
 }
 
-std::uint32_t checksumOf(const Bands& bands) {
+/// Compresses the bands into `file`: this thread from the first on, the helping ones from the last.
+class BandWork {
+  public:
+    /// Takes all memory that the helping threads need.
+    BandWork(const PixelRows& pixels, std::vector<Band>& bands, std::size_t threads)
+        : bands_(bands), queue_(static_cast<int>(bands.size())) {
+        const RowRange largest = std::ranges::max(bands, {}, [](const Band& band) {
+                                     return band.rows.end - band.rows.first;
+                                 }).rows;
+        for (std::size_t thread = 0; thread < std::min(threads, bands.size()); ++thread) {
+            compressors_.emplace_back(pixels, largest.end - largest.first);
+        }
+        if (compressors_.size() > 1) {
+            for (auto band = bands.begin() + 1; band != bands.end(); ++band) {
+                band->chunks.reserve(largestCompressedSize(filteredSizeOf(pixels, band->rows)));
+            }
+        }
+    }
+
+    void run(File& file) {
+        std::vector<std::future<void>> helpers;
+        for (auto helper = compressors_.begin() + 1; helper != compressors_.end(); ++helper) {
+            helpers.push_back(runBeside([this, helper] { help(*helper); }));
+        }
+        int written = 0;
+        while (const auto band = queue_.takeFirst()) {
+            compress(compressors_.front(), *band, file);
+            written = *band + 1;
+        }
+        for (auto& helper : helpers) {
+            if (helper.valid()) {
+                helper.get();
+            }
+        }
+        for (auto band = bands_.begin() + written; band != bands_.end(); ++band) {
+            file.insert(file.end(), band->chunks.begin(), band->chunks.end());
+        }
+    }
+
+  private:
+    void help(BandCompressor& compressor) {
+        while (const auto band = queue_.takeLast()) {
+            compress(compressor, *band, bands_[static_cast<std::size_t>(*band)].chunks);
+        }
+    }
+
+    void compress(BandCompressor& compressor, int number, File& file) {
+        Band& band = bands_[static_cast<std::size_t>(number)];
+        const bool isLast = &band == &bands_.back();
+        band.checksum =
+            compressor.run(band.rows, isLast ? BandPosition::last : BandPosition::followed, file);
+    }
+
+    std::vector<Band>& bands_;
+    BandQueue queue_;
+    /// Nothing in it is ever moved.
+    std::deque<BandCompressor> compressors_;
+};
+
+std::uint32_t checksumOf(const PixelRows& pixels, const std::vector<Band>& bands) {
     uLong checksum = adler32(0, nullptr, 0);
-    for (const BandCompressor& band : bands) {
-        checksum =
-            adler32_combine(checksum, band.checksum(), static_cast<z_off_t>(band.filteredSize()));
+    for (const Band& band : bands) {
+        checksum = adler32_combine(checksum, band.checksum,
+                                   static_cast<z_off_t>(filteredSizeOf(pixels, band.rows)));
     }
     return static_cast<std::uint32_t>(checksum);
 }
@@ -126,15 +173,16 @@ File encode(const base::Image& image, base::Size pointSize, int threads) {
     appendHeader(file, image, rows.layout());
     appendColors(file, image.colorSpace().get());
     appendPhysicalSize(file, image, pointSize);
-    const std::size_t filteredSize =
-        (rows.bytesPerRow() + 1) * static_cast<std::size_t>(rows.height());
-    const auto most = std::min<std::size_t>(static_cast<std::size_t>(rows.height()),
-                                            static_cast<std::size_t>(threads));
+    const std::size_t filteredSize = filteredSizeOf(rows, {0, rows.height()});
+    const auto most = std::min<std::size_t>(
+        static_cast<std::size_t>(rows.height()),
+        static_cast<std::size_t>(threads == 1 ? 1 : threads * bandsPerThread));
     const std::size_t count = std::clamp<std::size_t>(filteredSize / smallestBand, 1, most);
-    auto bands = bandsOf(rows, static_cast<int>(count));
+    auto bands = bandsOf(rows.height(), static_cast<int>(count));
     appendStreamHeader(file);
-    appendBands(file, bands);
-    appendStreamChecksum(file, checksumOf(bands));
+    file.reserve(file.size() + largestCompressedSize(filteredSize));
+    BandWork(rows, bands, static_cast<std::size_t>(threads)).run(file);
+    appendStreamChecksum(file, checksumOf(rows, bands));
     appendChunk(file, ChunkType::end, {});
     return file;
 }

@@ -41,6 +41,12 @@ SparseCompressor::~SparseCompressor() {
     deflateEnd(zlib_.get());
 }
 
+void SparseCompressor::restart() {
+    deflateReset(zlib_.get());
+    pendingRepeats_ = 0;
+    isInsideRows_ = false;
+}
+
 void SparseCompressor::compress(std::span<const std::uint8_t> rows, const Sink& sink) {
     for (std::size_t at = 0; at < rows.size(); at += bytesPerRow_) {
         const auto row = rows.subspan(at, bytesPerRow_);

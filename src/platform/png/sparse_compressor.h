@@ -32,6 +32,8 @@ class SparseCompressor {
     SparseCompressor(const SparseCompressor&) = delete;
     SparseCompressor& operator=(const SparseCompressor&) = delete;
 
+    /// Begins a new stream.
+    void restart();
     /// `rows` are whole rows of differences from the row above.
     void compress(std::span<const std::uint8_t> rows, const Sink& sink);
     void end(Ending ending, const Sink& sink);

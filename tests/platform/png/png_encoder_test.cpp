@@ -265,6 +265,25 @@ TEST(PngEncoder, a_picture_of_four_hundred_megapixels_comes_back) {
     }
 }
 
+TEST(PngEncoder, every_width_around_those_that_are_packed_at_once_comes_back) {
+    for (int width = 1; width <= 40; ++width) {
+        const auto image = sample_pictures::noise(width, 3, AlphaChannel::none);
+
+        const auto decoded = png_reader::decode(encoded(image));
+
+        EXPECT_EQ(decoded.problem, "") << width;
+        EXPECT_TRUE(decoded.pixels == opaqueColors(image)) << width;
+    }
+}
+
+TEST(PngEncoder, a_picture_makes_the_same_file_whichever_thread_is_faster) {
+    const auto image = sample_pictures::page(1280, 803);
+    const auto file = encoded(image, 2);
+    for (int repetition = 0; repetition < 20; ++repetition) {
+        EXPECT_TRUE(encoded(image, 2) == file);
+    }
+}
+
 TEST(PngEncoder, a_single_colour_of_any_height_comes_back) {
     // Around the numbers of repeated rows that are written at once.
     for (const int height : {1, 2, 7, 8, 9, 31, 32, 33, 40, 41, 72, 73, 1000}) {
