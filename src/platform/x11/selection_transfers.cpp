@@ -64,11 +64,10 @@ SelectionTransfers::Delivery SelectionTransfers::start(xcb_window_t requestor, x
     }
     // Before the announcement, so that its deletion, which asks for the first piece, is seen.
     selectEvents(connection_, requestor, *mask | transferEvents);
-    const std::uint64_t id = nextId_++;
-    entries_.push_back({id, SelectionTransfer(requestor, property, value, pieceSize_),
+    entries_.push_back({SelectionTransfer(requestor, property, value, pieceSize_),
                         sibling == entries_.end() ? *mask : sibling->previousEventMask});
     entries_.back().transfer.announce(connection_);
-    watch(id, 0);
+    lookLater();
     return Delivery::accepted;
 }
 
@@ -108,22 +107,30 @@ void SelectionTransfers::handleDestroyNotify(xcb_window_t window) {
     }
 }
 
-void SelectionTransfers::watch(std::uint64_t id, std::uint64_t pieceCount) {
-    mainQueue_.postAfter(
-        patience, alive_.guard([this, id, pieceCount] { giveUpUnlessMoved(id, pieceCount); }));
+void SelectionTransfers::lookLater() {
+    if (look_ == Look::none) {
+        look_ = Look::due;
+        mainQueue_.postAfter(lookInterval, alive_.guard([this] { lookAfterAll(); }));
+    }
 }
 
-void SelectionTransfers::giveUpUnlessMoved(std::uint64_t id, std::uint64_t pieceCount) {
-    const auto entry = std::ranges::find(entries_, id, &Entry::id);
-    if (entry == entries_.end()) {
-        return;
+void SelectionTransfers::lookAfterAll() {
+    look_ = Look::none;
+    // The first of so many may follow the beginning at once.
+    constexpr int mostQuietLooks = patience / lookInterval;
+    for (auto entry = entries_.begin(); entry != entries_.end();) {
+        const auto current = entry++;
+        const std::uint64_t pieces = current->transfer.pieceCount();
+        current->quietLooks = pieces == current->seenPieces ? current->quietLooks + 1 : 0;
+        current->seenPieces = pieces;
+        if (current->quietLooks > mostQuietLooks) {
+            end(current, WindowState::exists);
+        }
     }
-    if (entry->transfer.pieceCount() > pieceCount) {
-        watch(id, entry->transfer.pieceCount());
-        return;
-    }
-    end(entry, WindowState::exists);
     connection_.flush();
+    if (!entries_.empty()) {
+        lookLater();
+    }
 }
 
 SelectionTransfers::Entries::iterator SelectionTransfers::find(xcb_window_t requestor,

@@ -20,8 +20,11 @@ class SelectionTransfers {
   public:
     enum class Delivery { accepted, refused };
 
-    /// A transfer whose requestor takes nothing for this long is given up.
+    /// A transfer whose requestor takes nothing for this long is given up, two looks later at most.
     static constexpr std::chrono::milliseconds patience{10000};
+    /// How often is looked after all of them together, with one timer: it runs on for this long
+    /// after the last one, not for the patience of each.
+    static constexpr std::chrono::milliseconds lookInterval{2500};
     /// More requestors at once are not served: each of them holds a picture in memory.
     static constexpr std::size_t largestCount = 32;
     /// What is larger goes in pieces of this size: the server stores a property of one mebibyte
@@ -39,10 +42,12 @@ class SelectionTransfers {
 
   private:
     struct Entry {
-        std::uint64_t id;
         SelectionTransfer transfer;
         /// What this connection had selected on the requestor's window before.
         std::uint32_t previousEventMask;
+        /// What had been sent at the last look, and at how many looks nothing more.
+        std::uint64_t seenPieces = 0;
+        int quietLooks = 0;
     };
     using Entries = std::list<Entry>;
     enum class WindowState { exists, destroyed };
@@ -50,8 +55,8 @@ class SelectionTransfers {
     Delivery start(xcb_window_t requestor, xcb_atom_t property, const SelectionValue& value);
     void handlePropertyNotify(const xcb_property_notify_event_t& event);
     void handleDestroyNotify(xcb_window_t window);
-    void watch(std::uint64_t id, std::uint64_t pieceCount);
-    void giveUpUnlessMoved(std::uint64_t id, std::uint64_t pieceCount);
+    void lookLater();
+    void lookAfterAll();
     Entries::iterator find(xcb_window_t requestor, xcb_atom_t property);
     Entries::iterator findOn(xcb_window_t requestor);
     void end(Entries::iterator entry, WindowState windowState);
@@ -60,7 +65,8 @@ class SelectionTransfers {
     base::MainQueue& mainQueue_;
     std::size_t pieceSize_;
     Entries entries_;
-    std::uint64_t nextId_ = 1;
+    enum class Look { none, due };
+    Look look_ = Look::none;
     base::Alive alive_;
 };
 

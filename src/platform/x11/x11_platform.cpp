@@ -36,6 +36,7 @@
 #include "platform/qt/qt_main_queue.h"
 #include "platform/qt/qt_text_rasterizer.h"
 #include "platform/qt/qt_windows.h"
+#include "platform/qt/quiet_toolkit.h"
 #include "platform/qt/screen_scale.h"
 #include "platform/qt/tray_icon.h"
 #include "platform/resources.h"
@@ -269,7 +270,9 @@ std::unique_ptr<QApplication> makeApplication(const StartOptions& options) {
     QApplication::setApplicationName(QStringLiteral("lumaframe"));
     QApplication::setApplicationDisplayName(QStringLiteral("Lumaframe"));
     QApplication::setDesktopFileName(QString::fromLatin1(applicationIdentifier));
-    return std::make_unique<QApplication>(argumentCount, options.arguments);
+    auto application = std::make_unique<QApplication>(argumentCount, options.arguments);
+    qt::quietToolkit();
+    return application;
 }
 
 /// On a server that cannot blend, or hides from an untrusted program that it can, the program still
