@@ -44,7 +44,7 @@ void BusyDesktop::keep(std::unique_ptr<desktop::Process> started) {
 
 void BusyDesktop::requireWhole(const std::string& after) const {
     const bool isWhole =
-        std::ranges::all_of(programs_, [](const auto& program) { return program->isRunning(); });
+        std::ranges::all_of(programs_, [](const auto& started) { return started->isRunning(); });
     if (!isWhole) {
         throw std::runtime_error("A window of the desktop is gone after " + after +
                                  ": the programs would not show the same things any more.");

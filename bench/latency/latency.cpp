@@ -4,7 +4,7 @@
 //
 //   latency --lumaframe PROGRAM --content DIRECTORY --output FILE.json
 //           [--rounds N] [--compositor none|picom|picom-fading] [--only NAME[,NAME...]]
-//           [--idle yes|no] [--peers-every ROUNDS]
+//           [--idle yes|no] [--growth yes|no] [--peers-every ROUNDS]
 #include <algorithm>
 #include <cstdio>
 #include <cstdlib>
@@ -17,6 +17,7 @@
 #include <string>
 #include <vector>
 
+#include "latency/growth_session.h"
 #include "latency/idle_session.h"
 #include "latency/lumaframe_program.h"
 #include "latency/one_shot.h"
@@ -38,6 +39,7 @@ const latency::Drag whole{"3840x2160", {0, 0}, {3839, 2159}};
 constexpr std::chrono::milliseconds idleTime{3000};
 
 enum class Idle { ignored, measured };
+enum class Growth { ignored, measured };
 
 struct Arguments {
     fs::path lumaframe;
@@ -49,6 +51,7 @@ struct Arguments {
     desktop::Compositor compositor = desktop::Compositor::none;
     std::string only;
     Idle idle = Idle::ignored;
+    Growth growth = Growth::ignored;
 
     [[nodiscard]] bool includes(const std::string& name) const {
         return only.empty() || ("," + only + ",").find("," + name + ",") != std::string::npos;
@@ -78,6 +81,9 @@ Arguments parse(int count, char** values) {
     }
     if (given["--idle"] == "yes") {
         arguments.idle = Idle::measured;
+    }
+    if (given["--growth"] == "yes") {
+        arguments.growth = Growth::measured;
     }
     return arguments;
 }
@@ -171,7 +177,12 @@ int main(int count, char** values) {
     const Arguments arguments = parse(count, values);
     latency::Samples samples;
     try {
-        measure(arguments, samples);
+        if (arguments.rounds > 0 || arguments.idle == Idle::measured) {
+            measure(arguments, samples);
+        }
+        if (arguments.growth == Growth::measured && arguments.includes("lumaframe")) {
+            latency::measureGrowth(arguments.lumaframe, arguments.compositor, samples);
+        }
     } catch (const std::exception& failure) {
         std::fprintf(stderr, "%s\n", failure.what());
         return 1;

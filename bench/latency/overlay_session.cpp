@@ -135,7 +135,9 @@ bool OverlaySession::captureQuickly(Program& program, const Drag& drag) {
     const bool isDone =
         selectWhenMapped(program, drag) &&
         watchUntil(
-            watches(program), [this] { return files_.closedAt().has_value(); }, limit);
+            // A pasting program that stops in the middle keeps its picture in memory.
+            watches(program), [this] { return files_.closedAt() && clipboard_.receivedAt(); },
+            limit);
     dismiss();
     return isDone;
 }
@@ -147,42 +149,47 @@ bool OverlaySession::recognize(LumaframeProgram& program, const Drag& drag) {
     return selectWhenMapped(program, drag);
 }
 
+OverlaySession::Spending::Spending(Program& program, BusyDesktop& desktop)
+    : watched_{{"", program.process()},
+               {" (X server)", desktop.serverProcess()},
+               {" (compositor)", desktop.compositorProcess()}} {
+    for (Watched& watched : watched_) {
+        watched.before = usageOf(watched.process).cpu;
+    }
+}
+
+void OverlaySession::Spending::put(Samples& samples, const std::string& program,
+                                   const std::string& quantity, int times) const {
+    for (const Watched& watched : watched_) {
+        if (watched.process != 0) {
+            const double spent = usageOf(watched.process).cpu - watched.before;
+            samples.add(program, quantity + watched.who, spent / times);
+        }
+    }
+}
+
 void OverlaySession::measureFirstDrag(Program& program, const Drag& drag) {
     input_.pressButton().send();
     screen_.waitUntilStill(limit);
     screen_.restart(screen_.height() / rowPart);
+    const Spending spending(program, desktop_);
     const double begin = input_.moveTo(between(drag, 1, 2)).send();
     watchUntil(
         watches(program), [this] { return screen_.changedAt().has_value(); }, limit);
     samples_.addSpan(program.name(), "first drag painted " + drag.label, begin,
                      screen_.changedAt());
     rest(pause);
+    spending.put(samples_, program.name(), "cpu of the first drag " + drag.label, 1);
 }
 
 void OverlaySession::measureMotions(Program& program, const Drag& drag) {
-    struct Watched {
-        std::string who;
-        pid_t process;
-    };
-    const std::vector<Watched> all{{"", program.process()},
-                                   {" (X server)", desktop_.serverProcess()},
-                                   {" (compositor)", desktop_.compositorProcess()}};
-    std::vector<double> before;
-    before.reserve(all.size());
-    for (const Watched& watched : all) {
-        before.push_back(usageOf(watched.process).cpu);
-    }
+    const Spending spending(program, desktop_);
     for (int step = 0; step < motionCount; ++step) {
         input_.moveTo(between(drag, motionCount + step, 2 * motionCount)).send();
         rest(motionInterval);
     }
     rest(pause);
-    for (std::size_t index = 0; index < all.size(); ++index) {
-        if (all[index].process != 0) {
-            const double spent = usageOf(all[index].process).cpu - before[index];
-            samples_.add(program.name(), "cpu per motion" + all[index].who, spent / motionCount);
-        }
-    }
+    spending.put(samples_, program.name(), "cpu per motion", motionCount);
 }
 
 void OverlaySession::measureRelease(Program& program, const std::string& label) {

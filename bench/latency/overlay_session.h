@@ -42,6 +42,22 @@ class OverlaySession {
     bool recognize(LumaframeProgram& program, const Drag& drag);
 
   private:
+    /// The processor time of the program, the X server and the compositor from its making on.
+    class Spending {
+      public:
+        Spending(Program& program, BusyDesktop& desktop);
+        void put(Samples& samples, const std::string& program, const std::string& quantity,
+                 int times) const;
+
+      private:
+        struct Watched {
+            std::string who;
+            pid_t process;
+            double before = 0;
+        };
+        std::vector<Watched> watched_;
+    };
+
     bool waitForOverlay(Program& program);
     bool selectWhenMapped(Program& program, const Drag& drag);
     void measureFirstDrag(Program& program, const Drag& drag);
