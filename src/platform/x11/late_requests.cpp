@@ -1,5 +1,6 @@
 #include "platform/x11/late_requests.h"
 
+#include <algorithm>
 #include <utility>
 
 namespace platform::x11 {
@@ -12,10 +13,12 @@ void LateRequests::add(std::function<void()> send) {
     }
 }
 
-LateRequests::Hold LateRequests::hold() {
+LateRequests::Hold LateRequests::hold(Until until) {
     if (auto held = held_.lock()) {
+        state_->until = std::max(state_->until, until);
         return held;
     }
+    state_->until = until;
     Hold held(state_.get(), [state = std::weak_ptr(state_)](const void*) {
         if (const auto alive = state.lock()) {
             alive->sendAll();
@@ -23,6 +26,12 @@ LateRequests::Hold LateRequests::hold() {
     });
     held_ = held;
     return held;
+}
+
+void LateRequests::noteClaim() {
+    if (state_->until == Until::claimed) {
+        state_->sendAll();
+    }
 }
 
 void LateRequests::sendAll() {

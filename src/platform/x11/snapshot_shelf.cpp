@@ -39,13 +39,20 @@ void SnapshotShelf::close(xcb_window_t window) {
     if (found == shown_.end()) {
         return;
     }
-    connection_.lateRequests().add([&connection = connection_, window] {
-        xcb_destroy_window(connection.get(), window);
-        connection.flush();
-    });
     const std::uint64_t number = nextNumber_++;
     kept_.push_back({number, std::move(found->snapshot)});
     shown_.erase(found);
+    // Only then the windows below begin to repaint.
+    auto repaintBegins = alive_.guard([this, number] { forgetLater(number); });
+    connection_.lateRequests().add(
+        [&connection = connection_, window, repaintBegins = std::move(repaintBegins)]() mutable {
+            xcb_destroy_window(connection.get(), window);
+            connection.flush();
+            repaintBegins();
+        });
+}
+
+void SnapshotShelf::forgetLater(std::uint64_t number) {
     mainQueue_.postAfter(repaintLimit, alive_.guard([this, number] {
         std::erase_if(kept_, [number](const Kept& kept) { return kept.number == number; });
         connection_.flush();

@@ -31,6 +31,7 @@ class SnapshotShelf {
     [[nodiscard]] std::shared_ptr<const Snapshot> find(const NativeRect& frame) const;
 
   private:
+    void forgetLater(std::uint64_t number);
     struct Shown {
         xcb_window_t window = XCB_WINDOW_NONE;
         std::shared_ptr<const Snapshot> snapshot;

@@ -1,6 +1,8 @@
 #include "platform/x11/x11_capture_service.h"
 
 #include <algorithm>
+#include <chrono>
+#include <cstdint>
 #include <utility>
 #include <variant>
 
@@ -13,6 +15,20 @@
 namespace platform::x11 {
 
 namespace {
+
+/// Up to a 4K display, which is delivered within 70 ms, the overlay ends behind the whole delivery
+/// and not before the picture is encoded.
+constexpr std::int64_t mostPixelsDelivered = 3840L * 2160;
+/// A clipboard manager, or whoever pastes at once, asks within a few milliseconds, and takes a
+/// mebibyte in each.
+constexpr std::chrono::milliseconds pasteTime{20};
+
+LateRequests::Until endOfHold(const base::Result<base::Image>& picture) {
+    const bool isLarge =
+        picture &&
+        std::int64_t{picture.value().width()} * picture.value().height() > mostPixelsDelivered;
+    return isLarge ? LateRequests::Until::claimed : LateRequests::Until::delivered;
+}
 
 /// The colour space of the name among those of the displays; none stands for sRGB.
 std::shared_ptr<const base::ColorSpace> colorSpaceNamed(
@@ -173,7 +189,7 @@ std::vector<PixelSource> X11CaptureService::sourcesOf(const std::vector<DisplayB
 
 void X11CaptureService::finish(ImageResult result, ImageCompletion completion) {
     // The completion comes in the next turn and has the picture delivered in the one after.
-    auto hold = connection_.lateRequests().hold();
+    auto hold = connection_.lateRequests().hold(endOfHold(result));
     mainQueue_.post(alive_.guard([result = std::move(result), completion = std::move(completion)] {
         if (result) {
             completion(result.value(), std::nullopt);
@@ -182,7 +198,9 @@ void X11CaptureService::finish(ImageResult result, ImageCompletion completion) {
         }
     }));
     mainQueue_.post([hold = std::move(hold), &queue = mainQueue_]() mutable {
-        queue.post([hold = std::move(hold)] {});
+        queue.post([hold = std::move(hold), &queue]() mutable {
+            queue.postAfter(pasteTime, [hold = std::move(hold)] {});
+        });
     });
 }
 

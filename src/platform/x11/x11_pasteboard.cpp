@@ -51,7 +51,7 @@ void X11Pasteboard::clearContents() {
 
 void X11Pasteboard::writeImage(std::shared_ptr<capture::CapturedImage> image) {
     owner_.offer(std::make_unique<ImageContents>(connection_, std::move(image), converter_));
-    connection_.lateRequests().sendAll();
+    connection_.lateRequests().noteClaim();
 }
 
 void X11Pasteboard::writeString(const std::string& text) {

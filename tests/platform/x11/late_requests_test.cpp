@@ -37,6 +37,32 @@ TEST_F(LateRequestsTest, are_sent_when_what_was_waited_for_has_been_sent) {
     EXPECT_EQ(sent, 1);
 }
 
+TEST_F(LateRequestsTest, are_sent_when_the_clipboard_is_owned_if_nothing_else_is_waited_for) {
+    const auto hold = requests.hold(LateRequests::Until::claimed);
+    add();
+    requests.noteClaim();
+    EXPECT_EQ(sent, 1);
+}
+
+TEST_F(LateRequestsTest, wait_past_the_claim_when_one_hold_is_for_the_delivery) {
+    auto claim = requests.hold(LateRequests::Until::claimed);
+    auto delivery = requests.hold(LateRequests::Until::delivered);
+    add();
+    requests.noteClaim();
+    EXPECT_EQ(sent, 0);
+    claim.reset();
+    delivery.reset();
+    EXPECT_EQ(sent, 1);
+}
+
+TEST_F(LateRequestsTest, a_hold_for_the_delivery_does_not_lengthen_a_later_one) {
+    requests.hold(LateRequests::Until::delivered).reset();
+    const auto claim = requests.hold(LateRequests::Until::claimed);
+    add();
+    requests.noteClaim();
+    EXPECT_EQ(sent, 1);
+}
+
 TEST_F(LateRequestsTest, are_sent_once) {
     {
         const auto hold = requests.hold();
