@@ -34,6 +34,9 @@ constexpr double leastReducedLetter = 8;
 /// In pixels: no letter is read in less.
 constexpr int smallestReduced = 12;
 
+/// About as long as a look at so many pixels takes what follows the reading of a line.
+constexpr int pixelsOfLine = 4000;
+
 bool isSpeck(const LineReading& reading) {
     std::vector<std::string> characters = charactersOf(reading.text);
     std::erase(characters, " ");
@@ -178,10 +181,12 @@ std::vector<ReadLine> ScreenTextReader::observe(const PageAnalysis& page,
     }
     Spacing spacing(page.ink(), page.letterHeight());
     std::vector<Spacing::Line> spaced(lines.size());
-    shareParts(static_cast<int>(lines.size()), [&](int part) {
-        const auto index = static_cast<std::size_t>(part);
-        if (page.pitches()[index] <= 0) {
-            spaced[index] = spacing.look(lines[index], metrics[index], readings[index].text);
+    shareBands(static_cast<int>(lines.size()), pixelsOfLine, [&](int first, int end) {
+        for (auto index = static_cast<std::size_t>(first); index < static_cast<std::size_t>(end);
+             ++index) {
+            if (page.pitches()[index] <= 0) {
+                spaced[index] = spacing.look(lines[index], metrics[index], readings[index].text);
+            }
         }
     });
     // Lines of one pitch teach each other.
