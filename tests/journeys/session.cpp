@@ -1,6 +1,7 @@
 #include "journeys/session.h"
 
 #include <algorithm>
+#include <cstdlib>
 #include <cstring>
 #include <fstream>
 #include <stdexcept>
@@ -18,10 +19,17 @@ desktop::Wallpaper::Ground groundOf(const desktop::DesktopOptions& options) {
                : desktop::Wallpaper::Ground::root;
 }
 
+/// Another one by scripts/sanitize, which starts the program inside of a tool.
+std::filesystem::path programOfTheBuild() {
+    const char* const other = std::getenv("LUMAFRAME_TEST_PROGRAM");
+    return other == nullptr ? LUMAFRAME_PROGRAM : other;
+}
+
 }  // namespace
 
 Session::Session(const desktop::DesktopOptions& options, desktop::Wallpaper::Motif motif)
-    : options_(options),
+    : executable_(programOfTheBuild()),
+      options_(options),
       desktop_(options),
       motif_(motif),
       wallpaper_(std::in_place, desktop_.displayName(), motif, groundOf(options)),

@@ -116,7 +116,7 @@ class Session {
     void waitForRegistrations();
     Picture screenWithoutFilm();
 
-    std::filesystem::path executable_{LUMAFRAME_PROGRAM};
+    std::filesystem::path executable_;
     desktop::DesktopOptions options_;
     desktop::Desktop desktop_;
     desktop::Wallpaper::Motif motif_;
