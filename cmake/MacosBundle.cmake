@@ -30,6 +30,7 @@ function(lumaframe_make_bundle target)
   # sandbox, in which a program may neither tap the keyboard nor write into any folder. The file that says
   # so has no comments: signing is said to refuse them.
   set_property(TARGET ${target} APPEND PROPERTY LINK_DEPENDS
+    ${resources}
     ${CMAKE_SOURCE_DIR}/packaging/macos/Info.plist.in
     ${CMAKE_SOURCE_DIR}/packaging/macos/Lumaframe.entitlements)
   add_custom_command(TARGET ${target} POST_BUILD

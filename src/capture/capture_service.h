@@ -35,7 +35,7 @@ struct ShareableWindow {
 
 struct ShareableDisplay {
     base::DisplayID displayID = 0;
-    /// As `base::Screen` has it: screen space, points.
+    /// Points, as the service lists displays: in the space of `base::Screen` where it has one list.
     base::Rect frame;
     double scaleFactor = 1.0;
     /// What the service needs to take the picture as it was when the content was asked for.

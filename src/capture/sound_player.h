@@ -1,14 +1,18 @@
 #pragma once
 
+#include <memory>
 #include <optional>
 #include <string>
 
 namespace capture {
 
-/// A sound that can be played: the file behind it.
+/// A sound that can be played.
 struct Sound {
     std::string name;
+    /// The file behind it, empty where the system knows it by its name alone.
     std::string path;
+    /// What a player keeps with it, for itself alone.
+    std::shared_ptr<const void> backing = {};
 };
 
 /// Plays short sounds. Main thread; nothing here waits for a sound server.

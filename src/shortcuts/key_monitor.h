@@ -43,9 +43,10 @@ class InstalledKeyMonitor {
 /// them. Main thread.
 ///
 /// While a monitor is installed and a window of this program has the input, a key does nothing
-/// else: no hot key fires, of this program or of another one, as far as the system allows that. A
-/// key without a virtual key code is not reported and goes its usual way. What follows a swallowed
-/// key-down, its repeats and its release, reaches nobody, also when the monitor is gone by then.
+/// else: no hot key fires, of this program or of another one. A key without a virtual key code is
+/// not reported and goes its usual way. What follows a swallowed key-down, its repeats and its
+/// release, reaches nobody, also when the monitor is gone by then. All of that as far as the system
+/// allows it.
 class KeyMonitor {
   public:
     /// Called for one event; may destroy any monitor, its own too.

@@ -108,7 +108,7 @@ MISTAKES = [
     ("overlay_view", "- (void)resetCursorRects {\n}\n", "", "forgotten override"),
     ("overlay_view", "    [super updateTrackingAreas];\n", "", "inherited method not called"),
     ("overlay_view", "- (void)mouseExited:(NSEvent*)event {", "- (void)mouseLeft:(NSEvent*)event {", "misspelled override"),
-    ("overlay_view", "- (instancetype)initWithCoder:(NSCoder*)coder {\n    (void)coder;\n    base::fatalError(\"init(coder:) has not been implemented\");\n}\n", "", "forgotten override"),
+    ("overlay_view", "- (instancetype)initWithCoder:(NSCoder*)coder {\n    base::fatalError(\"init(coder:) has not been implemented\");\n}\n", "", "forgotten override"),
     ("overlay_view", "self = [super initWithFrame:frame];", "self = [super init];", "initialiser that is not the designated one"),
     ("reopening", "- (BOOL)applicationShouldHandleReopen:(NSApplication*)application hasVisibleWindows:", "- (BOOL)applicationShouldReopen:(NSApplication*)application hasVisibleWindows:", "misspelled method of a delegate"),
     ("reopening", "- (BOOL)applicationShouldHandleReopen:", "- (void)applicationShouldHandleReopen:", "method of a delegate with another result"),
@@ -116,6 +116,7 @@ MISTAKES = [
     ("user_defaults_settings_store", "change:(NSDictionary<NSKeyValueChangeKey, id>*)change\n", "changes:(NSDictionary<NSKeyValueChangeKey, id>*)change\n", "misspelled override"),
     # Ports.
     ("looping_player_view", "void LoopingPlayerView::setCornerRadius(double radius)", "void LoopingPlayerView::setCornerRadius(int radius)", "method that the port does not have"),
+    ("local_key_monitor", "const std::weak_ptr<Monitors> weakThis = weak_from_this();", "const auto held = weak_from_this();\n            const auto& weakThis = held;", "reference in a block"),
     ("local_key_monitor", ".keyCode = event.keyCode,", ".keyCode = event.characters,", "string for a number"),
 ]
 

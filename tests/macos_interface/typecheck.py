@@ -6,11 +6,14 @@ Warnings are errors. A target of macOS makes clang check availability and know t
 
 import glob
 import os
+import re
 import subprocess
 from pathlib import Path
 
 HERE = Path(__file__).resolve().parent
 ROOT = HERE.parents[1]
+# A block keeps the address behind a reference, not the value; most blocks run after both have gone.
+CAPTURED_REFERENCE = re.compile(r"-capture \w+ \S+ '(\w+)' .*&'$", re.M)
 DEPLOYMENT_TARGET = "14.0"
 TARGETS = (f"x86_64-apple-macosx{DEPLOYMENT_TARGET}", f"arm64-apple-macos{DEPLOYMENT_TARGET}")
 CLANG = os.environ.get("CLANGXX", "clang++")
@@ -62,7 +65,10 @@ def flags(target):
 
 
 def check(source, target, extra=()):
-    """What clang says about `source`, and whether it refuses it."""
-    result = subprocess.run([CLANG, *flags(target), *extra, str(source)], cwd=ROOT,
+    """What clang says about `source`, and whether it is refused: by clang, or for a captured reference."""
+    tree = ["-Xclang", "-ast-dump", "-Xclang", "-ast-dump-filter=platform::macos"]
+    result = subprocess.run([CLANG, *flags(target), *tree, *extra, str(source)], cwd=ROOT,
                             capture_output=True, text=True, check=False)
-    return result.returncode == 0, result.stderr.strip()
+    captured = [f"{source}: error: a block captures the reference {name!r}"
+                for name in CAPTURED_REFERENCE.findall(result.stdout)]
+    return result.returncode == 0 and not captured, "\n".join([result.stderr.strip(), *captured]).strip()

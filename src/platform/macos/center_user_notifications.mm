@@ -2,8 +2,6 @@
 
 #import <UserNotifications/UserNotifications.h>
 
-#include <utility>
-
 #include "platform/macos/foundation_text.h"
 #include "platform/macos/platform_constants.h"
 

@@ -12,8 +12,10 @@ void CocoaPasteboard::clearContents() {
 }
 
 void CocoaPasteboard::writeImage(std::shared_ptr<capture::CapturedImage> image) {
-    if (NSImage* const object = pointSizedImage(image->pixels(), image->size())) {
-        [NSPasteboard.generalPasteboard writeObjects:@[ object ]];
+    @autoreleasepool {
+        if (NSImage* const object = pointSizedImage(image->pixels(), image->size())) {
+            [NSPasteboard.generalPasteboard writeObjects:@[ object ]];
+        }
     }
 }
 

@@ -2,6 +2,7 @@
 
 #import <AppKit/AppKit.h>
 
+#include "platform/macos/core_foundation_handle.h"
 #include "platform/macos/core_graphics_geometry.h"
 
 namespace platform::macos {
@@ -21,13 +22,8 @@ void CocoaPointer::setCursor(overlay::Cursor cursor) {
 }
 
 std::optional<base::Point> CocoaPointer::location() {
-    const CGEventRef event = CGEventCreate(nullptr);
-    if (event == nullptr) {
-        return std::nullopt;
-    }
-    const base::Point location = pointFrom(CGEventGetLocation(event));
-    CFRelease(event);
-    return location;
+    const Handle<CGEventRef> event{CGEventCreate(nullptr)};
+    return event ? std::optional(pointFrom(CGEventGetLocation(event.get()))) : std::nullopt;
 }
 
 }  // namespace platform::macos

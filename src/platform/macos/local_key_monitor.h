@@ -7,8 +7,9 @@
 namespace platform::macos {
 
 /// The events of this program's keyboard, seen before any control sees them. What the system itself
-/// takes, registered hot keys above all, does not come here. The system is asked for events only
-/// while a monitor is installed.
+/// takes, registered hot keys above all, does not come here; releases, and the repeats of a key
+/// whose handler has gone, go their usual way. The system is asked for events only while a monitor
+/// is installed.
 class LocalKeyMonitor final : public shortcuts::KeyMonitor {
   public:
     // Main thread, as every method here and the calls of the handlers.

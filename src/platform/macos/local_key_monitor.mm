@@ -32,14 +32,16 @@ shortcuts::KeyEvent keyEventFrom(NSEvent* event) {
 
 }  // namespace
 
-struct LocalKeyMonitor::Monitors {
+/// Main thread.
+struct LocalKeyMonitor::Monitors : std::enable_shared_from_this<Monitors> {
     /// The newest last.
     std::vector<SharedHandler> handlers;
     id token = nil;
 
-    void add(const SharedHandler& handler, const std::weak_ptr<Monitors>& weakThis) {
+    void add(const SharedHandler& handler) {
         handlers.push_back(handler);
         if (token == nil) {
+            const std::weak_ptr<Monitors> weakThis = weak_from_this();
             token = [NSEvent
                 addLocalMonitorForEventsMatchingMask:recorderEventMask
                                              handler:^NSEvent*(NSEvent* event) {
@@ -87,7 +89,7 @@ LocalKeyMonitor::~LocalKeyMonitor() = default;
 
 std::unique_ptr<shortcuts::InstalledKeyMonitor> LocalKeyMonitor::install(Handler handler) {
     const auto shared = std::make_shared<Handler>(std::move(handler));
-    monitors_->add(shared, monitors_);
+    monitors_->add(shared);
     return std::make_unique<InstalledLocalMonitor>(
         [monitors = monitors_, shared] { monitors->remove(shared); });
 }

@@ -79,6 +79,7 @@ void loadItem(AVAsset* asset, ItemCompletion finish) {
 }  // namespace
 
 /// Keeps the looper, and with it the player, for as long as the view is there.
+/// Main thread.
 struct LoopingPlayerView::Coordinator {
     AVAsset* asset = nil;
     AVPlayerView* view = nil;

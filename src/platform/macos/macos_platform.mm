@@ -62,7 +62,7 @@ class MacosPlatform final : public RunningPlatform {
     Instance serve(Requests requests) override;
     void showScenes(app::Scenes& scenes) override { scenes_ = &scenes; }
     void showMenu(app::MenuBarCommands& menu) override;
-    int run() override { return QApplication::exec(); }
+    int run() override;
 
   private:
     std::unique_ptr<QWidget> makeWindow(const std::string& sceneId);
@@ -136,6 +136,14 @@ std::unique_ptr<QWidget> MacosPlatform::makeWindow(const std::string& sceneId) {
         showMaterialBehind(window->winId());
     }
     return window;
+}
+
+int MacosPlatform::run() {
+    const int status = QApplication::exec();
+    // They show a menu that does not live as long as this.
+    statusItem_.reset();
+    menuBar_.reset();
+    return status;
 }
 
 Instance MacosPlatform::serve(Requests requests) {

@@ -3,43 +3,34 @@
 #import <AppKit/AppKit.h>
 
 #include "platform/macos/foundation_text.h"
+#include "platform/macos/object_backing.h"
 
 namespace platform::macos {
 
 namespace {
 
-NSSound* _Nullable loadSound(const capture::Sound& sound) {
-    if (sound.path.empty()) {
-        return [NSSound soundNamed:stringFrom(sound.name)];
+/// None where the system has no such sound.
+std::optional<capture::Sound> soundWith(const std::string& name, NSSound* found) {
+    if (found == nil) {
+        return std::nullopt;
     }
-    return [[NSSound alloc] initWithContentsOfFile:stringFrom(sound.path) byReference:YES];
-}
-
-std::optional<capture::Sound> playable(const capture::Sound& sound) {
-    return loadSound(sound) == nil ? std::nullopt : std::optional(sound);
+    return capture::Sound{.name = name, .path = {}, .backing = backingFrom(found)};
 }
 
 }  // namespace
 
-struct NamedSoundPlayer::Playing {
-    NSSound* sound = nil;
-};
-
-NamedSoundPlayer::NamedSoundPlayer() : playing_(std::make_unique<Playing>()) {}
-
-NamedSoundPlayer::~NamedSoundPlayer() = default;
-
 std::optional<capture::Sound> NamedSoundPlayer::soundNamed(const std::string& name) {
-    return playable({.name = name, .path = {}});
+    return soundWith(name, [NSSound soundNamed:stringFrom(name)]);
 }
 
 std::optional<capture::Sound> NamedSoundPlayer::soundInFallbackFile(const std::string& name) {
-    return playable({.name = name, .path = "/System/Library/Sounds/" + name + ".aiff"});
+    NSString* const file = stringFrom("/System/Library/Sounds/" + name + ".aiff");
+    return soundWith(name, [[NSSound alloc] initWithContentsOfFile:file byReference:YES]);
 }
 
 void NamedSoundPlayer::play(const capture::Sound& sound) {
-    playing_->sound = loadSound(sound);
-    [playing_->sound play];
+    playing_ = sound;
+    [(__bridge NSSound*)playing_.backing.get() play];
 }
 
 }  // namespace platform::macos

@@ -33,6 +33,7 @@ NSBezierPath* pathFrom(const base::Rect& rect, double cornerRadius) {
 }
 
 /// Between a save and a restore of the graphics state, so that no step sees what another one set.
+/// Main thread.
 struct StepPainter {
     void operator()(const overlay::FillStep& step) const {
         [colorFrom(step.color) setFill];

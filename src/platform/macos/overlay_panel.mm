@@ -41,10 +41,6 @@ static_assert(panelCollectionBehavior ==
                           styleMask:(NSWindowStyleMask)style
                             backing:(NSBackingStoreType)backing
                               defer:(BOOL)defer {
-    (void)rect;
-    (void)style;
-    (void)backing;
-    (void)defer;
     base::fatalError("The window of the overlay is made from a display only.");
 }
 
@@ -57,7 +53,6 @@ static_assert(panelCollectionBehavior ==
 }
 
 - (void)cancelOperation:(id)sender {
-    (void)sender;
     if (self.input != nullptr) {
         self.input->cancelOperation();
     }

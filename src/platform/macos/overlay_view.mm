@@ -34,7 +34,6 @@ static_assert(overlay::optionModifierFlag == NSEventModifierFlagOption);
 }
 
 - (instancetype)initWithCoder:(NSCoder*)coder {
-    (void)coder;
     base::fatalError("init(coder:) has not been implemented");
 }
 
@@ -63,7 +62,6 @@ static_assert(overlay::optionModifierFlag == NSEventModifierFlagOption);
 }
 
 - (void)drawRect:(NSRect)dirtyRect {
-    (void)dirtyRect;
     platform::macos::drawSteps(steps_);
 }
 
@@ -74,14 +72,12 @@ static_assert(overlay::optionModifierFlag == NSEventModifierFlagOption);
 }
 
 - (void)mouseEntered:(NSEvent*)event {
-    (void)event;
     if (self.input != nullptr) {
         self.input->mouseEntered();
     }
 }
 
 - (void)mouseExited:(NSEvent*)event {
-    (void)event;
     if (self.input != nullptr) {
         self.input->mouseExited();
     }

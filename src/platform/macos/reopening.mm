@@ -2,16 +2,13 @@
 
 #import <AppKit/AppKit.h>
 
-#include <utility>
-
+/// Main thread.
 @interface LumaframeReopeningDelegate : NSObject <NSApplicationDelegate>
 @property(nonatomic, copy) void (^onReopen)(void);
 @end
 
 @implementation LumaframeReopeningDelegate
 - (BOOL)applicationShouldHandleReopen:(NSApplication*)application hasVisibleWindows:(BOOL)visible {
-    (void)application;
-    (void)visible;
     if (self.onReopen != nil) {
         self.onReopen();
     }

@@ -11,6 +11,7 @@
 #include "platform/macos/image_conversion.h"
 #include "platform/macos/main_thread.h"
 #include "platform/macos/main_thread_completion.h"
+#include "platform/macos/object_backing.h"
 #include "platform/macos/platform_constants.h"
 
 namespace platform::macos {
@@ -21,11 +22,6 @@ static_assert(capturePixelFormat == kCVPixelFormatType_32BGRA);
 static_assert(static_cast<OSType>(capture::PixelFormat::bgra) == kCVPixelFormatType_32BGRA);
 
 using MaybeError = std::optional<base::Error>;
-
-/// Keeps an object of the system's in a value of the program's. Any thread.
-std::shared_ptr<const void> backingFrom(NSObject* object) {
-    return {(__bridge_retained CFTypeRef)object, [](CFTypeRef kept) { CFRelease(kept); }};
-}
 
 std::optional<capture::RunningApplication> applicationFrom(SCRunningApplication* application) {
     if (application == nil) {

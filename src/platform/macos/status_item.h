@@ -10,7 +10,7 @@ namespace platform::macos {
 class StatusItem {
   public:
     // Main thread, as every method here.
-    /// `menu` outlives the object.
+    /// `menu` must outlive the object.
     explicit StatusItem(QMenu& menu);
     ~StatusItem();
     StatusItem(const StatusItem&) = delete;

@@ -18,9 +18,6 @@
                       ofObject:(id)object
                         change:(NSDictionary<NSKeyValueChangeKey, id>*)change
                        context:(void*)context {
-    (void)object;
-    (void)change;
-    (void)context;
     if (keyPath != nil) {
         self.onChange(keyPath);
     }

@@ -48,23 +48,25 @@ base::Result<std::vector<capture::TextObservation>> VisionTextRecognizer::recogn
     if (!picture) {
         return base::Error{base::ErrorKind::invalid, "The picture is empty."};
     }
-    VNImageRequestHandler* const handler =
-        [[VNImageRequestHandler alloc] initWithCGImage:picture.get() options:@{}];
-    // Filled before the call below returns.
-    __block std::optional<Lines> lines;
-    VNRecognizeTextRequest* const request =
-        [[VNRecognizeTextRequest alloc] initWithCompletionHandler:^(VNRequest* finished, NSError*) {
-          lines = linesFrom(finished.results);
-        }];
-    request.recognitionLevel = static_cast<VNRequestTextRecognitionLevel>(recognitionLevel);
-    NSError* error = nil;
-    if (![handler performRequests:@[ request ] error:&error]) {
-        return describedError(error).value_or(localizedError(nil));
+    @autoreleasepool {
+        VNImageRequestHandler* const handler =
+            [[VNImageRequestHandler alloc] initWithCGImage:picture.get() options:@{}];
+        // Filled before the call below returns.
+        __block std::optional<Lines> lines;
+        VNRecognizeTextRequest* const request = [[VNRecognizeTextRequest alloc]
+            initWithCompletionHandler:^(VNRequest* finished, NSError*) {
+              lines = linesFrom(finished.results);
+            }];
+        request.recognitionLevel = static_cast<VNRequestTextRecognitionLevel>(recognitionLevel);
+        NSError* error = nil;
+        if (![handler performRequests:@[ request ] error:&error]) {
+            return describedError(error).value_or(localizedError(nil));
+        }
+        if (!lines) {
+            return base::Error{base::ErrorKind::notFound, "The recogniser gave no lines of text."};
+        }
+        return *lines;
     }
-    if (!lines) {
-        return base::Error{base::ErrorKind::notFound, "The recogniser gave no lines of text."};
-    }
-    return *lines;
 }
 
 }  // namespace platform::macos
