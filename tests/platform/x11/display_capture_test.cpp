@@ -228,7 +228,7 @@ bool isHeld(CaptureRig& rig) {
     return !*isSent;
 }
 
-TEST(FrozenDisplayCapture, keeps_the_overlay_s_end_back_until_the_picture_is_delivered) {
+TEST(FrozenDisplayCapture, keeps_the_overlay_s_end_back_until_the_picture_is_delivered_and_pasted) {
     CaptureRig rig(with(desktop::Compositor::none));
     const xcb_window_t overlay = openOverlay(rig);
     const auto shown = rig.content().displays.at(0);
@@ -250,6 +250,10 @@ TEST(FrozenDisplayCapture, keeps_the_overlay_s_end_back_until_the_picture_is_del
                    client.get(), xcb_get_geometry(client.get(), overlay), nullptr)) != nullptr;
     };
     rig.queue().runAll();
+    EXPECT_TRUE(isHeld(rig)) << "whoever pastes at once is answered first";
+    (void)rig.connection().serverTime();
+    EXPECT_TRUE(isThere());
+    rig.queue().advance(std::chrono::milliseconds{20});
     EXPECT_FALSE(isHeld(rig));
     (void)rig.connection().serverTime();
     EXPECT_FALSE(isThere());
