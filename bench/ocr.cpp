@@ -1,7 +1,9 @@
 // Reads sets of pictures whose text is known and prints how much of it was right and what it took:
 // processor time on one thread, time by the clock on two, and, where the first set has a picture of
-// a single word, the helper's first use and the memory that is left behind. The rows "all pictures
-// but those of" say how much of the whole a single program makes; nothing is fitted without it.
+// a single word, the helper's first use and the memory that is left behind. Each picture is read
+// three times in both ways in turn, and the medians of its times count: machines are noisy. The
+// rows "all pictures but those of" say how much of the whole a single program makes; nothing is
+// fitted without it.
 //
 //   ocr [--texts FOLDER] [--pictures] [--no-command-line] SET...
 //
@@ -12,6 +14,8 @@
 #include <fstream>
 #include <map>
 #include <string>
+#include <utility>
+#include <vector>
 
 #include "helper_run.h"
 #include "reading_run.h"
@@ -21,6 +25,8 @@
 namespace {
 
 using platform::tesseract::CrewSize;
+
+constexpr int readingsOfEach = 3;
 
 struct Options {
     std::filesystem::path texts;
@@ -89,27 +95,31 @@ int readSet(const std::filesystem::path& folder, const Options& options) {
     Tally spread;
     Tally commandLine;
     for (const bench::Sample& sample : samples.value()) {
-        const auto reading = oneThread.read(sample);
-        if (!reading) {
-            return fail(reading.error());
+        std::vector<bench::Reading> onOne;
+        std::vector<bench::Reading> onTwo;
+        for (int turn = 0; turn < readingsOfEach; ++turn) {
+            auto reading = oneThread.read(sample);
+            auto again = twoThreads.read(sample);
+            if (!reading || !again) {
+                return fail(reading ? again.error() : reading.error());
+            }
+            if (again.value().text != reading.value().text) {
+                std::printf("  %s: two threads read another text than one\n", sample.name.c_str());
+            }
+            onOne.push_back(std::move(reading.value()));
+            onTwo.push_back(std::move(again.value()));
         }
-        const auto again = twoThreads.read(sample);
-        if (!again) {
-            return fail(again.error());
-        }
-        if (again.value().text != reading.value().text) {
-            std::printf("  %s: two threads read another text than one\n", sample.name.c_str());
-        }
-        const auto score = bench::scoreText(sample.truth, reading.value().text);
-        own.add(sample, score, reading.value());
-        spread.add(sample, score, again.value());
+        const bench::Reading reading = bench::medianOf(std::move(onOne));
+        const auto score = bench::scoreText(sample.truth, reading.text);
+        own.add(sample, score, reading);
+        spread.add(sample, score, bench::medianOf(std::move(onTwo)));
         if (!options.texts.empty()) {
-            std::ofstream(options.texts / (sample.name + ".txt")) << reading.value().text;
+            std::ofstream(options.texts / (sample.name + ".txt")) << reading.text;
         }
         if (options.showsPictures && score.wrongCharacters > 0) {
             std::printf("  %-14s %4ld of %4ld wrong, %ld of %ld lines, %.0f ms\n",
                         sample.name.c_str(), score.wrongCharacters, score.characters,
-                        score.exactLines, score.lines, reading.value().cpu);
+                        score.exactLines, score.lines, reading.cpu);
         }
         if (options.runsCommandLine) {
             const auto other = bench::readWithCommandLine(sample);

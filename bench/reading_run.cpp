@@ -5,6 +5,7 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <array>
 #include <ctime>
 #include <fstream>
@@ -61,6 +62,16 @@ base::Result<Reading> ReadingRun::read(const Sample& sample) {
         }
     }
     return reading;
+}
+
+Reading medianOf(std::vector<Reading> readings) {
+    Reading median = readings.front();
+    const auto middle = readings.begin() + static_cast<std::ptrdiff_t>(readings.size() / 2);
+    for (double Reading::*const time : {&Reading::cpu, &Reading::wall}) {
+        std::ranges::nth_element(readings, middle, {}, time);
+        median.*time = (*middle).*time;
+    }
+    return median;
 }
 
 base::Result<Reading> readWithCommandLine(const Sample& sample) {

@@ -34,6 +34,10 @@ class ReadingRun {
         readers_;
 };
 
+/// The first of several readings of one picture with the medians of what they took, each for
+/// itself.
+Reading medianOf(std::vector<Reading> readings);
+
 /// Reads a sample with the engine's command line and one thread.
 base::Result<Reading> readWithCommandLine(const Sample& sample);
 
