@@ -178,33 +178,6 @@ TEST_P(WindowKinds, a_window_that_moves_before_the_click_is_taken_all_the_same) 
     EXPECT_EQ(difference(expected, click().picture), "equal");
 }
 
-TEST_P(WindowKinds, the_highlight_stays_where_the_window_was_listed) {
-    const TableRow row(TableGroup::windows,
-                       {GetParam().title, "a window that moves while it is highlighted",
-                        "the highlight stays, also when the pointer moves on"});
-    const Place at{300, 300};
-    const std::uint32_t beneath = pixel(at);
-    const auto window = open({.x = 200, .y = 150, .width = 300, .height = 240});
-    window->focus();
-    session.waitUntilStill();
-    const std::uint32_t covered = pixel(at);
-    const Place origin = window->place();
-    const auto beneathLater = session.screen({700, 400, 300, 300});
-    hover(at);
-    configure(window->id(), XCB_CONFIG_WINDOW_X | XCB_CONFIG_WINDOW_Y, {700, 400});
-    session.require("The moving of the window", [&] { return window->place().x > 600; });
-    session.input().moveTo({at.x + 20, at.y + 10});
-    session.require("The highlight where the window was",
-                    [&] { return isHighlighted(pixel(at), isLive() ? beneath : covered); });
-    const Place now = window->place();
-    const Place later{now.x + at.x - origin.x, now.y + at.y - origin.y};
-    session.require("The dimming where it is", [&] {
-        return isDimmed(pixel(later),
-                        isLive() ? covered : beneathLater.at(later.x - 700, later.y - 400));
-    });
-    session.cancelOverlay();
-}
-
 TEST_P(WindowKinds, a_window_that_is_resized_before_the_click_has_its_new_size_when_it_is_live) {
     const TableRow row(TableGroup::windows,
                        {GetParam().title, "a window that is resized between hover and click",
