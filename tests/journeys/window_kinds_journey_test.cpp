@@ -1,107 +1,19 @@
-// Window mode over the windows that are not plain: of programs that do not answer, that decorate
-// themselves, partly off the screen, shaded, and such that change between hover and click.
+// Window mode over the windows that are not plain: of programs that do not answer, partly off the
+// screen, shaded, and such that change between hover and click.
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <array>
 #include <csignal>
-#include <cstring>
 
 #include "journeys/desktops_table.h"
 #include "journeys/overlay_colors.h"
-#include "journeys/session.h"
-#include "journeys/set_ups.h"
+#include "journeys/window_kinds.h"
 
 namespace journeys {
 namespace {
 
-namespace key = desktop::key;
-using desktop::Compositor;
 using desktop::difference;
-
-class WindowKinds : public testing::TestWithParam<SetUp> {
-  protected:
-    WindowKinds() {
-        session.writeSettings({{"captureShadows", false}});
-        session.start();
-    }
-    static bool isLive() { return GetParam().compositor != Compositor::none; }
-    std::unique_ptr<desktop::TestWindow> open(const desktop::TestWindowOptions& options) {
-        auto window =
-            std::make_unique<desktop::TestWindow>(session.desktop().displayName(), options);
-        return window;
-    }
-    std::uint32_t pixel(Place place) { return session.screen({place.x, place.y, 1, 1}).pixels[0]; }
-    /// Opens window mode with the pointer at `at` and waits until the window there is highlighted.
-    void hover(Place at) {
-        session.waitUntilStill();
-        const std::uint32_t original = pixel(at);
-        session.openOverlay();
-        const std::size_t before = session.mark();
-        session.input().tap(key::space);
-        session.program().waitForLine(line::toggled, before);
-        session.input().moveTo({at.x - 1, at.y});
-        session.input().moveTo(at);
-        session.require("The highlight", [&] { return isHighlighted(pixel(at), original); });
-    }
-    desktop::Png click() {
-        const std::size_t before = session.mark();
-        session.input().pressButton();
-        session.input().releaseButton();
-        session.waitForLine(line::windowCopied, before);
-        const std::string path = session.waitForLine(line::saved, before);
-        session.waitUntilClosed();
-        return desktop::decodePng(desktop::readFile(path));
-    }
-    xcb_window_t windowTitled(const std::string& title) {
-        auto& client = session.desktop().client();
-        xcb_window_t found = XCB_WINDOW_NONE;
-        session.require("The window \"" + title + "\"", [&] {
-            const auto list = client.property(client.root(), "_NET_CLIENT_LIST")
-                                  .value_or(std::vector<std::uint8_t>{});
-            for (std::size_t index = 0; index + 4 <= list.size(); index += 4) {
-                xcb_window_t window = XCB_WINDOW_NONE;
-                std::memcpy(&window, list.data() + index, sizeof window);
-                const auto name = client.property(window, "WM_NAME");
-                if (name && std::string(name->begin(), name->end()) == title) {
-                    found = window;
-                }
-            }
-            return found != XCB_WINDOW_NONE && session.activeWindow() == found;
-        });
-        session.waitUntilStill();
-        return found;
-    }
-    Area areaOf(xcb_window_t window) {
-        auto& client = session.desktop().client();
-        const desktop::Reply<xcb_get_geometry_reply_t> size(
-            xcb_get_geometry_reply(client.get(), xcb_get_geometry(client.get(), window), nullptr));
-        const desktop::Reply<xcb_translate_coordinates_reply_t> place(
-            xcb_translate_coordinates_reply(
-                client.get(), xcb_translate_coordinates(client.get(), window, client.root(), 0, 0),
-                nullptr));
-        return size && place ? Area{place->dst_x, place->dst_y, size->width, size->height} : Area{};
-    }
-    /// Left, right, top, bottom.
-    std::array<int, 4> extentsOf(xcb_window_t window, const std::string& property) {
-        std::array<int, 4> extents{};
-        const auto bytes = session.desktop().client().property(window, property);
-        if (bytes && bytes->size() == sizeof extents) {
-            std::memcpy(extents.data(), bytes->data(), sizeof extents);
-        }
-        return extents;
-    }
-    void configure(xcb_window_t window, std::uint16_t mask,
-                   const std::vector<std::uint32_t>& values) {
-        auto& client = session.desktop().client();
-        xcb_configure_window(client.get(), window, mask, values.data());
-        client.synchronize();
-    }
-
-    Session session{
-        {.windowManager = GetParam().windowManager, .compositor = GetParam().compositor}};
-};
 
 INSTANTIATE_TEST_SUITE_P(Desktops, WindowKinds,
                          testing::ValuesIn(setUpsNamed({"openbox", "openbox_picom_xrender"})),
@@ -176,6 +88,33 @@ TEST_P(WindowKinds, a_window_that_moves_before_the_click_is_taken_all_the_same) 
     configure(window->id(), XCB_CONFIG_WINDOW_X | XCB_CONFIG_WINDOW_Y, {700, 400});
     session.require("The moving of the window", [&] { return window->place().x > 600; });
     EXPECT_EQ(difference(expected, click().picture), "equal");
+}
+
+TEST_P(WindowKinds, the_highlight_stays_where_the_window_was_listed) {
+    const TableRow row(TableGroup::windows,
+                       {GetParam().title, "a window that moves while it is highlighted",
+                        "the highlight stays, also when the pointer moves on"});
+    const Place at{300, 300};
+    const std::uint32_t beneath = pixel(at);
+    const auto window = open({.x = 200, .y = 150, .width = 300, .height = 240});
+    window->focus();
+    session.waitUntilStill();
+    const std::uint32_t covered = pixel(at);
+    const Place origin = window->place();
+    const auto beneathLater = session.screen({700, 400, 300, 300});
+    hover(at);
+    configure(window->id(), XCB_CONFIG_WINDOW_X | XCB_CONFIG_WINDOW_Y, {700, 400});
+    session.require("The moving of the window", [&] { return window->place().x > 600; });
+    session.input().moveTo({at.x + 20, at.y + 10});
+    session.require("The highlight where the window was",
+                    [&] { return isHighlighted(pixel(at), isLive() ? beneath : covered); });
+    const Place now = window->place();
+    const Place later{now.x + at.x - origin.x, now.y + at.y - origin.y};
+    session.require("The dimming where it is", [&] {
+        return isDimmed(pixel(later),
+                        isLive() ? covered : beneathLater.at(later.x - 700, later.y - 400));
+    });
+    session.cancelOverlay();
 }
 
 TEST_P(WindowKinds, a_window_that_is_resized_before_the_click_has_its_new_size_when_it_is_live) {
@@ -297,99 +236,6 @@ TEST_P(KWinDecoration, has_transparent_corners) {
             EXPECT_EQ(taken.at(x, y), taken.at(taken.width - 1 - x, y)) << x << ", " << y;
         }
     }
-}
-
-/// GTK 3 and GTK 4, with their shadows and without.
-class SelfDecorated : public WindowKinds {
-  protected:
-    struct Shown {
-        std::unique_ptr<desktop::Process> program;
-        /// With its shadow.
-        Area whole;
-        Area visible;
-    };
-    Shown show(int version) {
-        const std::string title = "GTK " + std::to_string(version);
-        auto program = session.desktop().startGtkWindow(version, title);
-        const xcb_window_t window = windowTitled(title);
-        const Area whole = areaOf(window);
-        const auto [left, right, top, bottom] = extentsOf(window, "_GTK_FRAME_EXTENTS");
-        const Area visible{whole.x + left, whole.y + top, whole.width - left - right,
-                           whole.height - top - bottom};
-        // It is mapped before its first frame.
-        session.require("The window on the screen", [&] {
-            const Picture line =
-                session.screen({visible.x, visible.y + visible.height - 10, visible.width, 1});
-            return std::count(line.pixels.begin(), line.pixels.end(), line.at(30, 0)) >
-                   visible.width / 2;
-        });
-        session.waitUntilStill();
-        return {std::move(program), whole, visible};
-    }
-    /// Where the picture is opaque it is what the screen shows; corners are softened.
-    static void expectOpaquePartsOf(const Picture& screen, const Picture& taken) {
-        constexpr int corner = 12;
-        std::size_t opaque = 0;
-        for (int y = 0; y < taken.height; ++y) {
-            for (int x = 0; x < taken.width; ++x) {
-                const bool isInCorner = (x < corner || x >= taken.width - corner) &&
-                                        (y < corner || y >= taken.height - corner);
-                if (taken.at(x, y) >> 24U == 255 && !isInCorner) {
-                    ++opaque;
-                    ASSERT_EQ(taken.at(x, y), screen.at(x, y)) << "at " << x << ", " << y;
-                }
-            }
-        }
-        EXPECT_GT(opaque, taken.pixels.size() / 2);
-    }
-    void check(int version) {
-        SCOPED_TRACE("GTK " + std::to_string(version));
-        session.writeSettings({{"captureShadows", false}});
-        const Shown shown = show(version);
-        const Place at{shown.visible.x + 30, shown.visible.y + shown.visible.height - 20};
-        const std::string name = "gtk" + std::to_string(version) + "-" + GetParam().name;
-        {
-            const Picture screen = session.screen(shown.visible);
-            hover(at);
-            const Picture taken = click().picture;
-            ASSERT_EQ(taken.width, shown.visible.width);
-            ASSERT_EQ(taken.height, shown.visible.height);
-            expectOpaquePartsOf(screen, taken);
-            if (isLive()) {
-                EXPECT_LT(taken.at(0, 0) >> 24U, 200U) << "a round corner";
-            }
-            desktop::writePng(Session::pictureFile(name + "-without-shadow"), taken);
-        }
-        {
-            session.writeSettings({{"captureShadows", true}});
-            hover(at);
-            const Picture taken = click().picture;
-            if (isLive()) {
-                EXPECT_EQ(taken.width, shown.whole.width) << "its own shadow";
-                EXPECT_EQ(taken.height, shown.whole.height);
-            }
-            EXPECT_GT(taken.width, shown.visible.width);
-            EXPECT_LT(taken.at(0, 0) >> 24U, 16U);
-            desktop::writePng(Session::pictureFile(name + "-with-shadow"), taken);
-        }
-    }
-};
-
-INSTANTIATE_TEST_SUITE_P(Desktops, SelfDecorated,
-                         testing::ValuesIn(setUpsNamed({"openbox", "xfwm4_compositing",
-                                                        "kwin_x11_compositing", "mutter"})),
-                         setUpName);
-
-TEST_P(SelfDecorated, windows_of_gtk_3_and_4_keep_their_corners_and_shadow) {
-    const TableRow row(
-        TableGroup::windows,
-        {GetParam().title,
-         "windows of GTK 3 and GTK 4 that decorate themselves, shadows off and on",
-         isLive() ? "the visible frame, round corners transparent; with the window's "
-                    "own shadow"
-                  : "the visible frame; with a drawn shadow"});
-    check(3);
-    check(4);
 }
 
 }  // namespace
