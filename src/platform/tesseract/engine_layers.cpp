@@ -67,6 +67,7 @@ namespace tesseract {
 
 using platform::tesseract::engineFunction;
 using platform::tesseract::EngineLayer;
+using platform::tesseract::shareBands;
 using platform::tesseract::usesOwnParts;
 namespace symbols = platform::tesseract::symbols;
 
@@ -86,6 +87,12 @@ bool accepted(EngineLayer layer, bool isExpected) {
     return isExpected;
 }
 
+/// The engine reads and writes whole registers.
+std::size_t padded(int count) {
+    constexpr std::size_t widest = 64;
+    return (static_cast<std::size_t>(count) / widest + 2) * widest;
+}
+
 }  // namespace
 
 void NetworkIO::WriteTimeStepPart(int position, int offset, int count, const float* input) {
@@ -99,15 +106,36 @@ void NetworkIO::WriteTimeStepPart(int position, int offset, int count, const flo
     platform::tesseract::quantize(input, count, integers_.row(position) + offset);
 }
 
-// What stands in `values` already is summed up; here it only is bent.
-void FullyConnected::ForwardTimeStep(int position, float* values) {
-    if (!usesOwnParts() || type_ != tangentType || !accepted(EngineLayer::tangents, isExpected())) {
-        using Step = void (*)(FullyConnected*, int, float*);
-        static const auto step = engineFunction<Step>(symbols::forwardTimeStep);
-        step(this, position, values);
+// Each position is summed up and bent by itself.
+void FullyConnected::Forward(bool debug, const NetworkIO& input, const TransposedArray* transposed,
+                             NetworkScratch* scratch, NetworkIO* output) {
+    if (debug || !usesOwnParts() || type_ != tangentType ||
+        !accepted(EngineLayer::tangents, prepare(input, *output))) {
+        static const auto forward =
+            engineFunction<tesseract::Forward<FullyConnected>>(symbols::forwardConnected);
+        forward(this, debug, input, transposed, scratch, output);
         return;
     }
-    platform::tesseract::bendByTangent(values, outputs_);
+    constexpr int pixelsOfPosition = 35;
+    shareBands(input.map().width() * input.map().height(), pixelsOfPosition,
+               [&](int first, int end) { bend(input, first, end, *output); });
+}
+
+bool FullyConnected::prepare(const NetworkIO& input, NetworkIO& output) const {
+    if (!isExpected() || !input.isPicture(inputs_)) {
+        return false;
+    }
+    output.ResizeToMap(true, input.map(), outputs_);
+    return output.isPicture(outputs_, input.map().width(), input.map().height());
+}
+
+void FullyConnected::bend(const NetworkIO& input, int first, int end, NetworkIO& output) const {
+    std::vector<float> sums(padded(outputs_));
+    for (int position = first; position < end; ++position) {
+        weightsOf_.MatrixDotVector(input.integers().row(position), sums.data());
+        platform::tesseract::bendByTangent(sums.data(), outputs_);
+        platform::tesseract::quantize(sums.data(), outputs_, output.integers().row(position));
+    }
 }
 
 // Each position takes the features of its neighbours, column by column.
@@ -119,9 +147,12 @@ void Convolve::Forward(bool debug, const NetworkIO& input, const TransposedArray
         forward(this, debug, input, transposed, scratch, output);
         return;
     }
-    for (int y = 0; y < input.map().height(); ++y) {
-        gather(input, y, *output);
-    }
+    constexpr int pixelsOfPixel = 3;
+    shareBands(input.map().height(), pixelsOfPixel * input.map().width(), [&](int first, int end) {
+        for (int y = first; y < end; ++y) {
+            gather(input, y, *output);
+        }
+    });
     addNoise(*output);
 }
 
@@ -194,20 +225,27 @@ void Maxpool::Forward(bool debug, const NetworkIO& input, const TransposedArray*
         forward(this, debug, input, transposed, scratch, output);
         return;
     }
+    constexpr int pixelsOfPixel = 4;
+    shareBands(output->map().height(), pixelsOfPixel * scaleY_ * input.map().width(),
+               [&](int first, int end) {
+                   for (int y = first; y < end; ++y) {
+                       pool(input, y, *output);
+                   }
+               });
+}
+
+void Maxpool::pool(const NetworkIO& input, int y, NetworkIO& output) const {
     const int sourceWidth = input.map().width();
-    const int width = output->map().width();
-    for (int y = 0; y < output->map().height(); ++y) {
-        for (int x = 0; x < width; ++x) {
-            std::int8_t* to = output->integers().row(y * width + x);
-            const int first = y * scaleY_ * sourceWidth + x * scaleX_;
-            std::memcpy(to, input.integers().row(first), static_cast<std::size_t>(inputs_));
-            for (int fromY = 0; fromY < scaleY_; ++fromY) {
-                for (int fromX = 0; fromX < scaleX_; ++fromX) {
-                    const std::int8_t* from =
-                        input.integers().row(first + fromY * sourceWidth + fromX);
-                    for (int index = 0; index < inputs_; ++index) {
-                        to[index] = to[index] < from[index] ? from[index] : to[index];
-                    }
+    const int width = output.map().width();
+    for (int x = 0; x < width; ++x) {
+        std::int8_t* to = output.integers().row(y * width + x);
+        const int first = y * scaleY_ * sourceWidth + x * scaleX_;
+        std::memcpy(to, input.integers().row(first), static_cast<std::size_t>(inputs_));
+        for (int fromY = 0; fromY < scaleY_; ++fromY) {
+            for (int fromX = 0; fromX < scaleX_; ++fromX) {
+                const std::int8_t* from = input.integers().row(first + fromY * sourceWidth + fromX);
+                for (int index = 0; index < inputs_; ++index) {
+                    to[index] = to[index] < from[index] ? from[index] : to[index];
                 }
             }
         }
@@ -256,11 +294,6 @@ class LSTM::Memory {
     }
 
   private:
-    /// The engine reads and writes whole registers.
-    static std::size_t padded(int count) {
-        constexpr std::size_t widest = 64;
-        return (static_cast<std::size_t>(count) / widest + 2) * widest;
-    }
     void sum(Weights weights, std::vector<float>& sums) const {
         layer_.weightsOf_[weights].MatrixDotVector(source_.data(), sums.data());
     }

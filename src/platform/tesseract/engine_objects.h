@@ -166,6 +166,8 @@ class Maxpool : public NetworkBase {
     }
     /// Whether it takes this input, and has made room for what becomes of it.
     [[nodiscard]] bool prepare(const NetworkIO& input, NetworkIO& output) const;
+    /// The largest of one row of rectangles.
+    void pool(const NetworkIO& input, int y, NetworkIO& output) const;
 
     StrideMap forBackpropagation_;
     std::int32_t scaleX_;
@@ -200,13 +202,19 @@ class WeightMatrix {
 
 class FullyConnected : public NetworkBase {
   public:
-    [[gnu::visibility("default")]] void ForwardTimeStep(int position, float* values);
+    [[gnu::visibility("default")]] void Forward(bool debug, const NetworkIO& input,
+                                                const TransposedArray* transposed,
+                                                NetworkScratch* scratch, NetworkIO* output);
 
   private:
     friend struct EngineLayout;
     [[nodiscard]] bool isExpected() const {
         return isReading() && weightsOf_.isFor(inputs_, outputs_);
     }
+    /// Whether it takes this input, and has made room for what becomes of it.
+    [[nodiscard]] bool prepare(const NetworkIO& input, NetworkIO& output) const;
+    /// The positions from `first` on, up to `end`.
+    void bend(const NetworkIO& input, int first, int end, NetworkIO& output) const;
 
     WeightMatrix weightsOf_;
 };

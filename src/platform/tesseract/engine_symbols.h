@@ -17,7 +17,9 @@ inline constexpr const char* matrixDotVector =
 
 inline constexpr const char* writeTimeStepPart =
     "_ZN9tesseract9NetworkIO17WriteTimeStepPartEiiiPKf";
-inline constexpr const char* forwardTimeStep = "_ZN9tesseract14FullyConnected15ForwardTimeStepEiPf";
+inline constexpr const char* forwardConnected =
+    "_ZN9tesseract14FullyConnected7ForwardEbRKNS_9NetworkIOEPKNS_15TransposedArrayEPNS_"
+    "14NetworkScratchEPS1_";
 inline constexpr const char* forwardConvolve =
     "_ZN9tesseract8Convolve7ForwardEbRKNS_9NetworkIOEPKNS_15TransposedArrayEPNS_"
     "14NetworkScratchEPS1_";
@@ -34,8 +36,8 @@ inline constexpr const char* extractEdges = "_ZN9tesseract13extract_edgesENS_5Im
 
 inline constexpr const char* called[] = {resizeToMap, resizeXTo1, resizeScaled, randomize,
                                          matrixDotVector};
-inline constexpr const char* replaced[] = {writeTimeStepPart, forwardTimeStep, forwardConvolve,
-                                           forwardMaxpool,    forwardMemory,   loadUniversal,
+inline constexpr const char* replaced[] = {writeTimeStepPart, forwardConnected, forwardConvolve,
+                                           forwardMaxpool,    forwardMemory,    loadUniversal,
                                            extractEdges};
 
 }  // namespace platform::tesseract::symbols

@@ -45,7 +45,8 @@ struct CurvedLayer : ::tesseract::FullyConnected {
 std::vector<float> bentByEngine(int type, std::vector<float> values) {
     CurvedLayer layer(type, static_cast<int>(values.size()));
     using Step = void (*)(::tesseract::FullyConnected*, int, float*);
-    engineFunction<Step>(symbols::forwardTimeStep)(&layer, 0, values.data());
+    engineFunction<Step>("_ZN9tesseract14FullyConnected15ForwardTimeStepEiPf")(&layer, 0,
+                                                                               values.data());
     return values;
 }
 

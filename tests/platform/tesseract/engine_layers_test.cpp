@@ -27,9 +27,9 @@ class EngineLayers : public OwnParts, public ::testing::WithParamInterface<Curve
 };
 INSTANTIATE_TEST_SUITE_P(Loops, EngineLayers, bothLoops, loopsName);
 
-/// In pixels; the narrowest and lowest there are, and odd ones.
-constexpr std::pair<int, int> sizes[] = {{1, 1},  {2, 7},   {5, 2},  {1, 36},
-                                         {83, 1}, {17, 12}, {12, 83}};
+/// In pixels; the narrowest and lowest there are, odd ones, and a line that is cut into bands.
+constexpr std::pair<int, int> sizes[] = {{1, 1},  {2, 7},   {5, 2},   {1, 36},
+                                         {83, 1}, {17, 12}, {12, 83}, {391, 36}};
 
 /// Of each layer, how many calls were taken on this thread.
 std::array<long, engineLayerCount> takenByEach() {
@@ -153,9 +153,15 @@ TEST_P(EngineLayers, memories_remember_as_the_engines_own) {
     }
 }
 
-TEST_P(EngineLayers, memories_whose_rows_two_threads_read_remember_as_the_engines_own) {
+TEST_P(EngineLayers, layers_that_two_threads_compute_are_as_the_engines_own) {
     ThreadPair pair;
     const ThreadPair::Use use(&pair);
+    MadeLayer convolve = madeConvolve(1, 1, 1);
+    expectSame(EngineLayer::convolve, convolve, 1);
+    MadeLayer tangents = madeTangents(9, 16);
+    expectSame(EngineLayer::tangents, tangents, 9);
+    MadeLayer maxpool = madeMaxpool(16, 3, 3);
+    expectSame(EngineLayer::maxpool, maxpool, 16, {3, 3});
     for (const LayerKind kind : {LayerKind::memory, LayerKind::summary}) {
         MadeLayer layer = madeMemory(16, 48, kind);
         expectSame(EngineLayer::memory, layer, 16);

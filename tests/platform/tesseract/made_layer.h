@@ -151,9 +151,7 @@ inline MadeLayer madeMemory(int inputs, int states, LayerKind kind) {
 }
 
 inline MadeLayer madeTangents(int inputs, int outputs) {
-    return {{"_ZN9tesseract14FullyConnected7ForwardEbRKNS_9NetworkIOEPKNS_15TransposedArrayEPNS_"
-             "14NetworkScratchEPS1_",
-             "_ZN9tesseract14FullyConnectedD1Ev",
+    return {{symbols::forwardConnected, "_ZN9tesseract14FullyConnectedD1Ev",
              "_ZN9tesseract14FullyConnected11InitWeightsEfPNS_5TRandE",
              "_ZN9tesseract14FullyConnected12ConvertToIntEv"},
             [=](void* memory) {
