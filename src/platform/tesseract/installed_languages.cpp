@@ -29,15 +29,15 @@ std::int64_t nanoseconds(const timespec& time) {
     return std::int64_t{time.tv_sec} * 1'000'000'000 + time.tv_nsec;
 }
 
-/// When the data of `language` in `directory` last changed; nothing when there is none.
-std::optional<std::int64_t> changeTimeOf(const std::string& directory,
-                                         const std::string& language) {
+/// Of the data of `language` in `directory`; nothing when there is none.
+std::optional<FileVersion> versionOf(const std::string& directory, const std::string& language) {
     struct stat status {};
     const std::string path = directory + "/" + language + ".traineddata";
     if (::stat(path.c_str(), &status) != 0 || !S_ISREG(status.st_mode) || status.st_size == 0) {
         return std::nullopt;
     }
-    return nanoseconds(status.st_ctim);
+    // Two changes within one tick of the clock have the same time.
+    return FileVersion{status.st_ino, nanoseconds(status.st_ctim)};
 }
 
 std::optional<std::string> findDirectory(const std::string& preferred) {
@@ -46,9 +46,9 @@ std::optional<std::string> findDirectory(const std::string& preferred) {
         // What the user has chosen is not replaced by what is elsewhere.
         directories = {preferred};
     }
-    const auto found = std::find_if(
-        directories.begin(), directories.end(),
-        [](const std::string& path) { return changeTimeOf(path, english).has_value(); });
+    const auto found =
+        std::find_if(directories.begin(), directories.end(),
+                     [](const std::string& path) { return versionOf(path, english).has_value(); });
     return found == directories.end() ? std::nullopt : std::optional(*found);
 }
 
@@ -98,11 +98,11 @@ base::Result<LanguageSelection> selectLanguages(const LanguageVariables& variabl
     std::vector<std::string> wanted = languagesOfUser(variables);
     wanted.emplace_back(english);
     for (const std::string& language : wanted) {
-        const auto changeTime = changeTimeOf(*directory, language);
+        const auto version = versionOf(*directory, language);
         const bool isFull = selection.languages.size() + 1 == maximumLanguageCount;
-        if (changeTime && (!isFull || language == english)) {
+        if (version && (!isFull || language == english)) {
             selection.languages.push_back(language);
-            selection.changeTime = std::max(selection.changeTime, *changeTime);
+            selection.versions.push_back(*version);
         }
     }
     return selection;

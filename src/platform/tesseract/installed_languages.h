@@ -20,13 +20,21 @@ struct LanguageVariables {
     static LanguageVariables fromEnvironment();
 };
 
+/// Which of the files that one after the other had the same name.
+struct FileVersion {
+    std::uint64_t inode = 0;
+    /// Of its last change, in nanoseconds.
+    std::int64_t time = 0;
+    friend bool operator==(const FileVersion&, const FileVersion&) = default;
+};
+
 /// The languages to read with, and where their data is.
 struct LanguageSelection {
     std::string directory;
     /// The engine's names, the user's first, English always among them.
     std::vector<std::string> languages;
-    /// Changes when data is installed, replaced or removed.
-    std::int64_t changeTime = 0;
+    /// Of their data.
+    std::vector<FileVersion> versions;
     friend bool operator==(const LanguageSelection&, const LanguageSelection&) = default;
 };
 
