@@ -97,6 +97,24 @@ TEST_F(Faults, an_x_server_that_goes_while_the_overlay_is_open_is_the_same) {
         << testing::PrintToString(session.program().errorLines());
 }
 
+TEST_F(Faults, an_x_server_that_goes_after_its_keyboard_has_changed_is_the_same) {
+    start();
+    auto& program = session.program();
+    program.signal(SIGSTOP);
+    auto layout = session.desktop().start("setxkbmap", {"setxkbmap", "de"});
+    ASSERT_EQ(layout->waitForExit(), 0);
+    const pid_t server = session.desktop().server().processId();
+    ::kill(server, SIGSTOP);
+    program.signal(SIGCONT);
+    // It asks the server for the keyboard, and gets no answer.
+    EXPECT_TRUE(desktop::staysTrue([&] { return program.isRunning(); },
+                                   std::chrono::milliseconds(150)));
+    ::kill(server, SIGKILL);
+    EXPECT_EQ(program.waitForExit(), 1);
+    EXPECT_THAT(program.errorLines(),
+                testing::ElementsAre("The X server has ended the connection."));
+}
+
 TEST_F(Faults, a_session_bus_that_goes_costs_no_capture) {
     start();
     session.desktop().stopBus();

@@ -32,6 +32,7 @@
 #include "platform/qt/event_source.h"
 #include "platform/qt/help_window.h"
 #include "platform/qt/image_converter.h"
+#include "platform/qt/message_watch.h"
 #include "platform/qt/native_event_filter.h"
 #include "platform/qt/qt_main_queue.h"
 #include "platform/qt/qt_text_rasterizer.h"
@@ -66,11 +67,20 @@ namespace {
 struct Foundation {
     std::unique_ptr<Connection> connection;
     std::unique_ptr<QApplication> application;
+    std::unique_ptr<qt::MessageWatch> toolkitMessages;
     std::unique_ptr<qt::QtMainQueue> mainQueue;
     std::unique_ptr<X11Keyboard> keyboard;
     std::unique_ptr<X11KeyMonitor> keyMonitor;
     std::unique_ptr<X11Pasteboard> pasteboard;
 };
+
+/// Any thread.
+[[noreturn]] void endWithoutServer() {
+    std::fputs("The X server has ended the connection.\n", stderr);
+    std::fflush(stderr);
+    // Nothing that the toolkit would tidy up can be reached any more.
+    std::_Exit(1);
+}
 
 /// The overlay and the capture, which know of each other through the stage.
 struct Screen {
@@ -228,10 +238,7 @@ std::unique_ptr<QWidget> X11Platform::makeWindow(const std::string& sceneId) {
 Dispatch X11Platform::dispatch() {
     const auto dispatched = foundation_.connection->dispatchNextEvent();
     if (foundation_.connection->isLost()) {
-        std::fputs("The X server has ended the connection.\n", stderr);
-        std::fflush(stderr);
-        // Nothing that the toolkit would tidy up can be reached any more.
-        std::_Exit(1);
+        endWithoutServer();
     }
     return dispatched;
 }
@@ -303,6 +310,14 @@ base::Result<std::unique_ptr<RunningPlatform>> createX11Platform(const StartOpti
     }
     foundation.connection = std::move(connection.value());
     foundation.application = makeApplication(options);
+    auto* toolkitConnection =
+        qGuiApp->nativeInterface<QNativeInterface::QX11Application>()->connection();
+    // The toolkit may see first that the server is gone, and would wonder at every request.
+    foundation.toolkitMessages = std::make_unique<qt::MessageWatch>([toolkitConnection] {
+        if (xcb_connection_has_error(toolkitConnection) != 0) {
+            endWithoutServer();
+        }
+    });
     foundation.mainQueue = std::make_unique<qt::QtMainQueue>();
     auto keyboard = X11Keyboard::create(*foundation.connection, *foundation.mainQueue);
     if (!keyboard) {
@@ -310,8 +325,7 @@ base::Result<std::unique_ptr<RunningPlatform>> createX11Platform(const StartOpti
     }
     foundation.keyboard = std::move(keyboard.value());
     foundation.keyMonitor = std::make_unique<X11KeyMonitor>(
-        qGuiApp->nativeInterface<QNativeInterface::QX11Application>()->connection(),
-        foundation.keyboard->mapping(), *foundation.mainQueue);
+        toolkitConnection, foundation.keyboard->mapping(), *foundation.mainQueue);
     foundation.keyboard->beforeGrab([monitor = foundation.keyMonitor.get()] { monitor->letGo(); });
     auto pasteboard =
         X11Pasteboard::create(*foundation.connection, *foundation.mainQueue, qt::convertPng);
