@@ -107,8 +107,8 @@ TEST_F(Faults, an_x_server_that_goes_after_its_keyboard_has_changed_is_the_same)
     ::kill(server, SIGSTOP);
     program.signal(SIGCONT);
     // It asks the server for the keyboard, and gets no answer.
-    EXPECT_TRUE(desktop::staysTrue([&] { return program.isRunning(); },
-                                   std::chrono::milliseconds(150)));
+    EXPECT_TRUE(
+        desktop::staysTrue([&] { return program.isRunning(); }, std::chrono::milliseconds(150)));
     ::kill(server, SIGKILL);
     EXPECT_EQ(program.waitForExit(), 1);
     EXPECT_THAT(program.errorLines(),
