@@ -7,7 +7,6 @@
 #include <algorithm>
 #include <array>
 
-#include "allocation_limit.h"
 #include "png_reader.h"
 #include "sample_pictures.h"
 
@@ -178,21 +177,6 @@ TEST(PngEncoder, rows_that_are_too_short_are_refused) {
 
     ASSERT_FALSE(outcome);
     EXPECT_EQ(outcome.error().sentence, "The rows of the picture are shorter than its width.");
-}
-
-TEST(PngEncoder, a_lack_of_memory_is_an_error_and_not_an_exception) {
-    PngEncoder encoder;
-    const auto image = sample_pictures::noise(1280, 800, AlphaChannel::none);
-
-    for (const std::size_t limit : {100U * 1024U, 1024U * 1024U}) {
-        const allocation_limit::AllocationLimit scarce(limit);
-        const auto outcome = encoder.encodePng(image, {1280, 800});
-
-        ASSERT_FALSE(outcome);
-        EXPECT_EQ(outcome.error().kind, base::ErrorKind::failed);
-        EXPECT_EQ(outcome.error().sentence,
-                  "There is not enough memory to write the picture as PNG.");
-    }
 }
 
 TEST(PngEncoder, any_number_of_bands_makes_one_picture) {
