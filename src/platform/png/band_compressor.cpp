@@ -4,18 +4,12 @@
 
 #include <algorithm>
 
+#include "platform/png/filter_trial.h"
 #include "platform/png/png_chunks.h"
 
 namespace platform::png {
 
 namespace {
-
-/// The filter is chosen by compressing this many strips of rows both ways, each of one row in so
-/// many of the band: a tenth of the work. Two longer strips fall between the lines of a text, which
-/// then takes 3 % more.
-constexpr int trialStrips = 6;
-constexpr int trialShare = 128;
-constexpr int fewestTrialRows = 2;
 
 /// A band that shrinks to less than one in this many bytes is compressed again, thoroughly: a 4K
 /// screen of panels to 1 in 240 at first and 1 in 590 then, for about 10 ms. A page of text is at
@@ -40,36 +34,6 @@ std::uint32_t BandCompressor::run(RowRange band, BandPosition position,
     return compressSparse(band, position, file);
 }
 
-Filter BandCompressor::chooseFilter(RowRange band) {
-    const int count = band.end - band.first;
-    const int rows = std::max(count / trialShare, fewestTrialRows);
-    const int strips = count > trialStrips * rows ? trialStrips : 1;
-    std::size_t plain = 0;
-    std::size_t up = 0;
-    for (int strip = 0; strip < strips; ++strip) {
-        // From the middle of each part of the band: the edges of a screen are often bare.
-        const auto middle = static_cast<std::int64_t>(count) * (2L * strip + 1) / (2L * strips);
-        const int first = band.first + std::max(static_cast<int>(middle) - rows / 2, 0);
-        const RowRange range{first, std::min(first + rows, band.end)};
-        plain += compressedSize(range, Filter::none);
-        up += compressedSize(range, Filter::up);
-    }
-    return up < plain ? Filter::up : Filter::none;
-}
-
-std::size_t BandCompressor::compressedSize(RowRange range, Filter filter) {
-    std::size_t size = 0;
-    const auto count = [&size](std::span<const std::uint8_t> piece) { size += piece.size(); };
-    deflater_.restart();
-    for (int first = range.first; first < range.end; first += rows_.rowsPerBlock()) {
-        const RowRange part{first, std::min(first + rows_.rowsPerBlock(), range.end)};
-        deflater_.compress(rows_.filter(part, filter),
-                           part.end == range.end ? Deflater::Flush::finish : Deflater::Flush::none,
-                           count);
-    }
-    return size;
-}
-
 std::uint32_t BandCompressor::compressFast(RowRange band, BandPosition position,
                                            std::vector<std::uint8_t>& file) {
     const auto appendData = [&file](std::span<const std::uint8_t> piece) {
@@ -77,7 +41,7 @@ std::uint32_t BandCompressor::compressFast(RowRange band, BandPosition position,
     };
     const auto lastFlush =
         position == BandPosition::last ? Deflater::Flush::finish : Deflater::Flush::full;
-    const Filter filter = chooseFilter(band);
+    const Filter filter = FilterTrial(rows_, deflater_).choose(band);
     deflater_.restart();
     return filterAll(band, filter, [&](std::span<const std::uint8_t> filtered, int end) {
         deflater_.compress(filtered, end == band.end ? lastFlush : Deflater::Flush::none,

@@ -30,8 +30,6 @@ class BandCompressor {
     std::uint32_t run(RowRange band, BandPosition position, std::vector<std::uint8_t>& file);
 
   private:
-    Filter chooseFilter(RowRange band);
-    std::size_t compressedSize(RowRange range, Filter filter);
     std::uint32_t compressFast(RowRange band, BandPosition position,
                                std::vector<std::uint8_t>& file);
     std::uint32_t compressSparse(RowRange band, BandPosition position,

@@ -15,6 +15,21 @@ void subtract(std::span<const std::uint8_t> row, std::span<const std::uint8_t> a
     }
 }
 
+/// The mean is rounded down. Processors round it up, sixteen at once: the complement of that of the
+/// complements.
+void subtractMean(std::span<const std::uint8_t> row, std::span<const std::uint8_t> above,
+                  std::size_t bytesPerPixel, std::uint8_t* destination) {
+    for (std::size_t index = 0; index < bytesPerPixel; ++index) {
+        destination[index] = static_cast<std::uint8_t>(row[index] - above[index] / 2);
+    }
+    for (std::size_t index = bytesPerPixel; index < row.size(); ++index) {
+        const auto left = static_cast<std::uint8_t>(~row[index - bytesPerPixel]);
+        const auto up = static_cast<std::uint8_t>(~above[index]);
+        const auto complement = static_cast<std::uint8_t>((left + up + 1) >> 1);
+        destination[index] = static_cast<std::uint8_t>(row[index] + complement + 1);
+    }
+}
+
 }  // namespace
 
 RowFilter::RowFilter(const PixelRows& rows, int largestBlock)
@@ -27,7 +42,7 @@ RowFilter::RowFilter(const PixelRows& rows, int largestBlock)
 
 std::span<const std::uint8_t> RowFilter::filter(RowRange range, Filter filter) {
     std::uint8_t* destination = block_.data();
-    if (filter == Filter::up && range.first > 0) {
+    if (filter != Filter::none && range.first > 0) {
         rows_.read(range.first - 1, rowAbove_.data());
     } else {
         std::ranges::fill(rowAbove_, std::uint8_t{0});
@@ -41,6 +56,11 @@ std::span<const std::uint8_t> RowFilter::filter(RowRange range, Filter filter) {
             case Filter::up:
                 rows_.read(y, row_.data());
                 subtract(row_, rowAbove_, destination);
+                row_.swap(rowAbove_);
+                break;
+            case Filter::average:
+                rows_.read(y, row_.data());
+                subtractMean(row_, rowAbove_, rows_.bytesPerPixel(), destination);
                 row_.swap(rowAbove_);
                 break;
         }

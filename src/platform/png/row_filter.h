@@ -15,9 +15,9 @@ struct RowRange {
     int end = 0;
 };
 
-/// How a row is written: as it is, or as its differences from the row above. The values are those
-/// of the file format.
-enum class Filter : std::uint8_t { none = 0, up = 2 };
+/// How a row is written: as it is, or as its differences from the row above, or from the mean of
+/// that and the pixel to the left. The values are those of the file format.
+enum class Filter : std::uint8_t { none = 0, up = 2, average = 3 };
 
 /// Filters rows of a picture, a block at a time, each with its filter byte in front. All memory is
 /// taken by the constructor.

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cstdint>
+#include <cstdlib>
 #include <random>
 #include <vector>
 
@@ -47,6 +48,27 @@ inline base::Image gradient(int width, int height) {
         }
     }
     return base::Image::fromPixels(width, height, std::move(pixels), base::AlphaChannel::none);
+}
+
+/// A smooth scene with the grain of a camera: each pixel resembles all its neighbours.
+inline base::Image photograph(int width, int height, base::AlphaChannel alphaChannel) {
+    auto random = numbersFrom(5);
+    std::vector<std::uint8_t> pixels;
+    pixels.reserve(static_cast<std::size_t>(width) * static_cast<std::size_t>(height) * 4);
+    for (int y = 0; y < height; ++y) {
+        for (int x = 0; x < width; ++x) {
+            const std::uint32_t grain = random();
+            for (std::uint32_t channel = 0; channel < 3; ++channel) {
+                const int wave = (x * 3 + y * 2 + static_cast<int>(channel) * 200) / 16 % 400;
+                const int level = 20 + std::abs(wave - 200);
+                pixels.push_back(
+                    static_cast<std::uint8_t>(level + static_cast<int>(grain >> 8 * channel & 7U)));
+            }
+            // Opaque but for a corner.
+            pixels.push_back(x + y == 0 ? 254 : 255);
+        }
+    }
+    return base::Image::fromPixels(width, height, std::move(pixels), alphaChannel);
 }
 
 /// Rows of dark marks on white, as a page of text has: long runs, repeated shapes.
