@@ -69,6 +69,26 @@ TEST(FirstStart, the_settings_window_opens_with_its_identifier_as_role) {
     EXPECT_TRUE(desktop::waitUntil([&] { return session.activeWindow() == *window; }));
 }
 
+/// Whether the program has a font file open.
+bool hasFonts(pid_t program) {
+    std::ifstream maps("/proc/" + std::to_string(program) + "/maps");
+    for (std::string line; std::getline(maps, line);) {
+        if (line.ends_with(".ttf") || line.ends_with(".otf")) {
+            return true;
+        }
+    }
+    return false;
+}
+
+TEST(FirstStart, the_settings_window_takes_its_fonts_along_when_it_is_closed) {
+    Session session;
+    session.start(SettingsWindow::leftOpen);
+    const pid_t program = session.program().pid();
+    EXPECT_TRUE(desktop::waitUntil([&] { return hasFonts(program); }));
+    session.closeWindow(*session.windowWithRole("main"));
+    EXPECT_TRUE(desktop::waitUntil([&] { return !hasFonts(program); }));
+}
+
 TEST(LaterStart, a_migrated_store_is_not_migrated_again) {
     Session session;
     session.writeSettings({{"screenshotKeyCode", 20}, {"screenshotModifiers", 4096 + 256}});

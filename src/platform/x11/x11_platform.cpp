@@ -30,6 +30,7 @@
 #include "platform/qt/application_icon.h"
 #include "platform/qt/desktop_palette.h"
 #include "platform/qt/event_source.h"
+#include "platform/qt/font_memory.h"
 #include "platform/qt/help_window.h"
 #include "platform/qt/image_converter.h"
 #include "platform/qt/message_watch.h"
@@ -227,10 +228,14 @@ std::unique_ptr<QWidget> X11Platform::makeWindow(const std::string& sceneId) {
     auto window = scenes_ == nullptr ? nullptr : scenes_->makeWindow(sceneId);
     if (window) {
         palette_.follow(*window);
-        // A closed window leaves holes between what stays; here they go back.
-        QObject::connect(
-            window.get(), &QObject::destroyed, qApp,
-            [queue = foundation_.mainQueue.get()] { queue->post([] { malloc_trim(0); }); });
+        // A closed window leaves its fonts, and holes between what stays; here they go back.
+        QObject::connect(window.get(), &QObject::destroyed, qApp,
+                         [queue = foundation_.mainQueue.get()] {
+                             queue->post([] {
+                                 qt::giveFontsBack();
+                                 malloc_trim(0);
+                             });
+                         });
     }
     return window;
 }
