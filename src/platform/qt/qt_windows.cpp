@@ -13,24 +13,28 @@ namespace platform::qt {
 
 namespace {
 
-/// Calls `action` once, as soon as the window is on the screen. A request to the window manager
-/// goes over another connection: sent earlier it could overtake the mapping.
+/// Calls `action` once, as soon as the window is on the screen, unless `owner` has gone: a window
+/// that is closed dies later. A request to the window manager goes over another connection: sent
+/// earlier it could overtake the mapping.
 class AtNextExposure final : public QObject {
   public:
-    AtNextExposure(QWindow& window, std::function<void()> action)
-        : QObject(&window), action_(std::move(action)) {
+    AtNextExposure(QWindow& window, QObject& owner, std::function<void()> action)
+        : QObject(&window), owner_(&owner), action_(std::move(action)) {
         window.installEventFilter(this);
     }
     bool eventFilter(QObject* watched, QEvent* event) override {
         if (event->type() == QEvent::Expose && static_cast<QWindow*>(watched)->isExposed()) {
             watched->removeEventFilter(this);
             deleteLater();
-            action_();
+            if (owner_ != nullptr) {
+                action_();
+            }
         }
         return false;
     }
 
   private:
+    QPointer<QObject> owner_;
     std::function<void()> action_;
 };
 
@@ -53,7 +57,7 @@ QtWindows::QtWindows(app::NotificationCenter& notificationCenter, base::MainQueu
     // The program lives in the tray: closing its last window ends nothing.
     QApplication::setQuitOnLastWindowClosed(false);
     // Not the application's state, which stays "active" when the last window is destroyed.
-    QObject::connect(qApp, &QGuiApplication::focusWindowChanged, &focusReceiver_,
+    QObject::connect(qApp, &QGuiApplication::focusWindowChanged, &life_,
                      [this](QWindow* window) { noteFocus(window); });
 }
 
@@ -99,7 +103,7 @@ void QtWindows::setLevel(app::WindowHandle handle, app::WindowLevel level) {
     if (canBeManaged(*window)) {
         apply();
     } else {
-        new AtNextExposure(*window->windowHandle(), apply);
+        new AtNextExposure(*window->windowHandle(), life_, apply);
     }
 }
 
@@ -176,7 +180,7 @@ void QtWindows::show(QWidget& window) {
     // The X11 name of the identifier (WM_WINDOW_ROLE), set before the window manager sees it.
     window.setWindowRole(window.objectName());
     window.winId();
-    new AtNextExposure(*window.windowHandle(), [this, shown = QPointer(&window)] {
+    new AtNextExposure(*window.windowHandle(), life_, [this, shown = QPointer(&window)] {
         if (policy_ != app::ActivationPolicy::regular) {
             applyPolicy(*shown);
         }
@@ -196,7 +200,7 @@ void QtWindows::bringToFront(QWidget& window) {
         takeInput(window);
         return;
     }
-    new AtNextExposure(*window.windowHandle(), [this] {
+    new AtNextExposure(*window.windowHandle(), life_, [this] {
         // Of several windows that come up together the last one asked for gets the input, however
         // late the others are: a window manager gives it to each new window first.
         if (front_ != nullptr && front_->windowHandle()->isExposed()) {

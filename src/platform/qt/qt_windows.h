@@ -98,7 +98,8 @@ class QtWindows final : public app::Windows, public app::Application {
     QPointer<QWidget> awaited_;
     /// Null when it is another program's, or was of a window that is gone.
     QPointer<QWindow> focusWindow_;
-    QObject focusReceiver_;
+    /// What is called later is not called once this is gone.
+    QObject life_;
 };
 
 }  // namespace platform::qt
