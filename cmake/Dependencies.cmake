@@ -25,7 +25,6 @@ find_package(nlohmann_json REQUIRED)
 find_package(ZLIB REQUIRED)
 pkg_check_modules(ISAL REQUIRED IMPORTED_TARGET libisal)
 pkg_check_modules(TESSERACT REQUIRED IMPORTED_TARGET tesseract lept)
-find_package(OpenMP REQUIRED COMPONENTS CXX)
 pkg_check_modules(LIBAV REQUIRED IMPORTED_TARGET libavformat libavcodec libswscale libavutil)
 pkg_check_modules(SECCOMP REQUIRED IMPORTED_TARGET libseccomp)
 pkg_check_modules(XCB REQUIRED IMPORTED_TARGET

@@ -1,7 +1,6 @@
 #include "platform/tesseract/engine_runtime.h"
 
 #include <leptonica/allheaders.h>
-#include <omp.h>
 
 #include "platform/tesseract/engine_function.h"
 #include "platform/tesseract/engine_parts.h"
@@ -10,8 +9,13 @@
 namespace platform::tesseract {
 
 void keepEngineOnThisThread() {
-    // For an engine that was built against entry points that are not below.
-    omp_set_max_active_levels(0);
+    // For an engine that was built against entry points that are not below. Its OpenMP comes with
+    // it; another compiler's beside it would not be heard, and one opens a file where none may be
+    // opened.
+    using SetLevels = void (*)(int);
+    if (const auto setLevels = engineFunction<SetLevels>("omp_set_max_active_levels")) {
+        setLevels(0);
+    }
 }
 
 namespace {
