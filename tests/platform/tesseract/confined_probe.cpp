@@ -28,6 +28,11 @@
 
 extern char** environ;
 
+// In a build with the address sanitizer: so that the signals of a new process are as usual.
+extern "C" const char* __asan_default_options() {
+    return "handle_segv=0:handle_sigbus=0:handle_sigfpe=0";
+}
+
 namespace {
 
 using Attempt = std::function<bool()>;

@@ -61,7 +61,8 @@ base::Image stacked(const std::string& name, int times) {
 std::vector<std::vector<std::string>> candidatesOf(ScreenTextReader& reader,
                                                    const base::Image& picture) {
     std::vector<std::vector<std::string>> all;
-    const auto observations = reader.read(picture);
+    // What counts is what is read, also where sanitizers slow it down.
+    const auto observations = reader.read(picture, std::chrono::minutes(10));
     EXPECT_TRUE(observations);
     if (observations) {
         for (const capture::TextObservation& observation : observations.value()) {
