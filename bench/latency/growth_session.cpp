@@ -6,6 +6,7 @@
 
 #include "latency/input_burst.h"
 #include "latency/lumaframe_program.h"
+#include "latency/pace.h"
 #include "latency/process_usage.h"
 #include "latency/screen_watch.h"
 
@@ -14,13 +15,9 @@ namespace latency {
 namespace {
 
 namespace key = desktop::key;
-using std::chrono::milliseconds;
 
-constexpr milliseconds limit{15000};
-constexpr milliseconds pause{250};
 /// The first opening is that of an idle program.
 constexpr int openings = 6;
-constexpr double kibibytesInMebibyte = 1024;
 
 struct Arrangement {
     int count;
@@ -108,7 +105,6 @@ class GrowthSession {
         input_.press(key::escape).release(key::escape).send();
         screen_.waitUntilStill(limit);
         input_.releaseButton().send();
-        // What the program and the server give back a while later.
         rest(pause);
     }
 
@@ -118,7 +114,7 @@ class GrowthSession {
     }
     [[nodiscard]] double serverMemory() { return memoryOf(desktop_.serverProcess()); }
     static double memoryOf(pid_t process) {
-        return static_cast<double>(usageOf(process, Memory::read).resident) / kibibytesInMebibyte;
+        return mebibytes(usageOf(process, Memory::read).resident);
     }
     [[nodiscard]] std::string named(const std::string& quantity) const {
         return "on " + arrangement_.name() + ": " + quantity;

@@ -27,13 +27,9 @@ void measureIdle(const Program& program, const std::string& when, Samples& sampl
     samples.add(program.name(), "wake-ups in 30 s " + when,
                 static_cast<double>(wakeUpsBetween(before, after)));
     samples.add(program.name(), "cpu in 30 s " + when, after.cpu - before.cpu);
-    constexpr double kibibytesInMebibyte = 1024;
-    samples.add(program.name(), "rss " + when,
-                static_cast<double>(after.resident) / kibibytesInMebibyte);
-    samples.add(program.name(), "pss " + when,
-                static_cast<double>(after.proportional) / kibibytesInMebibyte);
-    samples.add(program.name(), "uss " + when,
-                static_cast<double>(after.alone) / kibibytesInMebibyte);
+    samples.add(program.name(), "rss " + when, mebibytes(after.resident));
+    samples.add(program.name(), "pss " + when, mebibytes(after.proportional));
+    samples.add(program.name(), "uss " + when, mebibytes(after.alone));
 }
 
 void measureLife(LumaframeProgram& program, BusyDesktop& desktop, OverlaySession& session,

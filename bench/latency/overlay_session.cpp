@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "latency/monotonic.h"
+#include "latency/pace.h"
 #include "latency/process_usage.h"
 
 namespace latency {
@@ -12,10 +13,6 @@ namespace {
 namespace key = desktop::key;
 using std::chrono::milliseconds;
 
-/// Far more than the slowest program needs on a busy machine.
-constexpr milliseconds limit{8000};
-/// Between two steps, for what programs still do without being asked.
-constexpr milliseconds pause{250};
 constexpr int motionCount = 60;
 /// A pointing device that reports 125 times a second.
 constexpr milliseconds motionInterval{8};

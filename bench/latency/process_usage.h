@@ -23,6 +23,11 @@ struct ProcessUsage {
 enum class Memory { ignored, read };
 ProcessUsage usageOf(pid_t process, Memory memory = Memory::ignored);
 
+/// Of a size in KiB.
+constexpr double mebibytes(long kibibytes) {
+    return static_cast<double>(kibibytes) / 1024;
+}
+
 /// How often a thread woke up in between; one that ended did so at least once.
 long wakeUpsBetween(const ProcessUsage& before, const ProcessUsage& after);
 
