@@ -7,6 +7,7 @@
 #include <filesystem>
 #include <future>
 #include <memory>
+#include <mutex>
 #include <system_error>
 
 namespace platform::freedesktop {
@@ -15,6 +16,9 @@ namespace {
 
 // Longer than every sound that confirms something; a server that never reports the end is left.
 constexpr std::chrono::seconds longestSound{10};
+
+/// Its driver is a module of libltdl's, which keeps its list of modules without a lock.
+std::mutex modules;
 
 /// The functions of libcanberra that are used, found at run time: linked, the library and what it
 /// brings along would be resident from the start.
@@ -61,6 +65,7 @@ bool hasSoundCard() {
 }
 
 bool openFor(const Canberra& canberra, ca_context* context) {
+    const std::scoped_lock lock(modules);
     if (canberra.setDriver(context, "pulse") == CA_SUCCESS &&
         canberra.open(context) == CA_SUCCESS) {
         return true;
@@ -102,6 +107,7 @@ void playThroughCanberra(const std::string& path) {
     if (openFor(*canberra, context)) {
         playIn(*canberra, context, path, end);
     }
+    const std::scoped_lock lock(modules);
     canberra->destroyContext(context);
 }
 
