@@ -111,6 +111,8 @@ class SurfaceInput {
     virtual void mouseUp(const MouseEvent& event) = 0;
     /// A key-down that reached the window itself, with its virtual key code.
     virtual KeyVerdict keyDown(std::uint32_t keyCode) = 0;
+    /// The overlay is to end: the person's wish, or the window cannot be shown. Later than
+    /// `makeKeyAndOrderFront`, never from inside it.
     virtual void cancelOperation() = 0;
 };
 

@@ -3,14 +3,13 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <sys/mman.h>
-#include <sys/resource.h>
 #include <unistd.h>
 
-#include <fstream>
 #include <limits>
 #include <new>
 #include <stdexcept>
 
+#include "desktop/poor_server.h"
 #include "journeys/refused_calls.h"
 #include "journeys/session.h"
 
@@ -179,44 +178,30 @@ TEST_P(SharedMemory, refused_costs_one_picture_and_one_line) {
     expectToLiveOn();
 }
 
-/// An X server that gets no more memory than it has.
-class PoorServer {
-  public:
-    explicit PoorServer(pid_t server) : server_(server) {
-        std::ifstream statistics("/proc/" + std::to_string(server) + "/statm");
-        rlim_t pages = 0;
-        statistics >> pages;
-        const rlim_t little = pages * static_cast<rlim_t>(::sysconf(_SC_PAGESIZE)) + (256U << 10U);
-        const rlimit limit{little, RLIM_INFINITY};
-        ::prlimit(server_, RLIMIT_AS, &limit, nullptr);
-    }
-    ~PoorServer() {
-        const rlimit unlimited{RLIM_INFINITY, RLIM_INFINITY};
-        ::prlimit(server_, RLIMIT_AS, &unlimited, nullptr);
-    }
-    PoorServer(const PoorServer&) = delete;
-    PoorServer& operator=(const PoorServer&) = delete;
-
-  private:
-    pid_t server_;
-};
-
 /// So large that the server's memory for a picture of it always comes from the system.
 class LargeRefusal : public Refusal {
   protected:
-    LargeRefusal() : Refusal({.outputs = {{0, 0, 3840, 2160}}}) {}
+    LargeRefusal() : Refusal({.outputs = {{0, 0, 4096, 2304}}}) {}
 };
 
-TEST_F(LargeRefusal, of_a_pixmap_costs_one_opening) {
+TEST_F(LargeRefusal, of_a_pixmap_ends_the_opening_by_itself) {
+    desktop::TestWindow window(session.desktop().displayName(), {.x = 300, .y = 300});
+    window.focus();
+    session.waitUntilStill();
+    // Until then it may have what it was just asked for.
+    session.desktop().client().synchronize();
     {
-        const PoorServer poor(session.desktop().server().processId());
+        const desktop::PoorServer poor(session.desktop().server().processId());
         const std::size_t before = session.mark();
         session.pressScreenshotShortcut();
-        session.waitForLine(line::cursorSet, before);
-        EXPECT_FALSE(session.isOpen());
-        const std::size_t opened = session.mark();
-        session.input().tap(desktop::key::escape);
+        const std::size_t opened = session.program().waitForLine(line::cursorSet, before) + 1;
         session.waitForLine(line::cursorRestored, opened);
+        EXPECT_FALSE(session.isOpen());
+        window.takeKeys();
+        session.input().tap(desktop::key::a);
+        session.require("A key in the window that was typed in before", [&] {
+            return window.takeKeys() == std::vector<std::uint8_t>{desktop::key::a};
+        });
     }
     // At once, though an opening so soon takes a snapshot over.
     expectToLiveOn();

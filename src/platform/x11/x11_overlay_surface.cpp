@@ -39,6 +39,13 @@ xcb_window_t windowOf(const xcb_generic_event_t& event) {
     }
 }
 
+/// Whether the server says that there is no such window to show: it had no memory to make it.
+bool isRefusalToShow(const xcb_generic_event_t& event, xcb_window_t window) {
+    const auto& error = as<xcb_value_error_t>(event);
+    return error.response_type == 0 && error.major_opcode == XCB_MAP_WINDOW &&
+           error.bad_value == window;
+}
+
 }  // namespace
 
 X11OverlaySurface::X11OverlaySurface(SurfaceServices& services, const NativeDisplay& display,
@@ -171,7 +178,14 @@ void X11OverlaySurface::repair(const xcb_expose_event_t& event) {
 }
 
 Connection::EventVerdict X11OverlaySurface::handle(const xcb_generic_event_t& event) {
-    if (state_ != State::mapped || windowOf(event) != window_) {
+    if (state_ != State::mapped) {
+        return Connection::EventVerdict::pass;
+    }
+    if (isRefusalToShow(event, window_)) {
+        input_.cancelOperation();
+        return Connection::EventVerdict::consumed;
+    }
+    if (windowOf(event) != window_) {
         return Connection::EventVerdict::pass;
     }
     switch (event.response_type & 0x7F) {

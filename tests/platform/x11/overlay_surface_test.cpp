@@ -1,5 +1,6 @@
 #include <gtest/gtest.h>
 
+#include "desktop/poor_server.h"
 #include "platform/x11/surface_rig.h"
 
 using desktop::DesktopOptions;
@@ -48,6 +49,25 @@ TEST(OverlaySurface, the_window_covers_exactly_its_display_and_is_none_of_the_wi
     EXPECT_EQ(rig.desktop.client().value(windows[0], "_NET_WM_WINDOW_TYPE"),
               rig.desktop.client().atom("_NET_WM_WINDOW_TYPE_DND"));
     EXPECT_FALSE(rig.desktop.client().property(windows[0], "_NET_WM_BYPASS_COMPOSITOR"));
+}
+
+TEST(OverlaySurface, without_memory_for_the_snapshot_asks_once_to_be_ended) {
+    // So large that the server's memory for a picture of it always comes from the system.
+    DesktopOptions options = bare();
+    options.outputs = {{0, 0, 4096, 2304}};
+    Rig rig(options);
+    RecordingInput input;
+    {
+        const desktop::PoorServer poor(rig.desktop.server().processId());
+        const auto surface = rig.open(input);
+        EXPECT_TRUE(rig.overlays().empty());
+        ASSERT_EQ(input.reports.size(), 1U);
+        EXPECT_EQ(input.reports.front().what, "cancel");
+    }
+    input.reports.clear();
+    const auto surface = rig.open(input);
+    EXPECT_EQ(rig.overlays().size(), 1U);
+    EXPECT_FALSE(input.has("cancel"));
 }
 
 TEST(OverlaySurface, nothing_is_painted_before_the_first_drawing) {
