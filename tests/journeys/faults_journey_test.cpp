@@ -147,6 +147,21 @@ TEST_F(Faults, without_a_home_and_with_relative_directories_pictures_reach_the_c
     EXPECT_TRUE(session.program().isRunning());
 }
 
+TEST_F(Faults, with_directories_that_can_be_none_pictures_reach_the_clipboard) {
+    session.startWithoutWaiting({{"HOME", "/dev/null"},
+                                 {"XDG_CONFIG_HOME", "/dev/null/config"},
+                                 {"XDG_CONFIG_DIRS", "::/proc/self/mem:relative:/dev/full:"},
+                                 {"XDG_DATA_HOME", "/" + std::string(5000, 'a')},
+                                 {"XDG_DATA_DIRS", std::string(2000, ':') + "/proc/self/fd"},
+                                 {"XDG_CACHE_HOME", "/proc/self"},
+                                 {"XDG_STATE_HOME", "/\xff\xfe\n"},
+                                 {"XDG_RUNTIME_DIR", "/dev/full"}});
+    session.program().waitForLine(line::handlerInstalled);
+    // Beside the windows that open at such a start.
+    expectAPicture(session, {1000, 720, 200, 60});
+    EXPECT_TRUE(session.program().isRunning());
+}
+
 TEST_F(Faults, a_log_that_nobody_reads_holds_nothing_up) {
     int ends[2];
     ASSERT_EQ(::pipe2(ends, O_CLOEXEC), 0);
@@ -219,7 +234,8 @@ TEST_F(Faults, a_window_manager_that_is_replaced_is_followed) {
     const desktop::XClient& client = session.desktop().client();
     const auto manager = [&] { return client.property(client.root(), "_NET_SUPPORTING_WM_CHECK"); };
     const auto first = manager();
-    auto other = session.desktop().start("openbox-2", {"openbox", "--sm-disable", "--replace"});
+    auto other =
+        session.desktop().start("openbox-2", {"openbox", "--sm-disable", "--replace"});
     session.require("The other window manager",
                     [&] { return manager().has_value() && manager() != first; });
     desktop::awaitWindowManager(client);

@@ -10,11 +10,15 @@
 //   silent-server            owns org.freedesktop.Notifications and answers nothing: "ready",
 //                            "call MEMBER"
 //   strange-server           the same, but answers every call with a number
+//   slow-server              the same, but answers every call after MILLISECONDS, as a server that
+//                            reads no markup: "answered MEMBER"
 #include <QCoreApplication>
 #include <QDBusConnection>
 #include <QDBusConnectionInterface>
 #include <QDBusMessage>
 #include <QDBusVirtualObject>
+#include <QTimer>
+#include <chrono>
 #include <iostream>
 #include <memory>
 
@@ -75,23 +79,37 @@ int notifyAndLeave() {
 
 class Server final : public QDBusVirtualObject {
   public:
-    enum class Answers { none, numbers };
-    explicit Server(Answers answers) : answers_(answers) {}
+    enum class Answers { none, numbers, late };
+    explicit Server(Answers answers, std::chrono::milliseconds delay = {})
+        : answers_(answers), delay_(delay) {}
     QString introspect(const QString&) const override { return {}; }
     bool handleMessage(const QDBusMessage& message, const QDBusConnection& bus) override {
         say("call " + message.member().toStdString());
-        if (answers_ == Answers::numbers) {
-            bus.send(message.createReply(42));
+        switch (answers_) {
+            case Answers::none:
+                break;
+            case Answers::numbers:
+                bus.send(message.createReply(42));
+                break;
+            case Answers::late:
+                QTimer::singleShot(delay_, this, [message, bus] {
+                    const bool isQuestion = message.member() == QStringLiteral("GetCapabilities");
+                    bus.send(message.createReply(
+                        isQuestion ? QVariant(QStringList{QStringLiteral("body")}) : QVariant(7U)));
+                    say("answered " + message.member().toStdString());
+                });
+                break;
         }
         return true;
     }
 
   private:
     Answers answers_;
+    std::chrono::milliseconds delay_;
 };
 
-int serveNotifications(Server::Answers answers) {
-    Server server(answers);
+int serveNotifications(Server::Answers answers, std::chrono::milliseconds delay = {}) {
+    Server server(answers, delay);
     auto bus = QDBusConnection::sessionBus();
     bus.registerVirtualObject(QStringLiteral("/org/freedesktop/Notifications"), &server);
     bus.registerService(QStringLiteral("org.freedesktop.Notifications"));
@@ -119,6 +137,10 @@ int main(int argc, char** argv) {
     }
     if (command == "strange-server") {
         return serveNotifications(Server::Answers::numbers);
+    }
+    if (command == "slow-server") {
+        return serveNotifications(Server::Answers::late,
+                                  std::chrono::milliseconds(arguments.value(2).toInt()));
     }
     return 2;
 }

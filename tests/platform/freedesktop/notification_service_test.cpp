@@ -107,6 +107,32 @@ TEST_F(Notifications, a_server_that_answers_nonsense_gets_the_notification_all_t
     EXPECT_TRUE(program->isRunning());
 }
 
+TEST_F(Notifications, a_server_that_answers_after_a_second_is_waited_for) {
+    Desktop& desktop = with(desktop_, NotificationDaemon::none);
+    const auto server = desktop.start("server", {LUMAFRAME_BUS_PROBE, "slow-server", "1000"});
+    server->waitForLine("ready");
+    const auto program = notify(desktop);
+    program->waitForLine("posted");
+    const auto answer = server->waitForLine("answered GetCapabilities");
+    server->waitForLine("call Notify", answer);
+    server->waitForLine("answered Notify", answer);
+    EXPECT_EQ(server->countOf("call Notify"), 1U);
+}
+
+TEST_F(Notifications, a_server_that_answers_after_seven_seconds_gets_the_notification_once) {
+    Desktop& desktop = with(desktop_, NotificationDaemon::none);
+    const auto server = desktop.start("server", {LUMAFRAME_BUS_PROBE, "slow-server", "7000"});
+    server->waitForLine("ready");
+    const auto program = notify(desktop);
+    program->waitForLine("posted");
+    const auto notification = server->waitForLine("call Notify");
+    EXPECT_EQ(server->countOf("answered GetCapabilities"), 0U) << "It is not waited for so long.";
+    server->waitForLine("answered GetCapabilities", notification);
+    server->waitForLine("answered Notify", notification);
+    EXPECT_EQ(server->countOf("call Notify"), 1U);
+    EXPECT_TRUE(program->isRunning());
+}
+
 TEST_F(Notifications, an_answer_after_the_end_of_the_service_is_nobodys) {
     Desktop& desktop = with(desktop_, NotificationDaemon::recorder);
     const auto program = desktop.start("gone", {LUMAFRAME_BUS_PROBE, "notify-gone"});
