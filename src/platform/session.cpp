@@ -48,6 +48,17 @@ void openMissingStandardStreams() {
     }
 }
 
+/// A relative path counts as none, says the XDG Base Directory Specification. Not every library
+/// knows, and some make the folder below wherever the program was started.
+void forgetRelativeDirectories() {
+    for (const char* name : {"XDG_RUNTIME_DIR", "XDG_CONFIG_HOME", "XDG_CACHE_HOME",
+                             "XDG_DATA_HOME", "XDG_STATE_HOME"}) {
+        if (!environmentValue(name).starts_with('/')) {
+            ::unsetenv(name);
+        }
+    }
+}
+
 }  // namespace
 
 Session Session::fromEnvironment() {
@@ -63,6 +74,7 @@ void settleEnvironment(const Session& session) {
     std::signal(SIGPIPE, SIG_IGN);
     ::unsetenv("DBUS_STARTER_ADDRESS");
     ::unsetenv("DBUS_STARTER_BUS_TYPE");
+    forgetRelativeDirectories();
     if (!session.hasSessionBus || !busAnswers(sessionBusAddress(), busPatience)) {
         ::setenv("DBUS_SESSION_BUS_ADDRESS", noBusAddress, 1);
     }

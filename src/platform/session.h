@@ -20,9 +20,10 @@ struct Session {
 };
 
 /// Prepares the environment for the libraries and for what this process starts: the marks of a
-/// start by the bus are taken out, and without a session bus that answers its address is set to one
-/// that is refused at once. A pipe whose reader leaves, the log's or another, is an error of the
-/// write and no longer the end of the process. Before other threads exist.
+/// start by the bus and directories that are none are taken out, and without a session bus that
+/// answers its address is set to one that is refused at once. A pipe whose reader leaves, the log's
+/// or another, is an error of the write and no longer the end of the process. Before other threads
+/// exist.
 void settleEnvironment(const Session& session);
 
 }  // namespace platform

@@ -21,6 +21,18 @@ fs::path makePrivateDirectory() {
     return name;
 }
 
+/// Where a program keeps what is its own.
+Environment homeVariables(const fs::path& home, const fs::path& runtime) {
+    return {
+        {"HOME", home},
+        {"XDG_RUNTIME_DIR", runtime},
+        {"XDG_CONFIG_HOME", home / ".config"},
+        {"XDG_CACHE_HOME", home / ".cache"},
+        {"XDG_DATA_HOME", home / ".local/share"},
+        {"XDG_STATE_HOME", home / ".local/state"},
+    };
+}
+
 void makePrivate(const fs::path& directory) {
     fs::create_directories(directory);
     fs::permissions(directory, fs::perms::owner_all);
@@ -62,11 +74,15 @@ Desktop::Desktop(const DesktopOptions& options)
     makePrivate(home() / "Downloads");
     for (const char* name : {".config", ".cache", ".local/share", ".local/state"}) {
         makePrivate(home() / name);
+        makePrivate(othersHome() / name);
     }
     if (!options.homeTemplate.empty()) {
-        fs::copy(options.homeTemplate, home(), fs::copy_options::recursive);
+        for (const fs::path& target : {home(), othersHome()}) {
+            fs::copy(options.homeTemplate, target, fs::copy_options::recursive);
+        }
     }
     makePrivate(directory_ / "runtime");
+    makePrivate(othersHome() / "runtime");
     server_ = std::make_unique<XServer>(directory_, options.outputs, options.depth, options.server);
     client_ = std::make_unique<XClient>(displayName());
     input_ = std::make_unique<InputDriver>(displayName());
@@ -98,19 +114,14 @@ Desktop::~Desktop() {
 }
 
 Environment Desktop::environment() const {
-    Environment variables{
+    Environment variables = homeVariables(home(), directory_ / "runtime");
+    variables.merge(Environment{
         {"DISPLAY", displayName()},
-        {"HOME", home()},
-        {"XDG_RUNTIME_DIR", directory_ / "runtime"},
-        {"XDG_CONFIG_HOME", home() / ".config"},
-        {"XDG_CACHE_HOME", home() / ".cache"},
-        {"XDG_DATA_HOME", home() / ".local/share"},
-        {"XDG_STATE_HOME", home() / ".local/state"},
         {"DBUS_SESSION_BUS_ADDRESS", "unix:path=" + (directory_ / "runtime/bus").string()},
         {"XDG_SESSION_TYPE", "x11"},
         {"PATH", "/usr/local/bin:/usr/bin:/bin:/usr/local/sbin:/usr/sbin:/sbin"},
         {"LANG", "C.UTF-8"},
-    };
+    });
     if (serverKind_ == ServerKind::xwayland) {
         variables["XDG_SESSION_TYPE"] = "wayland";
         variables["WAYLAND_DISPLAY"] = XServer::waylandDisplay;
@@ -140,6 +151,14 @@ std::unique_ptr<Process> Desktop::start(const std::string& name, std::vector<std
                                                     .beforeExec = std::move(beforeExec)});
 }
 
+std::unique_ptr<Process> Desktop::startOther(const std::string& name,
+                                             std::vector<std::string> command,
+                                             const Environment& additions) {
+    Environment variables = additions;
+    variables.merge(homeVariables(othersHome(), othersHome() / "runtime"));
+    return start(name, std::move(command), variables);
+}
+
 std::string Desktop::makeUntrustedAuthority() {
     const auto file = directory_ / "untrusted";
     runToEnd({.command = {"xauth", "-f", file, "generate", displayName(), ".", "untrusted",
@@ -166,8 +185,8 @@ void Desktop::startWindowManager(WindowManager manager, Compositor compositor) {
     if (manager == WindowManager::none) {
         return;
     }
-    const Start how = windowManagerStart(manager, compositor, home() / ".config");
-    windowManager_ = start("window-manager", how.command, how.environment);
+    const Start how = windowManagerStart(manager, compositor, othersHome() / ".config");
+    windowManager_ = startOther("window-manager", how.command, how.environment);
     awaitWindowManager(*client_);
     if (compositor == Compositor::builtIn) {
         awaitCompositor();
@@ -177,7 +196,7 @@ void Desktop::startWindowManager(WindowManager manager, Compositor compositor) {
 void Desktop::startCompositor(Compositor compositor) {
     const Start how = compositorStart(compositor);
     if (!how.command.empty()) {
-        compositor_ = start("picom", how.command, how.environment);
+        compositor_ = startOther("picom", how.command, how.environment);
         awaitCompositor();
         waitForBlending();
     }
@@ -242,40 +261,41 @@ void Desktop::startNotifications(NotificationDaemon daemon) {
             notificationDaemon_ = startBusService("notification-recorder");
             return;
         case NotificationDaemon::dunst:
-            notificationDaemon_ = start("dunst", {"dunst", "-conf", "/dev/null"});
+            notificationDaemon_ = startOther("dunst", {"dunst", "-conf", "/dev/null"});
             bus({"wait-for-name", "org.freedesktop.Notifications"});
             return;
     }
 }
 
 std::unique_ptr<Process> Desktop::startGtkWindow(int version, const std::string& title) {
-    auto window = start("gtk-window", {LUMAFRAME_TEST_GTK_WINDOW, std::to_string(version), title},
-                        {{"GDK_BACKEND", "x11"},
-                         {"GSK_RENDERER", "cairo"},
-                         {"GSETTINGS_BACKEND", "memory"},
-                         {"GTK_A11Y", "none"},
-                         {"NO_AT_BRIDGE", "1"}});
+    auto window =
+        startOther("gtk-window", {LUMAFRAME_TEST_GTK_WINDOW, std::to_string(version), title},
+                   {{"GDK_BACKEND", "x11"},
+                    {"GSK_RENDERER", "cairo"},
+                    {"GSETTINGS_BACKEND", "memory"},
+                    {"GTK_A11Y", "none"},
+                    {"NO_AT_BRIDGE", "1"}});
     window->waitForLine("ready");
     return window;
 }
 
 std::unique_ptr<Process> Desktop::startClipboardManager(ClipboardManager manner) {
     auto manager =
-        start("clipboard-manager", {LUMAFRAME_TEST_CLIPBOARD_MANAGER,
-                                    manner == ClipboardManager::keeping ? "keep" : "silent"});
+        startOther("clipboard-manager", {LUMAFRAME_TEST_CLIPBOARD_MANAGER,
+                                         manner == ClipboardManager::keeping ? "keep" : "silent"});
     manager->waitForLine("ready");
     return manager;
 }
 
 std::unique_ptr<Process> Desktop::startSettingsPortal(const std::string& colorScheme) {
-    auto portal = start("settings-portal-" + std::to_string(++busCalls_),
-                        {LUMAFRAME_TEST_BUS_PROGRAM, "settings-portal", colorScheme});
+    auto portal = startOther("settings-portal-" + std::to_string(++busCalls_),
+                             {LUMAFRAME_TEST_BUS_PROGRAM, "settings-portal", colorScheme});
     portal->waitForLine("ready");
     return portal;
 }
 
 std::unique_ptr<Process> Desktop::startBusService(const std::string& role) {
-    auto service = start(role, {LUMAFRAME_TEST_BUS_PROGRAM, role});
+    auto service = startOther(role, {LUMAFRAME_TEST_BUS_PROGRAM, role});
     service->waitForLine("ready");
     return service;
 }
@@ -304,8 +324,8 @@ std::vector<std::string> Desktop::trayItems() const {
 void Desktop::startAccessibility() {
     // The settings of the tool are in memory: nothing of another session may decide.
     accessibility_ =
-        start("accessibility", {"/usr/libexec/at-spi-bus-launcher", "--launch-immediately"},
-              {{"GSETTINGS_BACKEND", "memory"}});
+        startOther("accessibility", {"/usr/libexec/at-spi-bus-launcher", "--launch-immediately"},
+                   {{"GSETTINGS_BACKEND", "memory"}});
     bus({"wait-for-name", "org.a11y.Bus"});
     bus({"enable-accessibility"});
 }

@@ -41,7 +41,7 @@ struct DesktopOptions {
     std::filesystem::path busServices{};
     /// Added to the environment of every program started here.
     Environment environment{};
-    /// What it holds is copied into the home before any program starts.
+    /// What it holds is copied into both homes before any program starts.
     std::filesystem::path homeTemplate{};
 };
 
@@ -78,6 +78,12 @@ class Desktop {
     std::unique_ptr<Process> start(const std::string& name, std::vector<std::string> command,
                                    const Environment& additions = {},
                                    std::function<void()> beforeExec = {});
+
+    /// The same for a program of the desktop or of somebody else: what it keeps for itself goes
+    /// into another home, so that all in home() is of the program under test and of the test.
+    std::unique_ptr<Process> startOther(const std::string& name, std::vector<std::string> command,
+                                        const Environment& additions = {});
+    [[nodiscard]] std::filesystem::path othersHome() const { return directory_ / "others"; }
 
     /// A file for the environment variable XAUTHORITY: the X server distrusts who connects with it.
     std::string makeUntrustedAuthority();

@@ -153,7 +153,7 @@ void XServer::startXwayland(const Output& output) {
                                    "--idle-time=0", "--width=" + std::to_string(output.width),
                                    "--height=" + std::to_string(output.height)},
                        .environment = {{"PATH", "/usr/bin:/bin"},
-                                       {"HOME", directory_ / "home"},
+                                       {"HOME", directory_ / "others"},
                                        {"XDG_RUNTIME_DIR", runtime}},
                        .outputFile = directory_ / "x-server"});
     // Xwayland itself starts with its first client.

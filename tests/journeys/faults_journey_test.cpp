@@ -200,6 +200,7 @@ TEST_F(Faults, a_time_zone_that_changes_holds_from_the_next_file_name_on) {
         GTEST_SKIP() << "Needs the right to mount, and a time zone that is the system's.";
     }
     const auto zone = session.desktop().home() / "zone";
+    session.leftOnDisk().expect(zone);
     // In place, as a mounted file has to be changed.
     const auto moveTo = [&](int hoursFromUtc) {
         std::ofstream(zone, std::ios::binary | std::ios::trunc) << zoneFile(hoursFromUtc);
@@ -235,7 +236,7 @@ TEST_F(Faults, a_window_manager_that_is_replaced_is_followed) {
     const auto manager = [&] { return client.property(client.root(), "_NET_SUPPORTING_WM_CHECK"); };
     const auto first = manager();
     auto other =
-        session.desktop().start("openbox-2", {"openbox", "--sm-disable", "--replace"});
+        session.desktop().startOther("openbox-2", {"openbox", "--sm-disable", "--replace"});
     session.require("The other window manager",
                     [&] { return manager().has_value() && manager() != first; });
     desktop::awaitWindowManager(client);

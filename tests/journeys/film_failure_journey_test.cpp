@@ -101,6 +101,7 @@ TEST_P(FilmFailure, leaves_the_frame_blank_and_the_rest_of_the_window_usable) {
     desktop::writePng(Session::pictureFile(std::string("film-failure-") + GetParam().name),
                       desktop::readScreen(session.desktop().client()));
 
+    session.leftOnDisk().expect(session.desktop().home() / "Downloads");
     fs::create_directory(session.desktop().home() / "Downloads");
     session.input().click(panel.action().center());
     panel.waitForStatus("Files and Folders", "Granted");

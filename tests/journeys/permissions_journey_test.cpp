@@ -24,6 +24,7 @@ class Permissions : public testing::Test {
     /// The program that opens pages on the desktop notes how it was called.
     Permissions() {
         fs::create_directories(session.desktop().home() / "bin");
+        session.leftOnDisk().expect(downloads());
         install("xdg-open", "echo \"$@\" >>" + openedFile().string());
         session.writeSettings(nlohmann::json::object());
     }
@@ -33,7 +34,7 @@ class Permissions : public testing::Test {
         std::ofstream(program) << "#!/bin/sh\n" << script << "\n";
         fs::permissions(program, fs::perms::owner_all);
     }
-    [[nodiscard]] fs::path openedFile() { return session.desktop().home() / "opened"; }
+    [[nodiscard]] fs::path openedFile() { return session.desktop().directory() / "opened"; }
     [[nodiscard]] fs::path downloads() { return session.desktop().home() / "Downloads"; }
     void start(desktop::Environment environment = {}, std::function<void()> beforeExec = {}) {
         environment["PATH"] = (session.desktop().home() / "bin").string() + ":/usr/bin:/bin";
@@ -255,7 +256,7 @@ TEST_F(Permissions, the_icon_is_dragged_out_of_the_window_as_the_url_of_the_prog
     fs::remove(downloads());
     start();
     panel.waitUntilOpen();
-    const auto target = session.desktop().start("drop-target", {LUMAFRAME_TEST_DROP_TARGET});
+    const auto target = session.desktop().startOther("drop-target", {LUMAFRAME_TEST_DROP_TARGET});
     target->waitForLine("ready");
     session.waitUntilStill();
     const desktop::Place icon = panel.icon().center();

@@ -16,8 +16,8 @@ class Pictures : public testing::TestWithParam<desktop::Compositor> {
     Pictures() {
         session.writeSettings(nlohmann::json::object());
         session.start(SettingsWindow::leftOpen);
-        const auto printed = session.desktop().home() / "printed";
-        terminal = session.desktop().start(
+        const auto printed = session.desktop().othersHome() / "printed";
+        terminal = session.desktop().startOther(
             "xterm", {"xterm", "-geometry", "80x24+180+140", "-fa", "Monospace", "-fs", "11", "-e",
                       "sh", "-c", "ls -l /usr/bin | head -40; touch \"$HOME/printed\"; read line"});
         session.require("The text in the terminal",
@@ -82,7 +82,7 @@ TEST_P(Pictures, of_window_mode_over_a_window) {
 
 TEST_P(Pictures, of_the_settings_window) {
     ASSERT_TRUE(session.windowWithRole("main").has_value());
-    auto second = session.desktop().start("second", {LUMAFRAME_PROGRAM});
+    auto second = session.startSecond();
     ASSERT_EQ(second->waitForExit(), 0);
     ASSERT_TRUE(desktop::waitUntil(
         [&] { return session.activeWindow() == session.windowWithRole("main"); }));

@@ -37,7 +37,7 @@ class LanguageData : public RecognitionJourney {
         fs::copy_file(installedData(language), file.string() + ".new");
         fs::rename(file.string() + ".new", file);
     }
-    const fs::path folder = session.desktop().home() / "tessdata";
+    const fs::path folder = session.desktop().directory() / "tessdata";
 };
 
 TEST_F(LanguageData, that_is_missing_is_one_line_and_is_used_as_soon_as_it_is_there) {

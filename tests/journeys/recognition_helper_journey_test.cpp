@@ -115,8 +115,7 @@ class RecognitionHelperLater : public RecognitionHelper {
     ~RecognitionHelperLater() override { std::filesystem::remove(secondsFile()); }
 
     static std::filesystem::path secondsFile() {
-        return std::filesystem::temp_directory_path() /
-               ("lumaframe-later-" + std::to_string(::getpid()));
+        return std::filesystem::current_path() / ("lumaframe-later-" + std::to_string(::getpid()));
     }
     /// All of the time since the start. The program looks at its clock, having slept, when
     /// something happens: here, when its settings change.

@@ -63,7 +63,7 @@ RecognitionJourney::RecognitionJourney(const desktop::DesktopOptions& options,
                                        desktop::Wallpaper::Motif motif)
     : session(options, motif) {
     // What a toolkit calls its usual fonts is then the same everywhere.
-    const auto fonts = session.desktop().home() / ".config/fontconfig";
+    const auto fonts = session.desktop().othersHome() / ".config/fontconfig";
     std::filesystem::create_directories(fonts);
     std::ofstream(fonts / "fonts.conf") << R"(<?xml version="1.0"?>
 <!DOCTYPE fontconfig SYSTEM "fonts.dtd">
@@ -88,7 +88,7 @@ TextWindow RecognitionJourney::open(const std::string& name,
                                     const desktop::Environment& environment) {
     const auto& client = session.desktop().client();
     const auto before = managedWindows(client);
-    TextWindow opened{session.desktop().start(name, command, environment), {}};
+    TextWindow opened{session.desktop().startOther(name, command, environment), {}};
     std::vector<xcb_window_t> now;
     desktop::require("The window of " + name, [&] {
         now = managedWindows(client);

@@ -124,7 +124,7 @@ class RecorderJourney : public testing::Test {
         return settings.contains(name) ? settings[name].get<int>() : -1;
     }
     void run(const std::vector<std::string>& command) {
-        const auto program = session.desktop().start("command", command);
+        const auto program = session.desktop().startOther("command", command);
         ASSERT_EQ(program->waitForExit(), 0);
     }
     std::size_t hotKeyPresses() {

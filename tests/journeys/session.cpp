@@ -1,5 +1,7 @@
 #include "journeys/session.h"
 
+#include <gtest/gtest.h>
+
 #include <algorithm>
 #include <cstdlib>
 #include <cstring>
@@ -19,9 +21,11 @@ desktop::Wallpaper::Ground groundOf(const desktop::DesktopOptions& options) {
                : desktop::Wallpaper::Ground::root;
 }
 
-/// Another one by scripts/sanitize, which starts the program inside of a tool.
+/// Set by scripts/sanitize, which starts the program inside of a tool.
+constexpr const char* otherProgram = "LUMAFRAME_TEST_PROGRAM";
+
 std::filesystem::path programOfTheBuild() {
-    const char* const other = std::getenv("LUMAFRAME_TEST_PROGRAM");
+    const char* const other = std::getenv(otherProgram);
     return other == nullptr ? LUMAFRAME_PROGRAM : other;
 }
 
@@ -33,10 +37,27 @@ Session::Session(const desktop::DesktopOptions& options, desktop::Wallpaper::Mot
       desktop_(options),
       motif_(motif),
       wallpaper_(std::in_place, desktop_.displayName(), motif, groundOf(options)),
-      clipboard_(desktop_.displayName()) {
+      clipboard_(desktop_.displayName()),
+      leftOnDisk_(desktop_) {
     // Away from every place that a journey looks at.
     input().moveTo({options.outputs.front().x + options.outputs.front().width / 2,
                     options.outputs.front().y + options.outputs.front().height - 3});
+}
+
+Session::~Session() {
+    Ending ending = Ending::ordinary;
+    if (program_) {
+        program_->end();
+        constexpr int ofSignal = 128;
+        ending = program_->waitForExit() < ofSignal ? Ending::ordinary : Ending::killed;
+    }
+    if (std::getenv(otherProgram) != nullptr) {
+        // A tool has files of its own.
+        return;
+    }
+    for (const std::string& stranger : leftOnDisk_.strangers(ending)) {
+        ADD_FAILURE() << "The program may not have this on the disk: " << stranger;
+    }
 }
 
 void Session::arrange(const std::vector<desktop::Output>& outputs,
@@ -60,14 +81,28 @@ void Session::writeSettings(nlohmann::json values) {
     values["shortcutsDefaultKeyMigration_v2"] = true;
     std::filesystem::create_directories(settingsFile().parent_path());
     // Never seen half written, since the program reads the file as soon as it changes.
-    const auto aside = settingsFile().string() + ".new";
+    const auto aside = desktop_.directory() / "settings.json";
     std::ofstream(aside) << values;
     std::filesystem::rename(aside, settingsFile());
 }
 
 void Session::startWithoutWaiting(const desktop::Environment& environment,
                                   std::function<void()> beforeExec) {
-    program_ = desktop_.start("lumaframe", {executable_}, environment, std::move(beforeExec));
+    leftOnDisk_.begin();
+    desktop::Environment variables = environment;
+    variables.merge(leftOnDisk_.environment());
+    program_ = desktop_.start("lumaframe", {executable_}, variables,
+                              [enter = leftOnDisk_.entrance(), then = std::move(beforeExec)] {
+                                  enter();
+                                  if (then) {
+                                      then();
+                                  }
+                              });
+}
+
+std::unique_ptr<desktop::Process> Session::startSecond() {
+    return desktop_.start("second", {executable_}, leftOnDisk_.environment(),
+                          leftOnDisk_.entrance());
 }
 
 void Session::start(SettingsWindow window, const desktop::Environment& environment,

@@ -7,6 +7,7 @@
 
 #include "desktop/desktop.h"
 #include "desktop/pattern.h"
+#include "journeys/left_on_disk.h"
 
 namespace journeys {
 
@@ -33,11 +34,16 @@ inline constexpr const char* mouseDown = "🖱️ SelectionView mouseDown at ";
 /// Whether the settings window, which opens at every start, is closed before the journey begins.
 enum class SettingsWindow { closed, leftOpen };
 
-/// One person's session: a private desktop with a wallpaper, and the real program in it.
+/// One person's session: a private desktop with a wallpaper, and the real program in it. At its end
+/// the test fails when the program has left on the disk, or had there for a moment, what it may
+/// not.
 class Session {
   public:
     explicit Session(const desktop::DesktopOptions& options = {},
                      desktop::Wallpaper::Motif motif = desktop::Wallpaper::Motif::pattern);
+    ~Session();
+    Session(const Session&) = delete;
+    Session& operator=(const Session&) = delete;
 
     [[nodiscard]] desktop::Desktop& desktop() { return desktop_; }
     [[nodiscard]] desktop::InputDriver& input() { return desktop_.input(); }
@@ -65,6 +71,10 @@ class Session {
     /// Starts the program and waits for nothing.
     void startWithoutWaiting(const desktop::Environment& environment = {},
                              std::function<void()> beforeExec = {});
+    /// Starts a second process of the program in the same places.
+    [[nodiscard]] std::unique_ptr<desktop::Process> startSecond();
+    /// To be told what the test itself makes in the home while the program runs.
+    [[nodiscard]] LeftOnDisk& leftOnDisk() { return leftOnDisk_; }
     /// The mapped windows of the program's window with this role, as the window manager lists them.
     [[nodiscard]] std::optional<xcb_window_t> windowWithRole(const std::string& part);
     void closeWindow(xcb_window_t window);
@@ -122,6 +132,7 @@ class Session {
     desktop::Wallpaper::Motif motif_;
     std::optional<desktop::Wallpaper> wallpaper_;
     desktop::Clipboard clipboard_;
+    LeftOnDisk leftOnDisk_;
     std::unique_ptr<desktop::Process> program_;
 };
 

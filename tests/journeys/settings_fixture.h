@@ -38,7 +38,7 @@ class SettingsFixture : public testing::Test {
         return before;
     }
     void replaceSettings(const std::string& text) {
-        const auto aside = session.settingsFile().string() + ".new";
+        const auto aside = session.desktop().directory() / "settings.json";
         std::ofstream(aside) << text;
         std::filesystem::rename(aside, session.settingsFile());
     }

@@ -284,6 +284,7 @@ TEST_F(SettingsOfWindows, capture_window_shadows_adds_the_shadow_and_takes_it_aw
 TEST_F(Settings, a_folder_chosen_in_the_dialog_takes_the_next_picture) {
     open();
     const auto shots = session.desktop().home() / "shots-1";
+    session.leftOnDisk().expect(shots);
     std::filesystem::create_directories(shots);
     panel.chooseFolder(0, shots);
     session.require("The chosen folder",
@@ -316,7 +317,7 @@ TEST_F(Settings, a_folder_dialog_that_is_cancelled_changes_nothing) {
 
 TEST_F(Settings, the_icon_is_dragged_away_as_the_url_of_the_program) {
     open();
-    const auto target = session.desktop().start("drop-target", {LUMAFRAME_TEST_DROP_TARGET});
+    const auto target = session.desktop().startOther("drop-target", {LUMAFRAME_TEST_DROP_TARGET});
     target->waitForLine("ready");
     session.waitUntilStill();
     const auto icon = panel.object("graphic", "Lumaframe");

@@ -43,7 +43,7 @@ class Shell : public testing::Test {
         return count;
     }
     void startAgain() {
-        auto second = session.desktop().start("second", {LUMAFRAME_PROGRAM});
+        auto second = session.startSecond();
         EXPECT_EQ(second->waitForExit(), 0);
     }
 

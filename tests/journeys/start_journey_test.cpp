@@ -159,7 +159,7 @@ TEST(SecondStart, it_brings_the_settings_window_of_the_first_to_the_front_and_ex
     desktop::TestWindow other(session.desktop().displayName(), {.x = 50, .y = 60});
     ASSERT_TRUE(desktop::waitUntil([&] { return session.activeWindow() == other.id(); }));
     const std::size_t before = session.mark();
-    auto second = session.desktop().start("second", {LUMAFRAME_PROGRAM});
+    auto second = session.startSecond();
     EXPECT_EQ(second->waitForExit(), 0);
     EXPECT_TRUE(desktop::waitUntil([&] { return session.activeWindow() == *window; }));
     EXPECT_TRUE(session.program().isRunning());
@@ -171,7 +171,7 @@ TEST(SecondStart, it_brings_the_settings_window_of_the_first_to_the_front_and_ex
 TEST(SecondStart, a_closed_settings_window_is_opened_again) {
     Session session;
     session.start(SettingsWindow::closed);
-    auto second = session.desktop().start("second", {LUMAFRAME_PROGRAM});
+    auto second = session.startSecond();
     EXPECT_EQ(second->waitForExit(), 0);
     EXPECT_TRUE(desktop::waitUntil([&] {
         const auto window = session.windowWithRole("main");

@@ -116,6 +116,7 @@ class EveryWish : public TextDelivery {
         return session.desktop().home() / ("wish" + std::to_string(wish.bits));
     }
     nlohmann::json settingsOf(Wish wish) {
+        session.leftOnDisk().expect(folderOf(wish));
         fs::create_directories(folderOf(wish));
         return {{"screenshotSavePath", folderOf(wish).string()},
                 {"ocrSavePath", folderOf(wish).string()},

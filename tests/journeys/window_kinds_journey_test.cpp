@@ -24,7 +24,7 @@ TEST_P(WindowKinds, what_a_stopped_program_shows_is_in_the_picture) {
         TableGroup::windows,
         {GetParam().title, "a window of a stopped program, half covered by another one",
          isLive() ? "whole" : "what showed of it; the rest as its program repaints it in time"});
-    auto terminal = session.desktop().start(
+    auto terminal = session.desktop().startOther(
         "xterm", {"xterm", "-T", "stopped", "-geometry", "60x16+200+150", "+bc", "-xrm",
                   "XTerm.vt100.cursorBlink: false", "-e", "sh", "-c",
                   "yes 'This program is going to stop.' | head -15; printf '\\033[?25l'; cat"});
@@ -121,7 +121,7 @@ TEST_P(WindowKinds, a_window_that_is_resized_before_the_click_has_its_new_size_w
     const TableRow row(TableGroup::windows,
                        {GetParam().title, "a window that is resized between hover and click",
                         isLive() ? "its new size" : "as it was when the overlay opened"});
-    auto terminal = session.desktop().start(
+    auto terminal = session.desktop().startOther(
         "xterm", {"xterm", "-T", "resized", "-geometry", "60x16+200+150", "-e", "cat"});
     const xcb_window_t window = windowTitled("resized");
     const Area before = areaOf(window);

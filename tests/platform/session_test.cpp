@@ -55,6 +55,19 @@ TEST_F(SessionEnvironment, without_a_bus_none_is_started_by_a_library) {
     EXPECT_FALSE(Session::fromEnvironment().hasSessionBus);
 }
 
+TEST_F(SessionEnvironment, directories_that_are_relative_are_none) {
+    ::setenv("XDG_RUNTIME_DIR", "runtime", 1);
+    ::setenv("XDG_CACHE_HOME", ".", 1);
+    ::setenv("XDG_CONFIG_HOME", "", 1);
+    ::setenv("XDG_DATA_HOME", "/data", 1);
+    platform::settleEnvironment(Session::fromEnvironment());
+    for (const char* name : {"XDG_RUNTIME_DIR", "XDG_CACHE_HOME", "XDG_CONFIG_HOME"}) {
+        EXPECT_EQ(std::getenv(name), nullptr) << name;
+    }
+    EXPECT_STREQ(std::getenv("XDG_DATA_HOME"), "/data");
+    ::unsetenv("XDG_DATA_HOME");
+}
+
 TEST_F(SessionEnvironment, a_reader_of_the_log_that_leaves_does_not_end_the_program) {
     platform::settleEnvironment(Session::fromEnvironment());
     std::array<int, 2> pipe{};

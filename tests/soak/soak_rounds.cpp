@@ -102,6 +102,7 @@ SoakRounds::SoakRounds(journeys::Session& session, Area textArea, std::string te
                      {screenshotNotification}),
       folders_{session.desktop().home() / "Downloads", session.desktop().home() / "Pictures"},
       folder_(folders_.front()) {
+    session_.leftOnDisk().expect(folders_.back());
     window_.focus();
     session_.waitUntilStill();
     terminal_ = session_.screen(textArea_);
