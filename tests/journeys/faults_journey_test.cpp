@@ -204,6 +204,9 @@ TEST_F(Faults, a_time_zone_that_changes_holds_from_the_next_file_name_on) {
     // In place, as a mounted file has to be changed.
     const auto moveTo = [&](int hoursFromUtc) {
         std::ofstream(zone, std::ios::binary | std::ios::trunc) << zoneFile(hoursFromUtc);
+        // The C library looks at the file again when its second is another.
+        std::filesystem::last_write_time(
+            zone, std::filesystem::last_write_time(zone) + std::chrono::seconds(hoursFromUtc));
     };
     const auto dayAndHour = [](int hoursFromUtc) {
         const std::time_t then = std::time(nullptr) + hoursFromUtc * 3600;

@@ -188,10 +188,8 @@ TEST_F(LargeRefusal, of_a_pixmap_ends_the_opening_by_itself) {
     desktop::TestWindow window(session.desktop().displayName(), {.x = 300, .y = 300});
     window.focus();
     session.waitUntilStill();
-    // Until then it may have what it was just asked for.
-    session.desktop().client().synchronize();
     {
-        const desktop::PoorServer poor(session.desktop().server().processId());
+        const desktop::PoorServer poor(session.desktop().server());
         const std::size_t before = session.mark();
         session.pressScreenshotShortcut();
         const std::size_t opened = session.program().waitForLine(line::cursorSet, before) + 1;

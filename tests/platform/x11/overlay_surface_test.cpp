@@ -58,7 +58,7 @@ TEST(OverlaySurface, without_memory_for_the_snapshot_asks_once_to_be_ended) {
     Rig rig(options);
     RecordingInput input;
     {
-        const desktop::PoorServer poor(rig.desktop.server().processId());
+        const desktop::PoorServer poor(rig.desktop.server());
         const auto surface = rig.open(input);
         EXPECT_TRUE(rig.overlays().empty());
         ASSERT_EQ(input.reports.size(), 1U);
