@@ -30,6 +30,16 @@ Area areaOf(const desktop::XClient& client, xcb_window_t window) {
     return size && place ? Area{place->dst_x, place->dst_y, size->width, size->height} : Area{};
 }
 
+/// A window may be wider than what is left of the screen beside its place.
+Area visibleAreaOf(const desktop::XClient& client, xcb_window_t window) {
+    const Area area = areaOf(client, window);
+    const Area screen = areaOf(client, client.root());
+    const int left = std::max(area.x, 0);
+    const int top = std::max(area.y, 0);
+    return {left, top, std::min(area.x + area.width, screen.width) - left,
+            std::min(area.y + area.height, screen.height) - top};
+}
+
 void move(const desktop::XClient& client, xcb_window_t window, Place place) {
     const std::uint32_t values[] = {static_cast<std::uint32_t>(place.x),
                                     static_cast<std::uint32_t>(place.y)};
@@ -98,7 +108,7 @@ TextWindow RecognitionJourney::open(const std::string& name,
         return std::find(before.begin(), before.end(), candidate) == before.end();
     });
     move(client, window, place);
-    waitForText(areaOf(client, window), characters);
+    waitForText(visibleAreaOf(client, window), characters);
     opened.area = areaOf(client, window);
     return opened;
 }
