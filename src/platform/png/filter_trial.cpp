@@ -23,6 +23,8 @@ constexpr int fewestStripRows = 2;
 /// Photographs take half as much again without a filter, which two strips tell.
 constexpr int stripsBeforeVerdict = 2;
 constexpr std::size_t clearLead = 4;
+/// Of surfaces so little is left that another filter could not save what trying it costs.
+constexpr std::size_t bareShare = 128;
 
 /// From the middle of each part of the band: the edges of a screen are often bare. Every other one
 /// comes first, so that already two of them stand for the whole band.
@@ -87,25 +89,36 @@ class ByteCounts {
 }  // namespace
 
 Filter FilterTrial::choose(RowRange band) {
-    if (findRepetition(band) == Repetition::found) {
-        return Filter::none;
+    switch (contentOf(band)) {
+        case Content::repeated:
+            return Filter::none;
+        case Content::bare:
+            return Filter::up;
+        case Content::varied:
+            break;
     }
     return entropy(band, Filter::average) < entropy(band, Filter::up) ? Filter::average
                                                                       : Filter::up;
 }
 
-FilterTrial::Repetition FilterTrial::findRepetition(RowRange band) {
+FilterTrial::Content FilterTrial::contentOf(RowRange band) {
     const Strips strips(band, repetitionSample);
+    std::size_t tried = 0;
     std::size_t plain = 0;
     std::size_t up = 0;
     for (int turn = 0; turn < strips.size(); ++turn) {
         plain += compressedSize(strips[turn], Filter::none);
         up += compressedSize(strips[turn], Filter::up);
+        tried +=
+            static_cast<std::size_t>(strips[turn].end - strips[turn].first) * rows_.bytesPerRow();
         if (turn + 1 >= stripsBeforeVerdict && up + up / clearLead < plain) {
             break;
         }
     }
-    return up < plain ? Repetition::missing : Repetition::found;
+    if (up >= plain) {
+        return Content::repeated;
+    }
+    return up < tried / bareShare ? Content::bare : Content::varied;
 }
 
 std::size_t FilterTrial::compressedSize(RowRange strip, Filter filter) {

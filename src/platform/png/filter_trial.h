@@ -18,8 +18,9 @@ class FilterTrial {
     Filter choose(RowRange band);
 
   private:
-    enum class Repetition { found, missing };
-    Repetition findRepetition(RowRange band);
+    /// Repeats itself, is nearly nothing but surfaces, or neither.
+    enum class Content { repeated, bare, varied };
+    Content contentOf(RowRange band);
     std::size_t compressedSize(RowRange strip, Filter filter);
     double entropy(RowRange band, Filter filter);
     template <typename Take>
