@@ -1,5 +1,8 @@
 #include "platform/tesseract/rules.h"
 
+#include <algorithm>
+#include <utility>
+
 #include "platform/tesseract/connected_components.h"
 #include "platform/tesseract/thread_pair.h"
 
@@ -50,52 +53,71 @@ Rules::Rules(const Mask& mask, double letterHeight, double capitalHeight)
     });
 }
 
+// A run of at least so many pixels has one of those that lie so far apart; it is found at the
+// first.
+
 void Rules::findLying(const Mask& mask, double letterHeight) {
-    const int shortest = static_cast<int>(shortestLying * letterHeight);
+    const int shortest = std::max(1, static_cast<int>(shortestLying * letterHeight));
     const int thick = std::max(2, static_cast<int>(thickest * letterHeight));
     for (int y = 0; y < mask.height(); ++y) {
-        for (int x = 0; x < mask.width();) {
-            const int left = x;
-            while (x < mask.width() && mask.at(x, y) != 0) {
-                ++x;
+        const std::uint8_t* row = mask.row(y);
+        for (int x = shortest - 1; x < mask.width(); x += shortest) {
+            if (row[x] == 0) {
+                continue;
             }
-            if (x - left < shortest) {
-                x = std::max(x, left + 1);
+            int left = x;
+            while (left > std::max(0, x - shortest) && row[left - 1] != 0) {
+                --left;
+            }
+            int right = x;
+            while (right < mask.width() && row[right] != 0) {
+                ++right;
+            }
+            if (right - left < shortest || left == x - shortest) {
                 continue;
             }
             int thin = 0;
-            for (int column = left; column < x; ++column) {
+            for (int column = left; column < right; ++column) {
                 thin += thicknessAt(mask, column, y, 0, 1, thick) <= thick ? 1 : 0;
             }
-            if (thin >= thinShare * (x - left)) {
-                lying_.push_back({left, y, x, y + 1});
+            if (thin >= thinShare * (right - left)) {
+                lying_.push_back({left, y, right, y + 1});
             }
         }
     }
 }
 
 void Rules::findUpright(const Mask& mask, double letterHeight, double capitalHeight) {
-    const int shortest = static_cast<int>(shortestUpright * capitalHeight);
+    const int shortest = std::max(1, static_cast<int>(shortestUpright * capitalHeight));
     const int thick = std::max(2, static_cast<int>(thickest * letterHeight));
-    for (int x = 0; x < mask.width(); ++x) {
-        for (int y = 0; y < mask.height();) {
-            const int top = y;
-            while (y < mask.height() && mask.at(x, y) != 0) {
-                ++y;
+    for (int y = shortest - 1; y < mask.height(); y += shortest) {
+        for (int x = 0; x < mask.width(); ++x) {
+            if (mask.at(x, y) == 0) {
+                continue;
             }
-            if (y - top < shortest) {
-                y = std::max(y, top + 1);
+            int top = y;
+            while (top > std::max(0, y - shortest) && mask.at(x, top - 1) != 0) {
+                --top;
+            }
+            int bottom = y;
+            while (bottom < mask.height() && mask.at(x, bottom) != 0) {
+                ++bottom;
+            }
+            if (bottom - top < shortest || top == y - shortest) {
                 continue;
             }
             int thin = 0;
-            for (int row = top; row < y; ++row) {
+            for (int row = top; row < bottom; ++row) {
                 thin += thicknessAt(mask, x, row, 1, 0, thick) <= thick ? 1 : 0;
             }
-            if (thin >= thinShare * (y - top)) {
-                upright_.push_back({x, top, x + 1, y});
+            if (thin >= thinShare * (bottom - top)) {
+                upright_.push_back({x, top, x + 1, bottom});
             }
         }
     }
+    std::sort(upright_.begin(), upright_.end(), [](const Box& one, const Box& other) {
+        return std::pair(one.left, one.top) < std::pair(other.left, other.top);
+    });
 }
 
 void Rules::removeFrom(Mask& mask, InkPlane& ink) const {

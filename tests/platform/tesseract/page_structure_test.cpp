@@ -50,6 +50,34 @@ TEST(Rules, a_stroke_that_crosses_an_underline_stays_whole) {
     EXPECT_EQ(drawn.mask().at(80, 32), 0);
 }
 
+TEST(Rules, one_of_any_length_at_any_place_is_found_once_and_whole) {
+    // In capitals of 13 pixels 26 are long enough to stand, in letters of 10 45 to lie.
+    constexpr double capitalHeight = 13;
+    constexpr double letterHeight = 10;
+    for (const int length : {25, 26, 27, 51, 52, 53, 100}) {
+        for (int begin = 0; begin + length <= 160; ++begin) {
+            Mask mask(3, 160);
+            for (int y = begin; y < begin + length; ++y) {
+                mask.at(1, y) = 1;
+            }
+            const std::vector<Box> upright{{1, begin, 2, begin + length}};
+            EXPECT_EQ(Rules(mask, letterHeight, capitalHeight).upright(),
+                      length < 26 ? std::vector<Box>() : upright)
+                << length << " from " << begin;
+        }
+    }
+    for (const int length : {44, 45, 46, 90, 91, 150}) {
+        for (int begin = 0; begin + length <= 200; ++begin) {
+            Mask mask(200, 3);
+            std::fill(mask.row(1) + begin, mask.row(1) + begin + length, std::uint8_t{1});
+            InkPlane ink = mask;
+            Rules(mask, letterHeight, capitalHeight).removeFrom(mask, ink);
+            EXPECT_EQ(std::count(mask.row(1), mask.row(1) + 200, 1), length < 45 ? length : 0)
+                << length << " from " << begin;
+        }
+    }
+}
+
 TEST(LineFinder, letters_side_by_side_are_one_segment_and_rows_come_from_the_top) {
     DrawnLetters drawn(300, 100);
     drawn.write(10, 70, 5);
