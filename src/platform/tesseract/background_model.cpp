@@ -1,5 +1,6 @@
 #include "platform/tesseract/background_model.h"
 
+#include <algorithm>
 #include <atomic>
 #include <cstring>
 
@@ -28,25 +29,48 @@ constexpr int verticalCost = 3;
 /// Of a pass over the rows and over each of them.
 enum class Direction { forwards, backwards };
 
-/// The next pixel that does not lie on a surface, from `x` on in steps of `step`, 1 or -1; `width`
-/// or -1 where there is none. Most of a page does from the start: eight pixels at a time.
-int nextBesideSurfaces(const std::uint16_t* distances, int x, int step, int width) {
+/// Pixels of a row in the order of a pass: from `first` on in steps of `step`, 1 or -1, up to
+/// `end`.
+struct Stretch {
+    int first;
+    int end;
+    int step;
+};
+
+/// The next pixel from `x` on that does not lie on a surface, or the end. Most of a page does from
+/// the start: eight pixels at a time.
+int nextBesideSurfaces(const std::uint16_t* distances, int x, const Stretch& stretch) {
     constexpr int atOnce = 8;
     const auto areOnSurface = [&](int left) {
         std::uint64_t halves[2];
         std::memcpy(halves, distances + left, sizeof halves);
         return (halves[0] | halves[1]) == 0;
     };
-    while (step > 0 && x + atOnce <= width && areOnSurface(x)) {
-        x += atOnce;
+    const int step = stretch.step;
+    while ((stretch.end - x) * step >= atOnce && areOnSurface(step > 0 ? x : x + 1 - atOnce)) {
+        x += step * atOnce;
     }
-    while (step < 0 && x + 1 >= atOnce && areOnSurface(x + 1 - atOnce)) {
-        x -= atOnce;
-    }
-    while (x >= 0 && x < width && distances[x] == 0) {
+    while (x != stretch.end && distances[x] == 0) {
         x += step;
     }
     return x;
+}
+
+/// Calls `work` with each row of a page, the row before it in the direction of the pass, and the
+/// pixels to look at, after what lies before them in both rows; the first row is before itself.
+template <class Work>
+void pass(int width, int height, Direction direction, const Work& work) {
+    const bool isForwards = direction == Direction::forwards;
+    shareSweep(width, height, [&](const Patch& patch) {
+        const Stretch stretch = isForwards
+                                    ? Stretch{patch.left, patch.right, 1}
+                                    : Stretch{width - 1 - patch.left, width - 1 - patch.right, -1};
+        for (int row = patch.top; row < patch.bottom; ++row) {
+            const int before = std::max(0, row - 1);
+            work(isForwards ? row : height - 1 - row, isForwards ? before : height - 1 - before,
+                 stretch);
+        }
+    });
 }
 
 }  // namespace
@@ -205,21 +229,19 @@ void BackgroundModel::takeSurfaces(const ColorPlane& page) {
 }
 
 void BackgroundModel::grow(const ColorPlane& page) {
-    const int width = page.width();
-    const int height = page.height();
-    const auto growRow = [&](int y, int fromY, Direction direction) {
+    const auto growRow = [&](int y, int before, const Stretch& stretch) {
         const Color* from = page.row(y);
-        const Color* beside = page.row(fromY);
-        const std::uint16_t* distancesBeside = distances_.row(fromY);
+        const Color* beside = page.row(before);
+        const std::uint16_t* distancesBeside = distances_.row(before);
         Color* colors = colors_.row(y);
         std::uint16_t* distances = distances_.row(y);
-        const int step = direction == Direction::forwards ? 1 : -1;
-        const int first = direction == Direction::forwards ? 0 : width - 1;
-        for (int x = nextBesideSurfaces(distances, first, step, width); x >= 0 && x < width;
-             x = nextBesideSurfaces(distances, x + step, step, width)) {
+        const int edge = stretch.step > 0 ? 0 : page.width() - 1;
+        for (int x = nextBesideSurfaces(distances, stretch.first, stretch); x != stretch.end;
+             x = nextBesideSurfaces(distances, x + stretch.step, stretch)) {
+            const int last = x - stretch.step;
             const bool isSame =
-                (x != first && distances[x - step] == 0 &&
-                 distance(from[x], from[x - step]) <= growthTolerance) ||
+                (x != edge && distances[last] == 0 &&
+                 distance(from[x], from[last]) <= growthTolerance) ||
                 (distancesBeside[x] == 0 && distance(from[x], beside[x]) <= growthTolerance);
             if (isSame) {
                 colors[x] = from[x];
@@ -227,29 +249,24 @@ void BackgroundModel::grow(const ColorPlane& page) {
             }
         }
     };
-    for (int y = 0; y < height; ++y) {
-        growRow(y, std::max(0, y - 1), Direction::forwards);
-    }
-    for (int y = height - 1; y >= 0; --y) {
-        growRow(y, std::min(height - 1, y + 1), Direction::backwards);
-    }
+    pass(page.width(), page.height(), Direction::forwards, growRow);
+    pass(page.width(), page.height(), Direction::backwards, growRow);
 }
 
 void BackgroundModel::spread() {
     const int width = colors_.width();
-    const int height = colors_.height();
-    const auto spreadRow = [&](int y, int fromY, Direction direction) {
-        const Color* colorsBeside = colors_.row(fromY);
-        const std::uint16_t* distancesBeside = distances_.row(fromY);
+    const auto spreadRow = [&](int y, int before, const Stretch& stretch) {
+        const Color* colorsBeside = colors_.row(before);
+        const std::uint16_t* distancesBeside = distances_.row(before);
         Color* colors = colors_.row(y);
         std::uint16_t* distances = distances_.row(y);
-        const int step = direction == Direction::forwards ? 1 : -1;
-        const int first = direction == Direction::forwards ? 0 : width - 1;
-        for (int x = nextBesideSurfaces(distances, first, step, width); x >= 0 && x < width;
-             x = nextBesideSurfaces(distances, x + step, step, width)) {
-            if (x != first && distances[x - step] + sidewaysCost < distances[x]) {
-                distances[x] = static_cast<std::uint16_t>(distances[x - step] + sidewaysCost);
-                colors[x] = colors[x - step];
+        const int edge = stretch.step > 0 ? 0 : width - 1;
+        for (int x = nextBesideSurfaces(distances, stretch.first, stretch); x != stretch.end;
+             x = nextBesideSurfaces(distances, x + stretch.step, stretch)) {
+            const int last = x - stretch.step;
+            if (x != edge && distances[last] + sidewaysCost < distances[x]) {
+                distances[x] = static_cast<std::uint16_t>(distances[last] + sidewaysCost);
+                colors[x] = colors[last];
             }
             if (distancesBeside[x] + verticalCost < distances[x]) {
                 distances[x] = static_cast<std::uint16_t>(distancesBeside[x] + verticalCost);
@@ -257,12 +274,8 @@ void BackgroundModel::spread() {
             }
         }
     };
-    for (int y = 0; y < height; ++y) {
-        spreadRow(y, std::max(0, y - 1), Direction::forwards);
-    }
-    for (int y = height - 1; y >= 0; --y) {
-        spreadRow(y, std::min(height - 1, y + 1), Direction::backwards);
-    }
+    pass(width, colors_.height(), Direction::forwards, spreadRow);
+    pass(width, colors_.height(), Direction::backwards, spreadRow);
 }
 
 void BackgroundModel::fillWithCommonestColor(const ColorPlane& page) {

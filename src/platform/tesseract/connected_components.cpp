@@ -1,117 +1,145 @@
 #include "platform/tesseract/connected_components.h"
 
+#include <algorithm>
 #include <cstring>
+#include <map>
+#include <mutex>
+
+#include "platform/tesseract/thread_pair.h"
 
 namespace platform::tesseract {
 
 namespace {
 
-class DisjointSets {
-  public:
-    std::size_t add() {
-        parents_.push_back(parents_.size());
-        return parents_.size() - 1;
-    }
-    std::size_t find(std::size_t label) {
-        while (parents_[label] != label) {
-            parents_[label] = parents_[parents_[label]];
-            label = parents_[label];
-        }
-        return label;
-    }
-    void join(std::size_t one, std::size_t other) {
-        one = find(one);
-        other = find(other);
-        parents_[std::max(one, other)] = std::min(one, other);
-    }
-    [[nodiscard]] std::size_t size() const { return parents_.size(); }
+using Labels = std::vector<std::size_t>;
 
-  private:
-    std::vector<std::size_t> parents_;
-};
+/// Of the runs that are joined with this one, the first.
+std::size_t firstOf(Labels& labels, std::size_t run) {
+    while (labels[run] != run) {
+        labels[run] = labels[labels[run]];
+        run = labels[run];
+    }
+    return run;
+}
 
-/// The first place from `x` on that is not 0, or `width`.
-int nextMarked(const std::uint8_t* row, int x, int width) {
-    // Most of a page is empty: eight pixels at a time.
+void join(Labels& labels, std::size_t one, std::size_t other) {
+    one = firstOf(labels, one);
+    other = firstOf(labels, other);
+    labels[std::max(one, other)] = std::min(one, other);
+}
+
+/// The first place from `x` on that is marked or not, or `width`.
+int nextThat(bool isMarked, const std::uint8_t* row, int x, int width) {
+    // Most of a page is one or the other: eight pixels at a time.
+    constexpr std::uint64_t allMarked = 0x0101010101010101;
+    const std::uint64_t toPass = isMarked ? 0 : allMarked;
     std::uint64_t eight = 0;
     while (x + 8 <= width) {
         std::memcpy(&eight, row + x, sizeof eight);
-        if (eight != 0) {
+        if (eight != toPass) {
             break;
         }
         x += 8;
     }
-    while (x < width && row[x] == 0) {
+    while (x < width && (row[x] != 0) != isMarked) {
         ++x;
     }
     return x;
 }
 
-/// The runs of a mask, row by row, each with a label; those of one label and of joined labels touch
-/// each other, corner to corner too (Rosenfeld and Pfaltz 1966).
-class LabelledRuns {
+/// The runs of a mask, row by row; those that touch each other, corner to corner too, are joined.
+/// Bands of rows are looked at by themselves, and joined where they meet.
+class JoinedRuns {
   public:
-    explicit LabelledRuns(const Mask& mask) {
-        for (int y = 0; y < mask.height(); ++y) {
-            const std::size_t rowBegin = runs_.size();
-            addRow(mask.row(y), mask.width(), y);
-            aboveBegin_ = rowBegin;
-            aboveEnd_ = runs_.size();
+    explicit JoinedRuns(const Mask& mask) {
+        std::mutex mutex;
+        std::map<int, JoinedRuns> bands;
+        shareBands(mask.height(), mask.width(), [&](int first, int end) {
+            JoinedRuns band(mask, first, end);
+            const std::scoped_lock lock(mutex);
+            bands.emplace(first, std::move(band));
+        });
+        for (auto& [first, band] : bands) {
+            append(std::move(band));
         }
     }
 
     [[nodiscard]] const std::vector<Run>& runs() const { return runs_; }
-    [[nodiscard]] std::size_t labelOf(std::size_t run) { return sets_.find(labels_[run]); }
-    [[nodiscard]] std::size_t labelCount() const { return sets_.size(); }
+    /// Of the runs that are joined with this one, the first.
+    [[nodiscard]] std::size_t labelOf(std::size_t run) { return firstOf(labels_, run); }
 
   private:
-    void addRow(const std::uint8_t* row, int width, int y) {
-        std::size_t above = aboveBegin_;
-        for (int x = nextMarked(row, 0, width); x < width; x = nextMarked(row, x, width)) {
-            const int left = x;
-            while (x < width && row[x] != 0) {
-                ++x;
+    JoinedRuns(const Mask& mask, int first, int end) {
+        for (int y = first; y < end; ++y) {
+            const std::size_t above = lastRow_;
+            lastRow_ = runs_.size();
+            addRow(mask.row(y), mask.width(), y);
+            joinRows(above, lastRow_, runs_.size());
+            if (y == first) {
+                firstRowEnd_ = runs_.size();
             }
-            while (above < aboveEnd_ && runs_[above].right < left) {
+        }
+    }
+
+    void addRow(const std::uint8_t* row, int width, int y) {
+        for (int left = nextThat(true, row, 0, width); left < width;) {
+            const int right = nextThat(false, row, left, width);
+            labels_.push_back(runs_.size());
+            runs_.push_back({y, left, right});
+            left = nextThat(true, row, right, width);
+        }
+    }
+
+    /// The runs from `begin` up to `end` with those of the row above, from `above` up to `begin`.
+    void joinRows(std::size_t above, std::size_t begin, std::size_t end) {
+        for (std::size_t run = begin; run < end; ++run) {
+            while (above < begin && runs_[above].right < runs_[run].left) {
                 ++above;
             }
-            runs_.push_back({y, left, x});
-            labels_.push_back(labelFrom(above, x));
-        }
-    }
-
-    /// That of the runs above, from `above` on, that reach a run which ends at `right`.
-    std::size_t labelFrom(std::size_t above, int right) {
-        std::size_t label = sets_.size();
-        for (; above < aboveEnd_ && runs_[above].left <= right; ++above) {
-            if (label == sets_.size()) {
-                label = labels_[above];
-            } else {
-                sets_.join(label, labels_[above]);
+            for (std::size_t reached = above;
+                 reached < begin && runs_[reached].left <= runs_[run].right; ++reached) {
+                join(labels_, run, reached);
             }
         }
-        return label == sets_.size() ? sets_.add() : label;
     }
 
-    DisjointSets sets_;
+    /// The rows below.
+    void append(JoinedRuns&& band) {
+        if (runs_.empty()) {
+            *this = std::move(band);
+            return;
+        }
+        const std::size_t begin = runs_.size();
+        runs_.insert(runs_.end(), band.runs_.begin(), band.runs_.end());
+        labels_.reserve(runs_.size());
+        for (const std::size_t label : band.labels_) {
+            labels_.push_back(begin + label);
+        }
+        joinRows(lastRow_, begin, begin + band.firstRowEnd_);
+        lastRow_ = begin + band.lastRow_;
+        band = JoinedRuns();
+    }
+
+    JoinedRuns() = default;
+
     std::vector<Run> runs_;
-    std::vector<std::size_t> labels_;
-    /// The runs of the row above.
-    std::size_t aboveBegin_ = 0;
-    std::size_t aboveEnd_ = 0;
+    Labels labels_;
+    /// Where the runs of the first row end, and those of the last one begin.
+    std::size_t firstRowEnd_ = 0;
+    std::size_t lastRow_ = 0;
 };
 
 }  // namespace
 
 ConnectedComponents::ConnectedComponents(const Mask& mask) {
-    LabelledRuns labelled(mask);
-    const std::vector<Run>& runs = labelled.runs();
+    JoinedRuns joined(mask);
+    const std::vector<Run>& runs = joined.runs();
     constexpr std::size_t unseen = static_cast<std::size_t>(-1);
-    std::vector<std::size_t> places(labelled.labelCount(), unseen);
+    std::vector<std::size_t> places(runs.size(), unseen);
     for (std::size_t index = 0; index < runs.size(); ++index) {
         const Run& run = runs[index];
         const Box box{run.left, run.y, run.right, run.y + 1};
-        std::size_t& place = places[labelled.labelOf(index)];
+        std::size_t& place = places[joined.labelOf(index)];
         if (place == unseen) {
             place = components_.size();
             components_.push_back({box, 0, 0, 0});
@@ -129,7 +157,7 @@ ConnectedComponents::ConnectedComponents(const Mask& mask) {
     }
     runs_.resize(runs.size());
     for (std::size_t index = 0; index < runs.size(); ++index) {
-        Component& component = components_[places[labelled.labelOf(index)]];
+        Component& component = components_[places[joined.labelOf(index)]];
         runs_[component.firstRun + component.runCount++] = runs[index];
     }
 }

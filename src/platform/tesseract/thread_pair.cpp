@@ -30,6 +30,8 @@ void pauseShortly() {
 constexpr std::int64_t smallestBand = 12000;
 /// More than two: whoever comes late, or is held up, leaves the rest to the other.
 constexpr std::int64_t mostBands = 8;
+/// As long as two threads take to meet, a few times over.
+constexpr std::int64_t smallestPatch = 12000;
 
 }  // namespace
 
@@ -166,6 +168,32 @@ void shareBands(int count, int pixelsEach, const std::function<void(int, int)>& 
         work(static_cast<int>(things * band / bands),
              static_cast<int>(things * (band + 1) / bands));
     });
+}
+
+void shareSweep(int width, int height, const std::function<void(const Patch&)>& work) {
+    // Two columns of patches, the right one a row of patches behind the left one.
+    constexpr int columns = 2;
+    constexpr std::int64_t mostRows = 16;
+    const std::int64_t pixels = std::int64_t{width} * height;
+    const auto rows = static_cast<int>(
+        std::min({pixels / (columns * smallestPatch), mostRows, std::int64_t{height}}));
+    if (current == nullptr || rows < 2 || width < columns) {
+        work({0, 0, width, height});
+        return;
+    }
+    const auto part = [](int whole, int number, int parts) {
+        return static_cast<int>(std::int64_t{whole} * number / parts);
+    };
+    for (int step = 0; step <= rows; ++step) {
+        const int left = step < rows ? 0 : 1;
+        const int right = step > 0 ? 1 : 0;
+        shareParts(right - left + 1, [&](int number) {
+            const int column = left + number;
+            const int row = step - column;
+            work({part(width, column, columns), part(height, row, rows),
+                  part(width, column + 1, columns), part(height, row + 1, rows)});
+        });
+    }
 }
 
 }  // namespace platform::tesseract

@@ -78,4 +78,17 @@ void shareParts(int parts, const std::function<void(int)>& work);
 /// where that is so little that nothing would be won, and where there is no pair.
 void shareBands(int count, int pixelsEach, const std::function<void(int, int)>& work);
 
+/// Columns from `left` up to `right` of the rows from `top` up to `bottom`.
+struct Patch {
+    int left;
+    int top;
+    int right;
+    int bottom;
+};
+
+/// A picture in patches, each after those to the left of it and above it: for steps in which a
+/// pixel needs what has become of the one before it and of the one above. Whole where a share is
+/// not worth it.
+void shareSweep(int width, int height, const std::function<void(const Patch&)>& work);
+
 }  // namespace platform::tesseract

@@ -5,6 +5,7 @@
 #include "drawn_page.h"
 #include "picture_set.h"
 #include "platform/tesseract/background_model.h"
+#include "platform/tesseract/connected_components.h"
 #include "platform/tesseract/ink_map.h"
 #include "platform/tesseract/page_analysis.h"
 #include "platform/tesseract/thread_pair.h"
@@ -81,6 +82,19 @@ void expectSame(const LineMetrics& one, const LineMetrics& two) {
     EXPECT_EQ(one.descent, two.descent);
 }
 
+void expectSame(const ConnectedComponents& one, const ConnectedComponents& two, std::size_t index) {
+    const Component& component = one.all()[index];
+    const Component& other = two.all()[index];
+    EXPECT_EQ(component.box, other.box);
+    EXPECT_EQ(component.pixelCount, other.pixelCount);
+    ASSERT_EQ(component.runCount, other.runCount);
+    EXPECT_TRUE(std::equal(one.runsBegin(component), one.runsEnd(component), two.runsBegin(other),
+                           [](const Run& run, const Run& otherRun) {
+                               return run.y == otherRun.y && run.left == otherRun.left &&
+                                      run.right == otherRun.right;
+                           }));
+}
+
 void expectSame(const TextLine& one, const TextLine& two) {
     const auto glyphs = one.glyphsFromLeft();
     const auto others = two.glyphsFromLeft();
@@ -106,6 +120,26 @@ TEST(SharedAnalysis, background_ink_and_marks_are_those_that_one_thread_finds) {
         EXPECT_EQ(one.mask, two.mask) << width;
         EXPECT_NE(std::count(one.distances.begin(), one.distances.end(), 0), 0) << width;
         EXPECT_NE(std::count(one.mask.begin(), one.mask.end(), 1), 0) << width;
+    }
+}
+
+TEST(SharedAnalysis, components_are_those_that_one_thread_finds) {
+    std::minstd_rand random(11);
+    // Of a hundred pixels: sparse ones, such whose components reach through many rows, full ones.
+    for (const unsigned marked : {1U, 30U, 45U, 60U, 97U, 100U}) {
+        Mask mask(400, 300);
+        for (int y = 0; y < mask.height(); ++y) {
+            // Rows without a mark lie between bands, too.
+            for (int x = 0; x < mask.width() && y % 70 != 37; ++x) {
+                mask.at(x, y) = random() % 100 < marked ? 1 : 0;
+            }
+        }
+        const auto [one, two] = byOneAndTwo([&] { return ConnectedComponents(mask); });
+        ASSERT_EQ(one.all().size(), two.all().size()) << marked;
+        ASSERT_GT(one.all().size(), 0U) << marked;
+        for (std::size_t index = 0; index < one.all().size(); ++index) {
+            expectSame(one, two, index);
+        }
     }
 }
 

@@ -99,4 +99,42 @@ TEST(ThreadPair, bands_cover_everything_once) {
     }
 }
 
+TEST(ThreadPair, a_sweep_looks_at_each_pixel_once_after_those_to_the_left_and_above) {
+    ThreadPair pair;
+    const ThreadPair::Use use(&pair);
+    for (const auto& [width, height] :
+         {std::pair{1, 1}, {1, 100'000}, {100'000, 1}, {700, 500}, {501, 333}, {2, 50'000}}) {
+        // How far the rows were seen: what is to the left and above must be there.
+        std::vector<std::atomic<int>> seen(static_cast<std::size_t>(height));
+        std::atomic<int> mistakes{0};
+        shareSweep(width, height, [&](const Patch& patch) {
+            for (int y = patch.top; y < patch.bottom; ++y) {
+                const auto row = static_cast<std::size_t>(y);
+                const bool isAfterAbove = y == 0 || seen[row - 1] >= patch.right;
+                mistakes += seen[row] != patch.left || !isAfterAbove ? 1 : 0;
+                seen[row] = patch.right;
+            }
+        });
+        EXPECT_EQ(mistakes, 0) << width << " x " << height;
+        for (const auto& until : seen) {
+            ASSERT_EQ(until, width) << height;
+        }
+    }
+}
+
+TEST(ThreadPair, a_sweep_is_shared) {
+    ThreadPair pair;
+    const ThreadPair::Use use(&pair);
+    std::mutex mutex;
+    std::set<std::thread::id> threads;
+    // Until both have had a patch: the other thread may be late.
+    for (int attempt = 0; attempt < 1000 && threads.size() < 2; ++attempt) {
+        shareSweep(1000, 1000, [&](const Patch&) {
+            const std::scoped_lock lock(mutex);
+            threads.insert(std::this_thread::get_id());
+        });
+    }
+    EXPECT_EQ(threads.size(), 2U);
+}
+
 }  // namespace platform::tesseract
