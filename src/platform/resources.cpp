@@ -9,6 +9,7 @@ namespace platform {
 namespace {
 
 constexpr const char* textHelperName = "lumaframe-text-helper";
+constexpr const char* soundHelperName = "lumaframe-sound-helper";
 constexpr const char* videoHelperName = "lumaframe-video-helper";
 
 /// Where this program's binary is.
@@ -57,6 +58,7 @@ Resources Resources::locate() {
     resources.videos = isInstalled ? (prefix / "share/lumaframe").string() : source;
     const auto helpers = isInstalled ? prefix / "libexec/lumaframe" : binaryDirectory();
     resources.textHelper = helpers / textHelperName;
+    resources.soundHelper = helpers / soundHelperName;
     resources.videoHelper = helpers / videoHelperName;
     resources.permissionsHelp =
         (isInstalled ? (prefix / "share/lumaframe").string() : source) + "/help/permissions.html";

@@ -8,6 +8,8 @@ namespace platform {
 /// was built from. Absolute paths; the files may be missing.
 struct Resources {
     std::string sounds;
+    /// The program that plays them, in the same place as the recognition helper.
+    std::string soundHelper;
     /// An icon theme directory (it holds `scalable/apps` and the like).
     std::string icons;
     /// The recognition helper: a program in `libexec/lumaframe` of the prefix, or in the build

@@ -19,9 +19,10 @@ class SettingsFixture : public testing::Test {
                    .notifications = desktop::NotificationDaemon::recorder,
                    .accessibility = desktop::Accessibility::on}) {}
 
-    void open(nlohmann::json settings = nlohmann::json::object()) {
+    void open(nlohmann::json settings = nlohmann::json::object(),
+              const desktop::Environment& environment = {}) {
         session.writeSettings(std::move(settings));
-        session.start(SettingsWindow::leftOpen);
+        session.start(SettingsWindow::leftOpen, environment);
         panel.waitUntilOpen();
     }
     nlohmann::json stored(const std::string& name) {

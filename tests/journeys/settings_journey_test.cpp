@@ -6,6 +6,7 @@
 #include <fstream>
 
 #include "journeys/settings_fixture.h"
+#include "journeys/sound_server.h"
 
 namespace journeys {
 namespace {
@@ -225,13 +226,10 @@ TEST_F(Settings, notifications_are_shown_only_while_they_are_switched_on) {
 }
 
 TEST_F(Settings, sounds_are_played_only_while_they_are_switched_on) {
-    open({{"playSounds", false}});
-    // What plays sounds is loaded at the first one.
-    const auto hasPlayed = [this] {
-        std::ifstream maps("/proc/" + std::to_string(session.program().pid()) + "/maps");
-        const std::string text{std::istreambuf_iterator<char>(maps), {}};
-        return text.find("libcanberra") != std::string::npos;
-    };
+    const auto socket = session.desktop().directory() / "sound";
+    SoundServer server(socket);
+    open({{"playSounds", false}}, {{"PULSE_SERVER", "unix:" + socket.string()}});
+    const auto hasPlayed = [&] { return server.visits() > 0; };
     session.waitForLine(line::saved, capture());
     EXPECT_TRUE(desktop::staysTrue([&] { return !hasPlayed(); }, std::chrono::milliseconds(200)));
     panel.toggle("Play sounds");

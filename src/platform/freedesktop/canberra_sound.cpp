@@ -7,7 +7,6 @@
 #include <filesystem>
 #include <future>
 #include <memory>
-#include <mutex>
 #include <system_error>
 
 namespace platform::freedesktop {
@@ -17,11 +16,8 @@ namespace {
 // Longer than every sound that confirms something; a server that never reports the end is left.
 constexpr std::chrono::seconds longestSound{10};
 
-/// Its driver is a module of libltdl's, which keeps its list of modules without a lock.
-std::mutex modules;
-
-/// The functions of libcanberra that are used, found at run time: linked, the library and what it
-/// brings along would be resident from the start.
+/// The functions of libcanberra that are used, found at run time: without the library, which need
+/// not be installed, there is no sound and nothing else is missing.
 struct Canberra {
     decltype(&ca_context_create) createContext = nullptr;
     decltype(&ca_context_destroy) destroyContext = nullptr;
@@ -32,7 +28,7 @@ struct Canberra {
     decltype(&ca_proplist_destroy) destroyProperties = nullptr;
     decltype(&ca_proplist_sets) setProperty = nullptr;
 
-    /// Never unloaded: threads of a sound server's library may still run in it.
+    /// Never unloaded: the process ends soon.
     static std::unique_ptr<Canberra> load() {
         void* library = ::dlopen("libcanberra.so.0", RTLD_NOW | RTLD_LOCAL);
         if (library == nullptr) {
@@ -65,7 +61,6 @@ bool hasSoundCard() {
 }
 
 bool openFor(const Canberra& canberra, ca_context* context) {
-    const std::scoped_lock lock(modules);
     if (canberra.setDriver(context, "pulse") == CA_SUCCESS &&
         canberra.open(context) == CA_SUCCESS) {
         return true;
@@ -107,7 +102,6 @@ void playThroughCanberra(const std::string& path) {
     if (openFor(*canberra, context)) {
         playIn(*canberra, context, path, end);
     }
-    const std::scoped_lock lock(modules);
     canberra->destroyContext(context);
 }
 

@@ -145,7 +145,8 @@ class X11Platform final : public RunningPlatform {
         directories_,
         {.currentDesktops = freedesktop::currentDesktopNames(), .runningProgram = runningProgram}};
     freedesktop::NotificationService notifications_{*foundation_.mainQueue};
-    freedesktop::ThemeSoundPlayer soundPlayer_{directories_, resources_.sounds};
+    freedesktop::ThemeSoundPlayer soundPlayer_{directories_, resources_.sounds,
+                                               resources_.soundHelper};
     png::PngEncoder imageEncoder_;
     tesseract::HelperTextRecognizer textRecognizer_{resources_.textHelper, *foundation_.mainQueue,
                                                     qt::fileDescriptorWatch()};
