@@ -6,6 +6,7 @@
 
 #include <algorithm>
 #include <chrono>
+#include <cstring>
 #include <mutex>
 #include <utility>
 
@@ -203,12 +204,17 @@ void PixelMemory::shrinkLater() {
 }
 
 void PixelMemory::shrink(std::uint64_t useNumber) {
-    if (!idle_ || useNumber != useNumber_ || idle_->usedSize <= keptSize) {
+    if (!idle_ || useNumber != useNumber_) {
         return;
     }
-    // Frees the pages for the server too; the segment stays as large as it is and warms up again.
-    madvise(idle_->bytes + keptSize, idle_->size - keptSize, MADV_REMOVE);
-    idle_->usedSize = keptSize;
+    if (idle_->usedSize > keptSize) {
+        // Frees the pages for the server too; the segment stays as large as it is and warms up
+        // again.
+        madvise(idle_->bytes + keptSize, idle_->size - keptSize, MADV_REMOVE);
+        idle_->usedSize = keptSize;
+    }
+    // Nobody needs what the screen showed any more.
+    std::memset(idle_->bytes, 0, idle_->usedSize);
 }
 
 }  // namespace platform::x11

@@ -18,8 +18,8 @@ namespace platform::x11 {
 /// One segment, shared with the server, is kept and grown on demand, because the first write into
 /// fresh memory costs ten times as much as the copy itself: while a selection grows the server
 /// fills as much of it as the picture will take. Two seconds after its last use only its first
-/// 3 MiB stay; the rest goes back to the system. While a picture of
-/// it is held, another capture gets a segment of its own, and the larger one is kept afterwards.
+/// 3 MiB stay, with nothing in them; the rest goes back to the system. While a picture of it is
+/// held, another capture gets a segment of its own, and the larger one is kept afterwards.
 class PixelMemory {
   public:
     /// Memory for one picture; usable until the last copy of `owner` is gone, which may happen on
