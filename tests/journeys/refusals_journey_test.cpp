@@ -5,6 +5,7 @@
 #include <sys/mman.h>
 #include <unistd.h>
 
+#include <functional>
 #include <limits>
 #include <new>
 #include <stdexcept>
@@ -82,13 +83,26 @@ class Refusal : public testing::Test {
             desktop::difference(expected, desktop::decodePng(desktop::readFile(saved)).picture),
             "equal");
     }
+    /// Takes what the window shows, with a shadow around it; gives the place in the log before.
+    std::size_t click(const desktop::TestWindow& window) {
+        const desktop::Place at{window.place().x + 20, window.place().y + 20};
+        session.openOverlay();
+        const std::size_t before = session.mark();
+        session.input().tap(desktop::key::space);
+        session.waitForLine(line::toggled, before);
+        session.input().moveTo({at.x - 1, at.y});
+        session.input().click(at);
+        session.waitUntilClosed();
+        return before;
+    }
     /// The one line with which a capture ended.
     std::string outcome(std::size_t before) {
         std::vector<std::string> found;
         session.require("The end of the capture", [&] {
             found.clear();
             for (const std::string& text : session.linesSince(before)) {
-                for (const char* prefix : {line::saved, line::notSaved, notEncoded, notCaptured}) {
+                for (const char* prefix :
+                     {line::saved, line::notSaved, notEncoded, notCaptured, windowNotCaptured}) {
                     if (text.starts_with(prefix)) {
                         found.push_back(text);
                     }
@@ -107,6 +121,8 @@ class Refusal : public testing::Test {
 
     static constexpr const char* notEncoded = "Failed to convert image to PNG";
     static constexpr const char* notCaptured = "Error capturing screenshot: ";
+    static constexpr const char* windowNotCaptured = "Error capturing window: ";
+    static constexpr const char* noMemory = "Optional(There is not enough memory for the picture.)";
     static constexpr std::uint64_t pictureSize = 1 << 20;
     static constexpr int forGood = std::numeric_limits<int>::max();
 
@@ -135,6 +151,29 @@ struct Shortage {
 class Memory : public Refusal, public testing::WithParamInterface<Shortage> {
   protected:
     Memory() : Refusal({.compositor = GetParam().compositor}) {}
+
+    /// Refuses the first, the second, ... request of a capture and of the pastes after it, until
+    /// there is none left.
+    void expectOneLineAtEachMoment(const std::function<std::size_t()>& capture) {
+        constexpr int mostMoments = 60;
+        int refused = 1;
+        int moment = 0;
+        for (; refused > 0; ++moment) {
+            ASSERT_LT(moment, mostMoments);
+            refusals.begin(RefusalOrders::allocation, pictureSize, moment, GetParam().refused);
+            const std::string end = outcome(capture());
+            // Other programs paste it as it is, and in a form that is made for it.
+            for (const char* target : {"image/png", "image/bmp", "image/jpeg"}) {
+                static_cast<void>(session.clipboard().read(target));
+            }
+            refused = refusals.end();
+            ASSERT_TRUE(session.program().isRunning()) << "at moment " << moment << ": " << end;
+            EXPECT_TRUE(end == notEncoded || end.starts_with(line::saved)) << end;
+        }
+        // The file and each of the other forms.
+        EXPECT_GT(moment, 3);
+        expectToLiveOn();
+    }
 };
 
 INSTANTIATE_TEST_SUITE_P(Refused, Memory,
@@ -145,26 +184,16 @@ INSTANTIATE_TEST_SUITE_P(Refused, Memory,
 
 TEST_P(Memory, refused_at_any_moment_costs_one_picture_and_one_line) {
     expectPicture();
-    constexpr int mostMoments = 60;
-    int refused = 1;
-    int moment = 0;
-    for (; refused > 0; ++moment) {
-        ASSERT_LT(moment, mostMoments);
-        refusals.begin(RefusalOrders::allocation, pictureSize, moment, GetParam().refused);
-        const std::string end = outcome(drag());
-        // Other programs paste it as it is, and in a form that is made for it.
-        for (const char* target : {"image/png", "image/bmp", "image/jpeg"}) {
-            static_cast<void>(session.clipboard().read(target));
-        }
-        refused = refusals.end();
-        ASSERT_TRUE(session.program().isRunning()) << "at moment " << moment << ": " << end;
-        EXPECT_TRUE(end == notEncoded || end.starts_with(line::saved)) << end;
-    }
-    // The file and each of the other forms.
-    EXPECT_GT(moment, 3);
-    expectToLiveOn();
+    expectOneLineAtEachMoment([this] { return drag(); });
 }
 
+TEST_P(Memory, refused_at_any_moment_of_a_window_costs_one_picture_and_one_line) {
+    const desktop::TestWindow window(session.desktop().displayName(),
+                                     {.x = 20, .y = 30, .width = 1200, .height = 700});
+    session.waitUntilStill();
+    outcome(click(window));
+    expectOneLineAtEachMoment([&] { return click(window); });
+}
 /// How many of the steps to memory that the X server shares are taken before one fails.
 class SharedMemory : public Refusal, public testing::WithParamInterface<int> {};
 
@@ -172,9 +201,35 @@ INSTANTIATE_TEST_SUITE_P(Steps, SharedMemory, testing::Values(0, 1, 2));
 
 TEST_P(SharedMemory, refused_costs_one_picture_and_one_line) {
     refusals.begin(RefusalOrders::sharedMemory, pictureSize, GetParam(), forGood);
-    EXPECT_EQ(outcome(drag()),
-              std::string(notCaptured) + "Optional(There is not enough memory for the picture.)");
+    EXPECT_EQ(outcome(drag()), std::string(notCaptured) + noMemory);
     EXPECT_GT(refusals.end(), 0);
+    expectToLiveOn();
+}
+
+TEST_P(SharedMemory, refused_for_a_window_costs_one_picture_and_one_line) {
+    const desktop::TestWindow window(session.desktop().displayName(),
+                                     {.x = 20, .y = 30, .width = 1200, .height = 700});
+    session.waitUntilStill();
+    refusals.begin(RefusalOrders::sharedMemory, pictureSize, GetParam(), forGood);
+    EXPECT_EQ(outcome(click(window)), std::string(windowNotCaptured) + noMemory);
+    EXPECT_GT(refusals.end(), 0);
+}
+
+TEST_F(Refusal, of_memory_to_share_with_the_recognition_costs_the_text_alone) {
+    // What the picture itself takes.
+    constexpr int steps = 3;
+    const Picture expected = session.screen(area);
+    session.openRecognitionOverlay();
+    const std::size_t before = session.mark();
+    refusals.begin(RefusalOrders::sharedMemory, pictureSize, steps, forGood);
+    session.input().drag({area.x, area.y}, {area.x + area.width, area.y + area.height});
+    EXPECT_EQ(session.waitForLine("Unable to perform OCR: ", before),
+              "The picture could not be handed to the text recognition helper: Too many open "
+              "files.");
+    EXPECT_EQ(refusals.end(), 1);
+    EXPECT_EQ(desktop::difference(expected, session.clipboardPicture().picture), "equal");
+    EXPECT_EQ(session.countSince(before, line::saved), 1U);
+    session.waitUntilClosed();
     expectToLiveOn();
 }
 

@@ -19,12 +19,15 @@ QImage readPng(std::span<const std::uint8_t> png) {
     return QImage::fromData(png.data(), static_cast<int>(png.size()), "PNG");
 }
 
-/// Neither kind of file that is written here carries alpha to every reader.
+/// Neither kind of file that is written here carries alpha to every reader. Null without memory.
 QImage onWhite(const QImage& image) {
     if (!image.hasAlphaChannel()) {
         return image;
     }
     QImage opaque(image.size(), QImage::Format_RGB32);
+    if (opaque.isNull()) {
+        return opaque;
+    }
     opaque.setDotsPerMeterX(image.dotsPerMeterX());
     opaque.setDotsPerMeterY(image.dotsPerMeterY());
     opaque.setColorSpace(image.colorSpace());
