@@ -31,9 +31,10 @@ void WindowManagerClient::setActivationPolicy(xcb_window_t window, app::Activati
     const xcb_atom_t skipTaskbar = connection_.atom("_NET_WM_STATE_SKIP_TASKBAR");
     const xcb_atom_t skipPager = connection_.atom("_NET_WM_STATE_SKIP_PAGER");
     const bool isAccessory = policy == app::ActivationPolicy::accessory;
+    // One that is just taking the window over has read the property already, and reads this next.
+    changeManagedState(window, isAccessory ? StateChange::add : StateChange::remove, skipTaskbar,
+                       skipPager);
     if (isManaged) {
-        changeManagedState(window, isAccessory ? StateChange::add : StateChange::remove,
-                           skipTaskbar, skipPager);
         return;
     }
     // Before a window manager has taken the window over, the property is the program's own.

@@ -79,4 +79,37 @@ TEST_F(WindowManagerClientTest, a_window_that_is_not_mapped_yet_gets_its_policy_
     EXPECT_EQ(client.value(window, "_NET_WM_STATE"), above);
 }
 
+/// A window manager at the moment at which it has mapped the window and has not said so yet.
+TEST(HalfManagedWindow, gets_its_policy_from_the_window_manager_as_well) {
+    desktop::Desktop desktop({.windowManager = desktop::WindowManager::none});
+    const auto connection = std::move(Connection::open(desktop.displayName()).value());
+    WindowManagerClient windowManager(*connection);
+    desktop::XClient manager(desktop.displayName());
+    const std::uint32_t redirect = XCB_EVENT_MASK_SUBSTRUCTURE_REDIRECT;
+    xcb_change_window_attributes(manager.get(), manager.root(), XCB_CW_EVENT_MASK, &redirect);
+    const xcb_window_t window = xcb_generate_id(manager.get());
+    xcb_create_window(manager.get(), XCB_COPY_FROM_PARENT, window, manager.root(), 0, 0, 10, 10, 0,
+                      XCB_WINDOW_CLASS_INPUT_OUTPUT, XCB_COPY_FROM_PARENT, 0, nullptr);
+    xcb_map_window(manager.get(), window);
+    manager.synchronize();
+
+    windowManager.setActivationPolicy(window, ActivationPolicy::accessory);
+
+    std::vector<std::uint32_t> asked;
+    EXPECT_TRUE(desktop::waitUntil([&] {
+        while (const auto event = manager.pollEvent()) {
+            if ((event->response_type & 0x7fU) == XCB_CLIENT_MESSAGE) {
+                const auto* message =
+                    reinterpret_cast<const xcb_client_message_event_t*>(event.get());
+                EXPECT_EQ(message->window, window);
+                EXPECT_EQ(message->type, manager.atom("_NET_WM_STATE"));
+                asked.assign(message->data.data32, message->data.data32 + 3);
+            }
+        }
+        return !asked.empty();
+    }));
+    EXPECT_EQ(asked, (std::vector<std::uint32_t>{1, manager.atom("_NET_WM_STATE_SKIP_TASKBAR"),
+                                                 manager.atom("_NET_WM_STATE_SKIP_PAGER")}));
+}
+
 }  // namespace
