@@ -56,16 +56,18 @@ TEST_F(SessionEnvironment, without_a_bus_none_is_started_by_a_library) {
 }
 
 TEST_F(SessionEnvironment, directories_that_are_relative_are_none) {
-    ::setenv("XDG_RUNTIME_DIR", "runtime", 1);
-    ::setenv("XDG_CACHE_HOME", ".", 1);
-    ::setenv("XDG_CONFIG_HOME", "", 1);
-    ::setenv("XDG_DATA_HOME", "/data", 1);
-    platform::settleEnvironment(Session::fromEnvironment());
-    for (const char* name : {"XDG_RUNTIME_DIR", "XDG_CACHE_HOME", "XDG_CONFIG_HOME"}) {
-        EXPECT_EQ(std::getenv(name), nullptr) << name;
+    for (const char* name : {"XDG_RUNTIME_DIR", "XDG_CONFIG_HOME", "XDG_CACHE_HOME",
+                             "XDG_DATA_HOME", "XDG_STATE_HOME"}) {
+        for (const char* relative : {"runtime", ".", "../data", ""}) {
+            ::setenv(name, relative, 1);
+            platform::settleEnvironment(Session::fromEnvironment());
+            EXPECT_EQ(std::getenv(name), nullptr) << name << "=" << relative;
+        }
+        ::setenv(name, "/absolute", 1);
+        platform::settleEnvironment(Session::fromEnvironment());
+        EXPECT_STREQ(std::getenv(name), "/absolute");
+        ::unsetenv(name);
     }
-    EXPECT_STREQ(std::getenv("XDG_DATA_HOME"), "/data");
-    ::unsetenv("XDG_DATA_HOME");
 }
 
 TEST_F(SessionEnvironment, a_reader_of_the_log_that_leaves_does_not_end_the_program) {
