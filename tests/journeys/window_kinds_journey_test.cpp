@@ -106,14 +106,21 @@ TEST_P(WindowKinds, the_highlight_stays_where_the_window_was_listed) {
     configure(window->id(), XCB_CONFIG_WINDOW_X | XCB_CONFIG_WINDOW_Y, {700, 400});
     session.require("The moving of the window", [&] { return window->place().x > 600; });
     session.input().moveTo({at.x + 20, at.y + 10});
-    session.require("The highlight where the window was",
-                    [&] { return isHighlighted(pixel(at), isLive() ? beneath : covered); });
+    const auto isHighlightedWhereItWas = [&] {
+        return isHighlighted(pixel(at), isLive() ? beneath : covered);
+    };
+    session.require("The highlight where the window was", isHighlightedWhereItWas);
     const Place now = window->place();
     const Place later{now.x + at.x - origin.x, now.y + at.y - origin.y};
-    session.require("The dimming where it is", [&] {
+    const auto isDimmedWhereItIs = [&] {
         return isDimmed(pixel(later),
                         isLive() ? covered : beneathLater.at(later.x - 700, later.y - 400));
-    });
+    };
+    session.require("The dimming where it is", isDimmedWhereItIs);
+    session.input().moveTo({later.x - 1, later.y});
+    session.input().moveTo(later);
+    EXPECT_TRUE(desktop::staysTrue([&] { return isHighlightedWhereItWas() && isDimmedWhereItIs(); },
+                                   std::chrono::milliseconds(200)));
     session.cancelOverlay();
 }
 
