@@ -1,5 +1,7 @@
 #include "platform/freedesktop/json_settings_backend.h"
 
+#include <fcntl.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
 #include <cstdio>
@@ -9,6 +11,7 @@
 
 #include "platform/freedesktop/disk_sync.h"
 #include "platform/freedesktop/file_errors.h"
+#include "platform/freedesktop/file_handle.h"
 #include "platform/freedesktop/file_writing.h"
 #include "platform/freedesktop/make_directories.h"
 #include "platform/freedesktop/small_file.h"
@@ -37,6 +40,15 @@ std::string resolved(const std::string& path) {
     std::error_code error;
     const auto target = std::filesystem::canonical(path, error);
     return error ? path : target.string();
+}
+
+/// Another program may have made it with the rights of any other file. Not where a link leads to.
+void makeOwnersAlone(const std::string& path) {
+    const FileHandle file(
+        ::open(path.c_str(), O_RDONLY | O_NOFOLLOW | O_NONBLOCK | O_NOCTTY | O_CLOEXEC));
+    if (file.isOpen()) {
+        static_cast<void>(::fchmod(file.get(), S_IRUSR | S_IWUSR));
+    }
 }
 
 bool isSameTime(const timespec& left, const timespec& right) {
@@ -175,6 +187,7 @@ void JsonSettingsBackend::adopt(SettingsDocument document) {
 void JsonSettingsBackend::setAside(const std::string& reason) {
     const std::string name = nameForBroken(path_);
     if (::rename(path_.c_str(), name.c_str()) == 0) {
+        makeOwnersAlone(name);
         version_.reset();
         log_.line("The settings file " + reason + " and was set aside as " + name + ".");
         return;

@@ -168,6 +168,24 @@ INSTANTIATE_TEST_SUITE_P(, BrokenSettings,
                                              std::string(100, ']') + "}",
                                          std::string("{\"a\": 1}\0x", 10)));
 
+TEST_F(JsonSettings, a_file_that_others_may_read_is_the_owners_alone_once_it_is_set_aside) {
+    writeFile("broken");
+    std::filesystem::permissions(filePath(), std::filesystem::perms{0644});
+    const auto settings = open();
+    ASSERT_THAT(filesSetAside(), SizeIs(1));
+    EXPECT_EQ(TemporaryDirectory::modeOf(filesSetAside().front()), 0600U);
+}
+
+TEST_F(JsonSettings, a_file_of_another_place_keeps_its_mode_when_the_link_to_it_is_set_aside) {
+    const std::string elsewhere = directory_.write("elsewhere", "broken");
+    std::filesystem::permissions(elsewhere, std::filesystem::perms{0644});
+    std::filesystem::create_directories(directory_.path("config/lumaframe"));
+    std::filesystem::create_symlink(elsewhere, filePath());
+    const auto settings = open();
+    ASSERT_THAT(filesSetAside(), SizeIs(1));
+    EXPECT_EQ(TemporaryDirectory::modeOf(elsewhere), 0644U);
+}
+
 TEST_F(JsonSettings, two_broken_files_within_a_second_are_both_kept) {
     writeFile("one");
     const auto settings = open();
