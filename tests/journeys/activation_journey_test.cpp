@@ -9,7 +9,10 @@ namespace {
 
 class Activation : public testing::Test {
   protected:
-    Activation() { session.writeSettings(nlohmann::json::object()); }
+    Activation() {
+        session.writeSettings(nlohmann::json::object());
+        session.leftOnDisk().begin();
+    }
 
     /// As the actions of the desktop file do it.
     void callWith(std::vector<std::string> command) {

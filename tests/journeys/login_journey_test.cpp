@@ -27,6 +27,7 @@ class Login : public testing::Test {
     /// Begins a session as a desktop does: by its autostart runner. What it starts goes on
     /// afterwards, and writes into the runner's output.
     std::unique_ptr<desktop::Process> logIn() {
+        session.leftOnDisk().begin();
         return session.desktop().start("runner", {"dex", "--autostart", "--environment", "TEST"},
                                        {{"XDG_CONFIG_DIRS", "/nonexistent"}});
     }

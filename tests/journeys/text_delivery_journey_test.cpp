@@ -14,7 +14,9 @@ namespace {
 
 namespace fs = std::filesystem;
 using testing::Contains;
+using testing::Each;
 using testing::ElementsAre;
+using testing::HasSubstr;
 using testing::IsEmpty;
 using testing::Not;
 
@@ -97,6 +99,29 @@ TEST_F(TextDelivery, the_picture_comes_first_then_the_text_in_every_form) {
     waitForPrevious();
     EXPECT_EQ(sounds.visits(), 1);
     EXPECT_EQ(session.desktop().notifications().size(), 1U);
+}
+
+TEST_F(TextDelivery, what_was_read_and_what_windows_are_called_is_in_no_line) {
+    startWith({{"saveOCRToDownloads", false}, {"showNotifications", true}});
+    const TextWindow terminal = openTerminal(invoice, {100, 100});
+    const desktop::TestWindow window(session.desktop().displayName(),
+                                     {.x = 700, .y = 400, .title = "Resignation letter"});
+    expectRead(invoice, recognize(terminal.area));
+    expectNotifications(1);
+    session.openOverlay();
+    const std::size_t before = session.mark();
+    session.input().tap(desktop::key::space);
+    session.waitForLine(line::toggled, before);
+    const desktop::Place at{window.place().x + 50, window.place().y + 50};
+    session.input().moveTo({at.x - 1, at.y});
+    session.input().click(at);
+    session.waitForLine(line::saved, before);
+    session.waitUntilClosed();
+    for (const auto& lines : {session.linesSince(0), session.program().errorLines()}) {
+        for (const char* secret : {"nvoice", "harbour", "48.20", "esignation", "letter"}) {
+            EXPECT_THAT(lines, Each(Not(HasSubstr(secret))));
+        }
+    }
 }
 
 /// Which of the steps are wanted, as bits.

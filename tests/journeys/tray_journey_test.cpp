@@ -2,6 +2,10 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <cctype>
+#include <set>
+
 #include "journeys/session.h"
 
 namespace journeys {
@@ -37,6 +41,48 @@ class Tray : public testing::Test {
 TEST_F(Tray, the_menu_holds_the_three_items_with_separators_between) {
     EXPECT_EQ(session.desktop().bus({"menu", service}),
               "Show Lumaframe\n-\nSettings...\n-\nQuit Lumaframe\n");
+}
+
+/// The methods of every object of the program, without those that each object has.
+std::set<std::string> methodsOf(Desktop& desktop) {
+    auto asked =
+        desktop.start("introspection", {"gdbus", "introspect", "--session", "--recurse", "--dest",
+                                        "app.lumaframe.Lumaframe", "--object-path", "/"});
+    EXPECT_EQ(asked->waitForExit(), 0);
+    std::set<std::string> methods;
+    std::string interface;
+    bool isMethods = false;
+    for (const std::string& text : asked->outputLines()) {
+        const std::string line = text.substr(std::min(text.find_first_not_of(' '), text.size()));
+        if (line.starts_with("interface ")) {
+            interface = line.substr(10, line.find(' ', 10) - 10);
+        } else if (line.ends_with(':')) {
+            isMethods = line == "methods:";
+        }
+        // Annotations and further arguments have lines of their own.
+        const std::size_t length = std::min(line.find('('), line.size());
+        if (isMethods && length < line.size() && !interface.starts_with("org.freedesktop.DBus.") &&
+            std::all_of(line.begin(), line.begin() + static_cast<std::ptrdiff_t>(length),
+                        [](unsigned char letter) { return std::isalnum(letter) != 0; })) {
+            methods.insert(interface + "." + line.substr(0, length));
+        }
+        isMethods = isMethods && !line.ends_with("};");
+    }
+    return methods;
+}
+
+TEST_F(Tray, nothing_else_can_be_asked_for_on_the_bus) {
+    const std::string application = "org.freedesktop.Application.";
+    const std::string item = "org.kde.StatusNotifierItem.";
+    const std::string menu = "com.canonical.dbusmenu.";
+    const std::set<std::string> all{application + "Activate",   application + "ActivateAction",
+                                    application + "Open",       item + "Activate",
+                                    item + "ContextMenu",       item + "Scroll",
+                                    item + "SecondaryActivate", menu + "AboutToShow",
+                                    menu + "AboutToShowGroup",  menu + "Event",
+                                    menu + "EventGroup",        menu + "GetGroupProperties",
+                                    menu + "GetLayout",         menu + "GetProperty"};
+    EXPECT_EQ(methodsOf(session.desktop()), all);
 }
 
 TEST_F(Tray, show_lumaframe_opens_the_settings_window_once) {
