@@ -1,6 +1,8 @@
 #include <cstdint>
+#include <cstring>
 #include <memory>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "instructions/scenarios.h"
@@ -23,6 +25,19 @@ void encode(const base::Image& picture) {
     (void)encoder.encodePng(picture, {width, height});
 }
 
+/// White but for a narrow column of text: hardly any bytes, and no row like the one above it.
+base::Image drawColumn() {
+    constexpr std::size_t columnShare = 24;
+    const base::Image text = drawPicture(PictureKind::text, width, height);
+    constexpr std::size_t bytesPerRow = std::size_t{width} * 4;
+    std::vector<std::uint8_t> pixels(bytesPerRow * height, 0xFF);
+    for (int y = 0; y < height; ++y) {
+        std::memcpy(pixels.data() + static_cast<std::size_t>(y) * bytesPerRow, text.row(y),
+                    bytesPerRow / columnShare);
+    }
+    return base::Image::fromPixels(width, height, std::move(pixels), base::AlphaChannel::none);
+}
+
 void shade() {
     const platform::x11::SoftShadow shadow(1);
     const platform::x11::NativeRect window{24, 16, 900, 700};
@@ -42,6 +57,8 @@ std::vector<Scenario> pictureScenarios() {
         scenarios.push_back({"png: " + std::string(nameOf(kind)) + ", 1280x800",
                              [picture = drawPicture(kind, width, height)] { encode(picture); }});
     }
+    scenarios.push_back(
+        {"png: a column of text, 1280x800", [picture = drawColumn()] { encode(picture); }});
     scenarios.push_back({"page analysis: text, 1280x800",
                          [picture = drawPicture(PictureKind::text, width, height)] {
                              (void)platform::tesseract::PageAnalysis(picture).lines().size();

@@ -5,6 +5,7 @@
 #include <map>
 #include <string>
 
+#include "micro/libpng_peer.h"
 #include "micro/pictures.h"
 #include "micro/png_peers.h"
 #include "platform/png/png_encoder.h"

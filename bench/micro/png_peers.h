@@ -8,9 +8,6 @@
 /// What other PNG writers make of the same picture: opaque, 8 bits a channel, no metadata.
 namespace bench {
 
-/// libpng as a program gets it that changes nothing: every filter tried, zlib's level 6.
-std::vector<std::uint8_t> encodeWithLibpng(const base::Image& image);
-
 /// libspng as a program gets it that changes nothing.
 std::vector<std::uint8_t> encodeWithLibspng(const base::Image& image);
 

@@ -3,6 +3,7 @@
 #include <isa-l/igzip_lib.h>
 
 #include <algorithm>
+#include <cstring>
 
 #include "platform/png/filter_trial.h"
 #include "platform/png/png_chunks.h"
@@ -11,10 +12,14 @@ namespace platform::png {
 
 namespace {
 
-/// A band that shrinks to less than one in this many bytes is compressed again, thoroughly: a 4K
-/// screen of panels to 1 in 240 at first and 1 in 590 then, for about 10 ms. A page of text is at
-/// 1 in 15.
-constexpr std::size_t sparseRatio = 128;
+/// A band that shrinks to less than one in this many bytes may be compressed again, thoroughly: a
+/// 4K screen of panels to 1 in 240 at first and 1 in 590 then, for about 10 ms; one of 1280x800 to
+/// 1 in 113 and 1 in 180. A page of text is at 1 in 15.
+constexpr std::size_t sparseRatio = 64;
+/// At most a third of its rows may differ from the row above, or so many bytes: the thorough
+/// search takes 4 ms for a megabyte, and all of a 4K screen with one narrow column of text 50 ms.
+constexpr std::size_t changedShare = 3;
+constexpr std::size_t changedSize = std::size_t{384} * 1024;
 
 }  // namespace
 
@@ -27,7 +32,8 @@ std::uint32_t BandCompressor::run(RowRange band, BandPosition position,
     const std::size_t filteredSize =
         rows_.bytesPerRow() * static_cast<std::size_t>(band.end - band.first);
     const std::uint32_t checksum = compressFast(band, position, file);
-    if (file.size() - start >= filteredSize / sparseRatio) {
+    if (file.size() - start >= filteredSize / sparseRatio ||
+        sizeOfChangedRows(band) > std::max(filteredSize / changedShare, changedSize)) {
         return checksum;
     }
     file.resize(start);
@@ -65,6 +71,20 @@ std::uint32_t BandCompressor::compressSparse(RowRange band, BandPosition positio
                 append);
     endChunk(file, start);
     return checksum;
+}
+
+std::size_t BandCompressor::sizeOfChangedRows(RowRange band) {
+    const std::size_t rowSize = rows_.bytesPerRow();
+    std::size_t size = 0;
+    filterAll(band, Filter::up, [&](std::span<const std::uint8_t> filtered, int /*end*/) {
+        for (; !filtered.empty(); filtered = filtered.subspan(rowSize)) {
+            // All differences of a row that equals the one above are 0; each equals the one before.
+            const bool isRepeated = rowSize > 1 && filtered[1] == 0 &&
+                                    std::memcmp(&filtered[1], &filtered[2], rowSize - 2) == 0;
+            size += isRepeated ? 0 : rowSize;
+        }
+    });
+    return size;
 }
 
 template <typename Take>

@@ -34,6 +34,7 @@ class BandCompressor {
                                std::vector<std::uint8_t>& file);
     std::uint32_t compressSparse(RowRange band, BandPosition position,
                                  std::vector<std::uint8_t>& file);
+    std::size_t sizeOfChangedRows(RowRange band);
     template <typename Take>
     std::uint32_t filterAll(RowRange band, Filter filter, Take take);
 
