@@ -268,6 +268,29 @@ TEST_F(Faults, a_compositor_killed_in_a_drag_and_started_again_costs_at_most_tha
     expectAPicture(session, {600, 300, 120, 90});
 }
 
+TEST_F(Faults, a_compositor_killed_and_back_within_a_drag_costs_nothing) {
+    start();
+    const Area area{300, 300, 220, 170};
+    const Picture expected = session.screen(area);
+    session.desktop().startCompositor(desktop::Compositor::picom);
+    session.openOverlay();
+    const std::size_t before = session.mark();
+    session.input().moveTo({300, 300});
+    session.input().pressButton();
+    session.input().moveInSteps({300, 300}, {500, 450});
+    session.desktop().compositor().signal(SIGKILL);
+    session.desktop().stopCompositor();
+    session.desktop().startCompositor(desktop::Compositor::picom);
+    session.input().moveInSteps({500, 450}, {520, 470});
+    session.input().releaseButton();
+    session.waitUntilClosed();
+    session.waitForLine(line::regionCopied, before);
+    const auto bytes = session.clipboard().read("image/png");
+    ASSERT_TRUE(bytes);
+    EXPECT_TRUE(desktop::decodePng(*bytes).picture == expected);
+    expectAPicture(session, {600, 300, 120, 90});
+}
+
 TEST_F(Faults, above_three_hundred_windows_the_one_below_the_pointer_is_taken) {
     start();
     desktop::XClient client(session.desktop().displayName());
