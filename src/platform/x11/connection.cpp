@@ -114,6 +114,7 @@ Dispatch Connection::dispatchNextEvent() {
     Reply<xcb_generic_event_t> event;
     do {
         if (queue_.empty()) {
+            flush();
             return Dispatch::nothing;
         }
         event = std::move(queue_.front());

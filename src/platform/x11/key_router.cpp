@@ -24,12 +24,10 @@ void KeyRouter::onHotKey(HotKeyListener listener) {
 }
 
 base::Result<KeyRouter::TapID> KeyRouter::addTap(overlay::KeyboardTap::Handler handler) {
-    const bool isOurs = grab_ == Grab::active || grab_ == Grab::releasing;
-    if (!isOurs && grab() != XCB_GRAB_STATUS_SUCCESS) {
+    if (!takeKeyboard()) {
         return base::Error{base::ErrorKind::unavailable,
                            "Another program holds the keyboard at the moment."};
     }
-    grab_ = Grab::active;
     taps_.emplace(++lastTap_, std::move(handler));
     return TapID{lastTap_};
 }
@@ -176,6 +174,15 @@ void KeyRouter::giveBack() {
 bool KeyRouter::isFromEndedGrab(const xcb_generic_event_t& event) const {
     // Sequence numbers wrap around; the sign of the difference does not notice.
     return static_cast<std::int32_t>(event.full_sequence - lastUngrab_) < 0;
+}
+
+bool KeyRouter::takeKeyboard() {
+    const bool isOurs = grab_ == Grab::active || grab_ == Grab::releasing;
+    if (isOurs || grab() == XCB_GRAB_STATUS_SUCCESS) {
+        grab_ = Grab::active;
+        return true;
+    }
+    return false;
 }
 
 std::uint8_t KeyRouter::grab() {

@@ -41,8 +41,11 @@ class KeyRouter {
     /// holds of it elsewhere.
     void beforeGrab(std::function<void()> listener) { beforeGrab_ = std::move(listener); }
 
-    /// Takes the keyboard (one round trip) and reports its key-downs to `handler`. Fails while
-    /// another program holds it.
+    /// A tap will be added in this turn: takes the keyboard for it, before the server is told to do
+    /// what takes longer.
+    void anticipateTap() { (void)takeKeyboard(); }
+    /// Takes the keyboard (one round trip, unless it is ours) and reports its key-downs to
+    /// `handler`. Fails while another program holds it.
     base::Result<TapID> addTap(overlay::KeyboardTap::Handler handler);
     /// Nothing is reported to the tap from here on. The keyboard stays taken until
     /// `giveBackWithoutTaps`.
@@ -76,6 +79,8 @@ class KeyRouter {
     void giveBackUnlessHotKeyHeld();
     void giveBack();
     [[nodiscard]] bool isFromEndedGrab(const xcb_generic_event_t& event) const;
+    /// For the taps; whether it is ours now.
+    bool takeKeyboard();
     /// The server's status of a grab of the keyboard.
     std::uint8_t grab();
     void forgetKeysThatAreUp();

@@ -2,6 +2,8 @@
 
 #include <xcb/xcb.h>
 
+#include <functional>
+
 #include "platform/text_rasterizer.h"
 #include "platform/x11/connection.h"
 #include "platform/x11/keyboard_mapping.h"
@@ -27,6 +29,8 @@ struct SurfaceServices {
     xcb_colormap_t colormap = XCB_NONE;
     OverlayFocus focus;
     OverlayStack stack;
+    /// Called before a window is shown.
+    std::function<void()> beforeShowing = [] {};
 };
 
 }  // namespace platform::x11

@@ -25,6 +25,8 @@ class X11Keyboard {
     [[nodiscard]] const KeyboardMapping& mapping() const { return *mapping_; }
     [[nodiscard]] X11HotKeyService& hotKeys() { return hotKeys_; }
     [[nodiscard]] X11KeyboardTap& tap() { return tap_; }
+    /// See KeyRouter::anticipateTap.
+    void anticipateTap() { router_.anticipateTap(); }
     /// See KeyRouter::beforeGrab.
     void beforeGrab(std::function<void()> listener) { router_.beforeGrab(std::move(listener)); }
 

@@ -82,10 +82,10 @@ void X11OverlaySurface::makeKeyAndOrderFront() {
             return;
     }
     services_.focus.makeKey(window_);
-    services_.connection.flush();
 }
 
 void X11OverlaySurface::map() {
+    services_.beforeShowing();
     const std::uint32_t above = XCB_STACK_MODE_ABOVE;
     xcb_configure_window(services_.connection.get(), window_, XCB_CONFIG_WINDOW_STACK_MODE, &above);
     services_.pointer.addWindow(window_);

@@ -1,6 +1,8 @@
 #pragma once
 
+#include <functional>
 #include <memory>
+#include <utility>
 
 #include "overlay/overlay_surface.h"
 #include "platform/x11/surface_services.h"
@@ -24,6 +26,11 @@ class X11OverlaySurfaceFactory final : public overlay::OverlaySurfaceFactory {
     std::unique_ptr<overlay::OverlaySurface> create(
         const base::Screen& screen, const overlay::PanelConfiguration& configuration,
         overlay::SurfaceInput& input) override;
+
+    /// `listener` is called before a surface's window is shown: the server will be busy with it.
+    void beforeShowing(std::function<void()> listener) {
+        services_.beforeShowing = std::move(listener);
+    }
 
     /// The keyboard could not be held: the surface that was made key last gets the keys by the
     /// input focus instead.

@@ -299,6 +299,9 @@ std::unique_ptr<overlay::OverlaySurfaceFactory> makeSurfaces(Foundation& foundat
         std::fprintf(stderr, "%s\n", surfaces.error().sentence.c_str());
         return std::make_unique<GoneOverlaySurfaceFactory>(screen.textRasterizer);
     }
+    // A window as large as the screen takes the server, and a compositor after it, some ms.
+    surfaces.value()->beforeShowing(
+        [keyboard = foundation.keyboard.get()] { keyboard->anticipateTap(); });
     foundation.keyboard->tap().onRefused(
         [factory = surfaces.value().get()] { factory->takeFocus(); });
     return std::move(surfaces.value());

@@ -47,7 +47,6 @@ void X11Pointer::setCursor(overlay::Cursor cursor) {
     for (const xcb_window_t window : windows_) {
         show(window);
     }
-    connection_.flush();
 }
 
 std::optional<base::Point> X11Pointer::location() {
