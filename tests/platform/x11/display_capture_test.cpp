@@ -1,4 +1,5 @@
 #include <gtest/gtest.h>
+#include <unistd.h>
 
 #include <algorithm>
 #include <chrono>
@@ -6,6 +7,7 @@
 #include <optional>
 
 #include "capture_rig.h"
+#include "desktop/x_resources.h"
 
 namespace {
 
@@ -142,6 +144,26 @@ TEST_P(DisplayCapture, a_captured_picture_stays_as_it_is_while_others_are_taken)
     ASSERT_TRUE(second);
     EXPECT_EQ(pictureOf(first.value()), below.picture().cut(0, 0, 200, 100));
     EXPECT_EQ(pictureOf(second.value()), below.picture().cut(300, 200, 200, 100));
+}
+
+TEST_P(DisplayCapture, every_capture_takes_the_memory_that_the_last_one_gave_back) {
+    CaptureRig rig(with(GetParam()));
+    const desktop::TestWindow below(rig.desktop().displayName(), wholeScreen());
+    constexpr std::size_t wholeSize = std::size_t{display.width} * display.height * 4;
+    std::vector<std::uint8_t> whole(wholeSize);
+    {
+        const auto image = rig.captureRegion({{0, 0}, {display.width, display.height}});
+        ASSERT_TRUE(image);
+        std::copy_n(image.value().row(0), wholeSize, whole.begin());
+    }
+    for (const double height : {50.0, 40.0, 30.0}) {
+        const auto image = rig.captureRegion({{0, 0}, {200, height}});
+        ASSERT_TRUE(image);
+        // Behind it is still what the first one has left; in fresh memory there would be nothing.
+        const std::size_t rest = std::size_t{200} * 50 * 4;
+        EXPECT_TRUE(std::equal(whole.begin() + rest, whole.end(), image.value().row(0) + rest));
+    }
+    EXPECT_EQ(desktop::resourcesOf(rig.desktop().client(), ::getpid()).at("ShmSeg"), 1U);
 }
 
 TEST_P(DisplayCapture, two_captures_in_flight_complete_each_once_while_the_overlay_closes) {

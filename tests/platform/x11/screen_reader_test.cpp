@@ -184,6 +184,25 @@ TEST(ScreenReader, moves_no_row_of_a_single_source_onto_another) {
     }
 }
 
+TEST(ScreenReader, has_the_server_write_the_region_and_nothing_else) {
+    BareServer server({"-screen", "0", "64x48x24"});
+    Connection& connection = server.connection();
+    doubles::ManualMainQueue queue;
+    queue.allowLeftovers();
+    tests::fill(connection.get(), connection.root(), {0, 0, 64, 48}, 0xffffff);
+    ScreenReader reader(connection, queue);
+    const auto layout = *PixelLayout::ofVisual(connection, connection.screen().root_visual);
+    const auto canvas =
+        reader.read({10, 20, 30, 7}, {{connection.root(), layout, {0, 0, 64, 48}, {0, 0}}},
+                    Backdrop::opaqueBlack);
+    constexpr std::size_t size = std::size_t{30} * 7 * 4;
+    // The segment has room for the whole screen, and is a mebibyte at least.
+    const std::uint8_t* const pixels = canvas.value().pixels;
+    EXPECT_EQ(pixels[size - 2], 0xff);
+    EXPECT_TRUE(
+        std::all_of(pixels + size, pixels + mebibyte, [](std::uint8_t byte) { return byte == 0; }));
+}
+
 TEST(ScreenReader, fails_with_a_sentence_where_there_is_nothing_to_read) {
     BareServer server({"-screen", "0", "64x48x24"});
     doubles::ManualMainQueue queue;
