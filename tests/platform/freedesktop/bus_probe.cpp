@@ -4,23 +4,29 @@
 //   application              serves org.freedesktop.Application: "first" or "second", "activated",
 //                            "action NAME"
 //   notify TITLE BODY        asks and posts: "returned" (before anything is answered), then
-//                            "granted" and "posted", or "denied"
+//                            "granted" and "posted", or "denied"; again at each SIGUSR1
 //   notify-gone              asks, and lets the service go before the answer: "gone", then
 //                            "answered" if it is answered all the same
 //   silent-server            owns org.freedesktop.Notifications and answers nothing: "ready",
-//                            "call MEMBER"
+//                            "call MEMBER", "body TEXT" of a notification
 //   strange-server           the same, but answers every call with a number
-//   slow-server              the same, but answers every call after MILLISECONDS, as a server that
-//                            reads no markup: "answered MEMBER"
+//   slow-server MILLISECONDS CAPABILITY...
+//                            the same, but answers every call after so long: "answered MEMBER"
+#include <sys/signalfd.h>
+#include <unistd.h>
+
 #include <QCoreApplication>
 #include <QDBusConnection>
 #include <QDBusConnectionInterface>
 #include <QDBusMessage>
 #include <QDBusVirtualObject>
+#include <QSocketNotifier>
 #include <QTimer>
 #include <chrono>
+#include <csignal>
 #include <iostream>
 #include <memory>
+#include <utility>
 
 #include "platform/freedesktop/dbus_application.h"
 #include "platform/freedesktop/notification_service.h"
@@ -35,6 +41,15 @@ void say(const std::string& line) {
     std::cout << line << std::endl;
 }
 
+/// SIGUSR1, from then on for nobody but who reads it. Before other threads exist.
+sigset_t blockedWish() {
+    sigset_t wish;
+    ::sigemptyset(&wish);
+    ::sigaddset(&wish, SIGUSR1);
+    ::sigprocmask(SIG_BLOCK, &wish, nullptr);
+    return wish;
+}
+
 int serveApplication() {
     DBusApplication application(
         {.onActivate = [] { say("activated"); },
@@ -47,20 +62,30 @@ int serveApplication() {
     return QCoreApplication::exec();
 }
 
-int notify(const QStringList& arguments) {
+int notify(const QStringList& arguments, const sigset_t& wish) {
     platform::qt::QtMainQueue queue;
     NotificationService service(queue);
-    service.requestAuthorization([&](capture::Authorization authorization) {
-        if (authorization == capture::Authorization::denied) {
-            say("denied");
-            return;
-        }
-        say("granted");
-        service.add({.identifier = service.makeIdentifier(),
-                     .title = arguments.value(2).toStdString(),
-                     .body = arguments.value(3).toStdString()});
-        say("posted");
+    const auto ask = [&] {
+        service.requestAuthorization([&](capture::Authorization authorization) {
+            if (authorization == capture::Authorization::denied) {
+                say("denied");
+                return;
+            }
+            say("granted");
+            service.add({.identifier = service.makeIdentifier(),
+                         .title = arguments.value(2).toStdString(),
+                         .body = arguments.value(3).toStdString()});
+            say("posted");
+        });
+    };
+    const int wishes = ::signalfd(-1, &wish, SFD_CLOEXEC);
+    const QSocketNotifier notifier(wishes, QSocketNotifier::Read);
+    QObject::connect(&notifier, &QSocketNotifier::activated, &notifier, [&] {
+        signalfd_siginfo one;
+        static_cast<void>(!::read(wishes, &one, sizeof one));
+        ask();
     });
+    ask();
     say("returned");
     return QCoreApplication::exec();
 }
@@ -80,11 +105,16 @@ int notifyAndLeave() {
 class Server final : public QDBusVirtualObject {
   public:
     enum class Answers { none, numbers, late };
-    explicit Server(Answers answers, std::chrono::milliseconds delay = {})
-        : answers_(answers), delay_(delay) {}
+    explicit Server(Answers answers, QStringList capabilities = {},
+                    std::chrono::milliseconds delay = {})
+        : answers_(answers), capabilities_(std::move(capabilities)), delay_(delay) {}
     QString introspect(const QString&) const override { return {}; }
     bool handleMessage(const QDBusMessage& message, const QDBusConnection& bus) override {
         say("call " + message.member().toStdString());
+        const bool isQuestion = message.member() == QStringLiteral("GetCapabilities");
+        if (!isQuestion) {
+            say("body " + message.arguments().value(4).toString().toStdString());
+        }
         switch (answers_) {
             case Answers::none:
                 break;
@@ -92,10 +122,9 @@ class Server final : public QDBusVirtualObject {
                 bus.send(message.createReply(42));
                 break;
             case Answers::late:
-                QTimer::singleShot(delay_, this, [message, bus] {
-                    const bool isQuestion = message.member() == QStringLiteral("GetCapabilities");
-                    bus.send(message.createReply(
-                        isQuestion ? QVariant(QStringList{QStringLiteral("body")}) : QVariant(7U)));
+                QTimer::singleShot(delay_, this, [this, message, bus, isQuestion] {
+                    bus.send(
+                        message.createReply(isQuestion ? QVariant(capabilities_) : QVariant(7U)));
                     say("answered " + message.member().toStdString());
                 });
                 break;
@@ -105,11 +134,11 @@ class Server final : public QDBusVirtualObject {
 
   private:
     Answers answers_;
+    QStringList capabilities_;
     std::chrono::milliseconds delay_;
 };
 
-int serveNotifications(Server::Answers answers, std::chrono::milliseconds delay = {}) {
-    Server server(answers, delay);
+int serveNotifications(Server&& server) {
     auto bus = QDBusConnection::sessionBus();
     bus.registerVirtualObject(QStringLiteral("/org/freedesktop/Notifications"), &server);
     bus.registerService(QStringLiteral("org.freedesktop.Notifications"));
@@ -120,6 +149,7 @@ int serveNotifications(Server::Answers answers, std::chrono::milliseconds delay 
 }  // namespace
 
 int main(int argc, char** argv) {
+    const sigset_t wish = blockedWish();
     QCoreApplication application(argc, argv);
     const QStringList arguments = QCoreApplication::arguments();
     const QString command = arguments.value(1);
@@ -127,20 +157,20 @@ int main(int argc, char** argv) {
         return serveApplication();
     }
     if (command == "notify") {
-        return notify(arguments);
+        return notify(arguments, wish);
     }
     if (command == "notify-gone") {
         return notifyAndLeave();
     }
     if (command == "silent-server") {
-        return serveNotifications(Server::Answers::none);
+        return serveNotifications(Server(Server::Answers::none));
     }
     if (command == "strange-server") {
-        return serveNotifications(Server::Answers::numbers);
+        return serveNotifications(Server(Server::Answers::numbers));
     }
     if (command == "slow-server") {
-        return serveNotifications(Server::Answers::late,
-                                  std::chrono::milliseconds(arguments.value(2).toInt()));
+        return serveNotifications(Server(Server::Answers::late, arguments.mid(3),
+                                         std::chrono::milliseconds(arguments.value(2).toInt())));
     }
     return 2;
 }

@@ -2,6 +2,7 @@
 
 #include <gmock/gmock.h>
 
+#include <csignal>
 #include <optional>
 #include <regex>
 #include <set>
@@ -33,7 +34,26 @@ Desktop& with(std::optional<Desktop>& desktop, NotificationDaemon daemon) {
 
 class Notifications : public testing::Test {
   protected:
+    /// Starts a server of the probe's, which answers in its own way.
+    std::unique_ptr<desktop::Process> serve(std::vector<std::string> command) {
+        if (!desktop_) {
+            with(desktop_, NotificationDaemon::none);
+        }
+        command.insert(command.begin(), LUMAFRAME_BUS_PROBE);
+        auto server = desktop_->start("server" + std::to_string(++servers_), std::move(command));
+        server->waitForLine("ready");
+        return server;
+    }
+    std::unique_ptr<desktop::Process> post() {
+        auto program = notify(*desktop_);
+        program->waitForLine("posted");
+        return program;
+    }
+
     std::optional<Desktop> desktop_;
+
+  private:
+    int servers_ = 0;
 };
 
 TEST_F(Notifications, the_server_gets_title_and_body_with_its_markup_escaped) {
@@ -88,49 +108,50 @@ TEST_F(Notifications, without_a_bus_the_answer_is_no_and_comes_later) {
 }
 
 TEST_F(Notifications, a_server_that_does_not_answer_gets_the_notification_all_the_same) {
-    Desktop& desktop = with(desktop_, NotificationDaemon::none);
-    const auto server = desktop.start("server", {LUMAFRAME_BUS_PROBE, "silent-server"});
-    server->waitForLine("ready");
-    const auto program = notify(desktop);
-    program->waitForLine("posted");
+    const auto server = serve({"silent-server"});
+    const auto program = post();
     server->waitForLine("call GetCapabilities");
     server->waitForLine("call Notify");
 }
 
 TEST_F(Notifications, a_server_that_answers_nonsense_gets_the_notification_all_the_same) {
-    Desktop& desktop = with(desktop_, NotificationDaemon::none);
-    const auto server = desktop.start("server", {LUMAFRAME_BUS_PROBE, "strange-server"});
-    server->waitForLine("ready");
-    const auto program = notify(desktop);
-    program->waitForLine("posted");
+    const auto server = serve({"strange-server"});
+    const auto program = post();
     server->waitForLine("call Notify");
     EXPECT_TRUE(program->isRunning());
 }
 
 TEST_F(Notifications, a_server_that_answers_after_a_second_is_waited_for) {
-    Desktop& desktop = with(desktop_, NotificationDaemon::none);
-    const auto server = desktop.start("server", {LUMAFRAME_BUS_PROBE, "slow-server", "1000"});
-    server->waitForLine("ready");
-    const auto program = notify(desktop);
-    program->waitForLine("posted");
+    const auto server = serve({"slow-server", "1000", "body"});
+    const auto program = post();
     const auto answer = server->waitForLine("answered GetCapabilities");
-    server->waitForLine("call Notify", answer);
-    server->waitForLine("answered Notify", answer);
+    server->waitForLine("answered Notify", server->waitForLine("call Notify", answer));
     EXPECT_EQ(server->countOf("call Notify"), 1U);
 }
 
 TEST_F(Notifications, a_server_that_answers_after_seven_seconds_gets_the_notification_once) {
-    Desktop& desktop = with(desktop_, NotificationDaemon::none);
-    const auto server = desktop.start("server", {LUMAFRAME_BUS_PROBE, "slow-server", "7000"});
-    server->waitForLine("ready");
-    const auto program = notify(desktop);
-    program->waitForLine("posted");
+    const auto server = serve({"slow-server", "7000", "body"});
+    const auto program = post();
     const auto notification = server->waitForLine("call Notify");
     EXPECT_EQ(server->countOf("answered GetCapabilities"), 0U) << "It is not waited for so long.";
     server->waitForLine("answered GetCapabilities", notification);
     server->waitForLine("answered Notify", notification);
     EXPECT_EQ(server->countOf("call Notify"), 1U);
     EXPECT_TRUE(program->isRunning());
+}
+
+TEST_F(Notifications, a_server_that_is_killed_costs_its_notifications_and_another_is_asked_anew) {
+    auto plain = serve({"slow-server", "0", "body"});
+    const auto program = post();
+    plain->waitForLine("body " + std::string(body));
+    plain->signal(SIGKILL);
+    plain.reset();
+    program->signal(SIGUSR1);
+    program->waitForLine("denied");
+    const auto rich = serve({"slow-server", "0", "body", "body-markup"});
+    program->signal(SIGUSR1);
+    rich->waitForLine("body Saved to &lt;b&gt;Shots&lt;/b&gt; &amp; more");
+    EXPECT_EQ(program->countOf("posted"), 2U);
 }
 
 TEST_F(Notifications, an_answer_after_the_end_of_the_service_is_nobodys) {
