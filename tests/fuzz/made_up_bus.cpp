@@ -18,7 +18,8 @@ namespace fuzz {
 namespace {
 
 constexpr const char* busName = "org.freedesktop.DBus";
-constexpr int patienceMilliseconds = 5000;
+/// Beside other work, too.
+constexpr int patienceMilliseconds = 30000;
 
 void writeAll(int socket, const void* bytes, std::size_t size) {
     const char* rest = static_cast<const char*>(bytes);
