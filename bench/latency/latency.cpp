@@ -140,6 +140,21 @@ std::vector<latency::OneShot> oneShotsOf(const Arguments& arguments, latency::Sa
     return shots;
 }
 
+/// What those cost that wait beside ours, started and never used.
+void measureIdlePeers(const Arguments& arguments, latency::BusyDesktop& desktop,
+                      latency::Samples& samples) {
+    for (const latency::Peer& peer : latency::overlayPeers()) {
+        latency::PeerProgram program(peer);
+        if (arguments.includes(peer.name) &&
+            program.residence() == latency::Program::Residence::resident &&
+            isInstalled(peer.name, samples)) {
+            program.start(desktop);
+            latency::measureIdle(program, "fresh", samples);
+            program.stop();
+        }
+    }
+}
+
 void measure(const Arguments& arguments, latency::Samples& samples) {
     latency::BusyDesktop desktop({.outputs = {screen},
                                   .compositor = arguments.compositor,
@@ -164,6 +179,9 @@ void measure(const Arguments& arguments, latency::Samples& samples) {
                 desktop.requireWhole("a command of " + shot.program);
             }
         }
+    }
+    if (arguments.idle == Idle::measured) {
+        measureIdlePeers(arguments, desktop, samples);
     }
     if (arguments.idle == Idle::measured && arguments.includes("lumaframe")) {
         latency::LumaframeProgram lumaframe(arguments.lumaframe);

@@ -14,6 +14,7 @@ class LumaframeProgram final : public Program {
     [[nodiscard]] std::string name() const override { return "lumaframe"; }
     std::optional<double> start(BusyDesktop& desktop) override;
     void stop() override;
+    [[nodiscard]] Residence residence() const override { return Residence::resident; }
     double trigger(InputBurst& input, Purpose purpose) override;
     /// The end of the whole handling, the grab of the keyboard included: the line that says so.
     [[nodiscard]] std::optional<double> readyAt() override;

@@ -40,6 +40,9 @@ class PeerProgram final : public Program {
     [[nodiscard]] std::string name() const override { return peer_.name; }
     std::optional<double> start(BusyDesktop& desktop) override;
     void stop() override;
+    [[nodiscard]] Residence residence() const override {
+        return peer_.resident.empty() ? Residence::none : Residence::resident;
+    }
     double trigger(InputBurst& input, Purpose purpose) override;
     [[nodiscard]] std::optional<double> readyAt() override { return triggeredAt_; }
     [[nodiscard]] Watch* watch() override { return nullptr; }

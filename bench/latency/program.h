@@ -21,6 +21,9 @@ class Program {
     /// start until its trigger worked, in milliseconds, where it can be told from outside.
     virtual std::optional<double> start(BusyDesktop& desktop) = 0;
     virtual void stop() = 0;
+    /// Whether it stays between two pictures.
+    enum class Residence { none, resident };
+    [[nodiscard]] virtual Residence residence() const = 0;
     /// What the overlay is opened for. A peer may need another trigger for an overlay that delivers
     /// its picture at the release than for one that does not.
     enum class Purpose { open, deliver };

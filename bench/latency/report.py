@@ -116,7 +116,7 @@ def waits_table(values, compositor):
             continue
         rows.append([title, cell(own.get(quantity), None), f"<= {limit}" if limit else ""] +
                     [cell(values[peer].get(theirs), middle) for peer in peers])
-    return table(["ms: median (lowest quartile)", "Lumaframe", "budget", *peers], rows)
+    return table(["ms: median (lowest quartile)", "Lumaframe", "budget", *peers], rows) if rows else []
 
 
 def commands_table(values):
@@ -131,13 +131,17 @@ def commands_table(values):
 
 
 def idle_table(values):
+    """Ours at each time, then the others, which are only looked at when they have just been started."""
     own = values.get(OURS, {})
+    peers = peers_with(values, [f"rss {IDLE_TIMES[0]}"])
     rows = []
     for quantity, unit, _ in IDLE:
         found = [median(own.get(f"{quantity} {when}", [])) for when in IDLE_TIMES]
+        found += [median(values[peer].get(f"{quantity} {IDLE_TIMES[0]}", [])) for peer in peers]
         if any(value is not None for value in found):
             rows.append([f"{quantity} {unit}".strip(), *(text(value) for value in found)])
-    return table(["Lumaframe, idle", *IDLE_TIMES], rows) if rows else []
+    header = ["Lumaframe, idle", *IDLE_TIMES, *(f"{peer}, {IDLE_TIMES[0]}" for peer in peers)]
+    return table(header, rows) if rows else []
 
 
 def growth_table(values):
