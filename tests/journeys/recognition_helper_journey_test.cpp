@@ -47,11 +47,13 @@ std::vector<ChildProcess> childrenOf(pid_t parent) {
 
 class RecognitionHelper : public testing::Test {
   protected:
-    explicit RecognitionHelper(const nlohmann::json& settings = nlohmann::json::object(),
-                               const desktop::Environment& environment = {}) {
-        session.writeSettings(settings);
+    explicit RecognitionHelper(const desktop::Environment& environment = {}) {
+        session.writeSettings(silent);
         session.start(SettingsWindow::closed, environment);
     }
+    /// What plays a sound would be a child, too.
+    inline static const nlohmann::json silent{{"playSounds", false}};
+
     std::vector<ChildProcess> children() { return childrenOf(session.program().pid()); }
     /// Presses the shortcut, drags over a part of the screen and waits for the text.
     void recognize() {
@@ -110,8 +112,8 @@ TEST_F(RecognitionHelper, does_not_outlive_the_program) {
 class RecognitionHelperLater : public RecognitionHelper {
   protected:
     RecognitionHelperLater()
-        : RecognitionHelper(silent, {{"LD_PRELOAD", LUMAFRAME_TEST_LATER_CLOCK},
-                                     {"LUMAFRAME_TEST_LATER", secondsFile().string()}}) {}
+        : RecognitionHelper({{"LD_PRELOAD", LUMAFRAME_TEST_LATER_CLOCK},
+                             {"LUMAFRAME_TEST_LATER", secondsFile().string()}}) {}
     ~RecognitionHelperLater() override { std::filesystem::remove(secondsFile()); }
 
     static std::filesystem::path secondsFile() {
@@ -125,8 +127,6 @@ class RecognitionHelperLater : public RecognitionHelper {
         settings["showNotifications"] = seconds % 2 == 0;
         session.writeSettings(settings);
     }
-    /// The library for sounds is loaded by a thread of its own, and stays.
-    inline static const nlohmann::json silent{{"playSounds", false}};
 };
 
 TEST_F(RecognitionHelperLater, has_ended_after_a_minute_and_left_no_memory_behind) {
