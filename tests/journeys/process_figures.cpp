@@ -3,6 +3,7 @@
 #include <filesystem>
 #include <fstream>
 #include <sstream>
+#include <utility>
 
 namespace journeys {
 
@@ -58,21 +59,30 @@ Activity activityOf(pid_t process) {
     return activity;
 }
 
-pid_t childOf(pid_t parent, const std::string& name) {
+std::vector<ChildProcess> childrenOf(pid_t parent) {
+    std::vector<ChildProcess> children;
     std::error_code ignored;
     for (const auto& entry : fs::directory_iterator("/proc", ignored)) {
         const std::string number = entry.path().filename();
         if (number.find_first_not_of("0123456789") != std::string::npos) {
             continue;
         }
-        std::string comm;
-        std::ifstream(entry.path() / "comm") >> comm;
+        ChildProcess child{.pid = std::stoi(number)};
+        std::getline(std::ifstream(entry.path() / "comm") >> std::ws, child.name);
         auto fields = fieldsBehindName(entry.path());
-        std::string state;
         pid_t itsParent = 0;
-        fields >> state >> itsParent;
-        if (itsParent == parent && comm.starts_with(name)) {
-            return std::stoi(number);
+        fields >> child.state >> itsParent;
+        if (itsParent == parent) {
+            children.push_back(std::move(child));
+        }
+    }
+    return children;
+}
+
+pid_t childOf(pid_t parent, const std::string& name) {
+    for (const ChildProcess& child : childrenOf(parent)) {
+        if (child.name.starts_with(name)) {
+            return child.pid;
         }
     }
     return 0;

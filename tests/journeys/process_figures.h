@@ -3,6 +3,7 @@
 #include <sys/types.h>
 
 #include <string>
+#include <vector>
 
 namespace journeys {
 
@@ -18,6 +19,15 @@ struct Activity {
     friend bool operator==(const Activity&, const Activity&) = default;
 };
 Activity activityOf(pid_t process);
+
+struct ChildProcess {
+    pid_t pid = 0;
+    /// At most 15 letters, as the system keeps them.
+    std::string name{};
+    /// Z: dead, and not reaped.
+    char state = '?';
+};
+std::vector<ChildProcess> childrenOf(pid_t parent);
 
 /// The child of `parent` whose name begins so, 0 when there is none.
 pid_t childOf(pid_t parent, const std::string& name);

@@ -16,35 +16,6 @@ namespace {
 
 constexpr const char* textCopied = "OCR complete! Text copied to clipboard.";
 
-struct ChildProcess {
-    pid_t pid = 0;
-    std::string name;
-    char state = '?';
-};
-
-/// The children of `parent`, dead ones that nobody has reaped included.
-std::vector<ChildProcess> childrenOf(pid_t parent) {
-    std::vector<ChildProcess> children;
-    for (const auto& entry : std::filesystem::directory_iterator("/proc")) {
-        std::ifstream file(entry.path() / "stat");
-        std::string text;
-        std::getline(file, text);
-        const std::size_t open = text.find('(');
-        const std::size_t close = text.rfind(')');
-        if (open == std::string::npos || close == std::string::npos) {
-            continue;
-        }
-        std::istringstream rest(text.substr(close + 1));
-        ChildProcess child{std::stoi(text), text.substr(open + 1, close - open - 1), '?'};
-        pid_t parentOfChild = 0;
-        rest >> child.state >> parentOfChild;
-        if (parentOfChild == parent) {
-            children.push_back(child);
-        }
-    }
-    return children;
-}
-
 class RecognitionHelper : public testing::Test {
   protected:
     explicit RecognitionHelper(const desktop::Environment& environment = {}) {

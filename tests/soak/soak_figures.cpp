@@ -23,7 +23,8 @@ void waitForRest(pid_t process) {
     desktop::require("The rest of the program", [process] {
         const auto before = journeys::activityOf(process);
         return desktop::staysTrue([&] { return journeys::activityOf(process) == before; },
-                                  restTime);
+                                  restTime) &&
+               journeys::childOf(process, "lumaframe-sound") == 0;
     });
 }
 
@@ -45,6 +46,7 @@ Figures figuresOf(desktop::Desktop& desktop, const desktop::Process& program) {
     const fs::path process = fs::path("/proc") / std::to_string(program.pid());
     figures[residentMemory] = journeys::residentMemory(program.pid());
     figures["descriptors"] = entriesOf(process / "fd");
+    figures["children"] = static_cast<long>(journeys::childrenOf(program.pid()).size());
     figures["threads"] = entriesOf(process / "task");
     for (const auto& [kind, count] : desktop::resourcesOf(desktop.client(), program.pid())) {
         figures["X " + kind] += count;

@@ -23,6 +23,7 @@ constexpr Area free{500, 300, 760, 480};
 constexpr desktop::Output first{0, 0, 1280, 800, 0};
 constexpr desktop::Output second{1280, 0, 800, 600, 1};
 constexpr const char* screenshotNotification = "notification\tLumaframe\tScreenshot Captured\t";
+constexpr const char* textNotification = "notification\tLumaframe\tText Recognized\t";
 
 void check(bool isRight, const std::string& otherwise) {
     if (!isRight) {
@@ -99,7 +100,7 @@ SoakRounds::SoakRounds(journeys::Session& session, Area textArea, std::string te
            {line::regionCopied, line::windowCopied, line::saved, line::notSaved, line::textCopied,
             line::textSaved, line::textNotSaved, line::textNotRecognized}),
       notifications_(session.desktop().directory() / "notification-recorder.out",
-                     {screenshotNotification}),
+                     {screenshotNotification, textNotification}),
       folders_{session.desktop().home() / "Downloads", session.desktop().home() / "Pictures"},
       folder_(folders_.front()) {
     session_.leftOnDisk().expect(folders_.back());
@@ -116,7 +117,8 @@ nlohmann::json SoakRounds::prepare(const fs::path& home, const fs::path& picture
             {"ocrSavePath", texts.string()},
             {"captureShadows", false},
             {"showNotifications", true},
-            {"playSounds", false},
+            // On until the first change of the settings, and again after every other one.
+            {"playSounds", pictures == home / "Downloads"},
             {"saveOCRToDownloads", true}};
 }
 
@@ -381,10 +383,12 @@ void SoakRounds::expectCounts() {
     count(log_, line::textSaved, texts_);
     count(log_, line::textNotSaved, 0);
     count(log_, line::textNotRecognized, 0);
-    desktop::require("The notification of every picture", [&] {
-        return notifications_.countOf(screenshotNotification) >= regions_ + windows_;
+    desktop::require("The notification of every delivery", [&] {
+        return notifications_.countOf(screenshotNotification) >= regions_ + windows_ &&
+               notifications_.countOf(textNotification) >= texts_;
     });
     count(notifications_, screenshotNotification, regions_ + windows_);
+    count(notifications_, textNotification, texts_);
 }
 
 }  // namespace soak
