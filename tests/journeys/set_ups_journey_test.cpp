@@ -167,7 +167,8 @@ TEST_P(SetUps, give_regions_and_windows_and_let_go) {
         session.input().tap(key::escape);
         session.waitUntilClosed();
         session.input().releaseButton();
-        EXPECT_EQ(session.countSince(before, line::cursorRestored), 1U);
+        EXPECT_TRUE(desktop::waitUntil(
+            [&] { return session.countSince(before, line::cursorRestored) == 1U; }));
         EXPECT_EQ(session.countSince(before, line::saved), 0U);
         EXPECT_TRUE(desktop::waitUntil([&] {
             return session.screen({0, 0, 1280, 800}) == undisturbed;

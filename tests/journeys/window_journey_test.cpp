@@ -148,7 +148,8 @@ TEST_P(WindowCapture, a_click_with_nothing_hovered_captures_nothing_and_closes) 
     const std::size_t before = session.mark();
     session.input().click({1200, 60});
     session.waitUntilClosed();
-    EXPECT_EQ(session.countSince(before, line::cursorRestored), 2U);
+    EXPECT_TRUE(
+        desktop::waitUntil([&] { return session.countSince(before, line::cursorRestored) == 2U; }));
     EXPECT_TRUE(session.downloads().empty());
     EXPECT_FALSE(session.clipboard().isOwned());
 }
