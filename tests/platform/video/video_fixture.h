@@ -5,6 +5,7 @@
 #include <memory>
 #include <optional>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "desktop/wait.h"
@@ -21,6 +22,9 @@ using Answer = base::Result<ui::VideoFrame>;
 /// Films of the test's making, played by a helper program.
 class VideoFixture : public testing::Test {
   protected:
+    VideoFixture() = default;
+    explicit VideoFixture(std::string helper) : helper_(std::move(helper)) {}
+
     [[nodiscard]] std::filesystem::path film(const std::string& name = "film") const {
         return directory_.path() + "/" + name + ".mp4";
     }

@@ -4,6 +4,7 @@
 #include <fstream>
 #include <sstream>
 
+#include "confined_attempts.h"
 #include "platform/video/helper_video_looper.h"
 #include "video/video_fixture.h"
 
@@ -43,6 +44,23 @@ TEST_F(VideoHelper, is_confined_and_decodes_on_one_thread) {
     EXPECT_THAT(status, HasSubstr("Seccomp:\t2\n"));
     EXPECT_THAT(status, HasSubstr("NoNewPrivs:\t1\n"));
     EXPECT_THAT(status, HasSubstr("Threads:\t1\n"));
+}
+
+class ConfinedVideoHelper : public VideoFixture {
+  protected:
+    ConfinedVideoHelper() : VideoFixture(LUMAFRAME_CONFINED_VIDEO_PROBE) {}
+};
+
+TEST_F(ConfinedVideoHelper, with_a_film_can_do_nothing_but_compute) {
+    makeFilm(film(), {.pictureCount = 4});
+    open();
+    const Answer answer = next();
+    ASSERT_TRUE(answer) << answer.error().sentence;
+    constexpr std::uint8_t refused = 1;
+    const std::uint8_t* outcome = answer.value().image.row(0);
+    for (const auto& [name, attempt] : confined::forbiddenAttempts()) {
+        EXPECT_EQ(*outcome++, refused) << name;
+    }
 }
 
 TEST_F(VideoHelper, may_not_grow_or_write_files) {
