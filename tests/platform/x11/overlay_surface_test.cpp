@@ -193,6 +193,7 @@ TEST(OverlaySurface, the_focus_is_taken_and_given_back) {
     auto surface = rig.open(input);
     EXPECT_EQ(client.inputFocus(), rig.overlays().at(0));
     surface->close();
+    rig.settle();
     EXPECT_EQ(client.inputFocus(), window);
 }
 
@@ -206,6 +207,7 @@ TEST(OverlaySurface, the_focus_stays_where_it_is_while_the_keyboard_can_be_held)
     auto surface = rig.open(input);
     EXPECT_EQ(client.inputFocus(), window);
     surface->close();
+    rig.settle();
     EXPECT_EQ(client.inputFocus(), window);
 }
 
@@ -221,6 +223,7 @@ TEST(OverlaySurface, a_focus_that_somebody_else_took_meanwhile_is_left_alone) {
     xcb_set_input_focus(client.get(), XCB_INPUT_FOCUS_PARENT, second, XCB_CURRENT_TIME);
     client.synchronize();
     surface->close();
+    rig.settle();
     EXPECT_EQ(client.inputFocus(), second);
 }
 
@@ -237,8 +240,10 @@ TEST(OverlaySurface, of_several_displays_the_last_has_the_keys_and_the_last_give
     auto second = rig.open(input, 1);
     EXPECT_EQ(client.inputFocus(), rig.overlays(1).at(0));
     first->close();
+    rig.settle();
     EXPECT_EQ(client.inputFocus(), rig.overlays(1).at(0));
     second->close();
+    rig.settle();
     EXPECT_EQ(client.inputFocus(), window);
 }
 
