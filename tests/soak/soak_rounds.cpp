@@ -228,9 +228,12 @@ void SoakRounds::takeWindow() {
     const std::uint32_t original = window_.picture().at(frame.width / 2, frame.height / 2);
     session_.input().moveTo({at.x - 5, at.y - 5});
     session_.input().moveTo(at);
-    session_.require("The highlight of the hovered window", [&] {
-        return journeys::isHighlighted(session_.screen({at.x, at.y, 1, 1}).pixels[0], original);
+    std::uint32_t shown = 0;
+    const bool isHighlighted = desktop::waitUntil([&] {
+        shown = session_.screen({at.x, at.y, 1, 1}).pixels[0];
+        return journeys::isHighlighted(shown, original);
     });
+    check(isHighlighted, std::to_string(shown) + " is no highlight of " + std::to_string(original));
     session_.input().pressButton();
     session_.input().releaseButton();
     ++windows_;
