@@ -28,6 +28,8 @@ base::Result<KeyRouter::TapID> KeyRouter::addTap(overlay::KeyboardTap::Handler h
         return base::Error{base::ErrorKind::unavailable,
                            "Another program holds the keyboard at the moment."};
     }
+    // What came before the tap is sent with it, also when the keyboard was ours already.
+    connection_.flush();
     taps_.emplace(++lastTap_, std::move(handler));
     return TapID{lastTap_};
 }
