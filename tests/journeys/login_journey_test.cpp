@@ -86,7 +86,8 @@ TEST_F(Login, a_program_in_a_folder_of_an_odd_name_is_started) {
 
 TEST_F(Login, garbage_in_the_place_of_the_entry_disturbs_nobody_and_is_replaced) {
     std::filesystem::create_directories(entry().parent_path());
-    std::ofstream(entry()) << std::string("[Desktop Entry\0\xFF\nExec=\"\nType=\n", 32);
+    using std::string_literals::operator""s;
+    std::ofstream(entry()) << "[Desktop Entry\0\xFF\nExec=\"\nType=\n"s;
     auto items = service(LUMAFRAME_PROGRAM);
     EXPECT_EQ(items.status(), ui::LoginItemStatus::notRegistered);
     ASSERT_TRUE(items.registerItem());
@@ -125,6 +126,7 @@ TEST_F(LoginSwitch, switched_on_it_starts_the_program_at_the_next_log_in_and_is_
 
 TEST_F(LoginSwitch, an_entry_that_was_switched_off_elsewhere_reads_as_off_and_can_be_switched_on) {
     std::filesystem::create_directories(entry().parent_path());
+    using std::string_literals::operator""s;
     std::ofstream(entry()) << "[Desktop Entry]\nType=Application\nName=L\nExec=" LUMAFRAME_PROGRAM
                               "\nX-GNOME-Autostart-enabled=false\n";
     open();
