@@ -125,16 +125,17 @@ TEST(ThreadPair, a_sweep_looks_at_each_pixel_once_after_those_to_the_left_and_ab
 TEST(ThreadPair, a_sweep_is_shared) {
     ThreadPair pair;
     const ThreadPair::Use use(&pair);
-    std::mutex mutex;
-    std::set<std::thread::id> threads;
-    // Until both have had a patch: the other thread may be late.
-    for (int attempt = 0; attempt < 1000 && threads.size() < 2; ++attempt) {
-        shareSweep(1000, 1000, [&](const Patch&) {
-            const std::scoped_lock lock(mutex);
-            threads.insert(std::this_thread::get_id());
-        });
-    }
-    EXPECT_EQ(threads.size(), 2U);
+    Meeting meeting;
+    std::atomic<int> met{0};
+    std::atomic<int> onLeft{0};
+    // The first patch on the right is looked at while the second one on the left is.
+    shareSweep(1000, 1000, [&](const Patch& patch) {
+        const bool isOnLeft = patch.left == 0;
+        if (isOnLeft ? ++onLeft == 2 : patch.top == 0) {
+            met += meeting.await(isOnLeft ? 0 : 1) ? 1 : 0;
+        }
+    });
+    EXPECT_EQ(met, 2);
 }
 
 }  // namespace platform::tesseract
