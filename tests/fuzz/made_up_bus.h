@@ -35,6 +35,7 @@ class MadeUpBus {
   private:
     void serve();
     void greet();
+    std::uint32_t ask();
     void askAndCollect(std::vector<Message>& messages);
     void flush();
     /// Waits for more bytes of the program.
